@@ -1,0 +1,122 @@
+#pragma once
+
+#include "platform/Error.h"
+#include "platform/RemovalGuard.h"
+#include "platform/UniqueFd.h"
+
+#include <cstdint>
+#include <ctime>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+#include <vector>
+
+namespace sweeply {
+
+class DirectoryEnumerator;
+
+enum class FileType : std::uint8_t { Regular, Directory, SymbolicLink, Other };
+
+/// What the file system says of one item.
+struct FileAttributes {
+    FileType type = FileType::Other;
+    std::uint64_t size = 0; ///< bytes, as the file system reports it
+    mode_t mode = 0;        ///< permission bits
+    uid_t owner = 0;
+    gid_t group = 0;
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::uint64_t linkCount = 0;
+    timespec modified{};
+};
+
+struct DirectoryEntry {
+    std::string name;
+    FileType type = FileType::Other;
+};
+
+/// Should a symbolic link in the last component of a path be followed? Links in the middle always are, inside the root.
+enum class Links { Follow, DontFollow };
+
+/// The one door to the target's files. Every path it takes is a target path: absolute, starting at the target's root.
+///
+/// Resolution never leaves the root: an absolute link or one full of ".." ends inside the root, as it would on the
+/// machine that the volume came from. Names are bytes; nothing is assumed of their encoding.
+///
+/// Thread-safe: any number of threads may call anything at once.
+class FileManager final {
+  public:
+    /// Opens the folder `root` of the host as the target's root.
+    static Result<std::unique_ptr<FileManager>> open(const std::string& root);
+
+    FileManager(const FileManager&) = delete;
+    FileManager& operator=(const FileManager&) = delete;
+
+    // Asking
+
+    [[nodiscard]] bool fileExistsAtPath(std::string_view path) const;
+    [[nodiscard]] bool directoryExistsAtPath(std::string_view path) const;
+    [[nodiscard]] Result<FileAttributes> attributesOfItemAtPath(std::string_view path, Links links) const;
+    /// The entries of one folder in the file system's own order, without "." and "..".
+    [[nodiscard]] Result<std::vector<DirectoryEntry>> contentsOfDirectoryAtPath(std::string_view path) const;
+    /// Walks everything below the folder at `path`. A folder that cannot be opened enumerates as empty; ask
+    /// DirectoryEnumerator::failure whether it was.
+    [[nodiscard]] DirectoryEnumerator enumeratorAtPath(std::string_view path) const;
+    /// The whole file; TooLarge beyond `limit` bytes, WrongType for anything but a regular file (a named pipe in a
+    /// stranger's volume must not block us).
+    [[nodiscard]] Result<std::string> contentsAtPath(std::string_view path, std::size_t limit) const;
+    [[nodiscard]] Result<std::string> destinationOfSymbolicLinkAtPath(std::string_view path) const;
+
+    /// The folder at `path`, opened for reading its entries.
+    [[nodiscard]] Result<UniqueFd> openDirectory(std::string_view path) const;
+    /// The item at `path`, without read or write access: for handing its identity to a tool.
+    [[nodiscard]] Result<UniqueFd> openReference(std::string_view path, Links links) const;
+    /// The folder that holds `path`, as openReference gives it, and the name in it.
+    struct Located {
+        UniqueFd parent;
+        std::string name;
+    };
+    [[nodiscard]] Result<Located> locate(std::string_view path) const;
+
+    /// The path of an existing item on the host, with every link on the way resolved. For showing and for tools that
+    /// need a real path; the target may change behind it.
+    [[nodiscard]] Result<std::string> hostPath(std::string_view path) const;
+    /// The target's root on the host.
+    [[nodiscard]] const std::string& rootPath() const { return m_rootPath; }
+    /// Is the target the host itself?
+    [[nodiscard]] bool isHostRoot() const { return m_rootPath == "/"; }
+
+    // Changing
+
+    /// Makes the folder and those above it that are missing. An existing folder is success.
+    Result<void> createDirectoryAtPath(std::string_view path, mode_t mode = 0755);
+    /// A new file, not synced: for contents that can be made again. An item already at `path` is AlreadyExists.
+    Result<void> createFileAtPath(std::string_view path, std::string_view contents, mode_t mode = 0644);
+    /// Replaces the file at `path` or leaves the old one whole: written beside it, synced, renamed over it. An existing
+    /// file's mode and owner are kept; a link at `path` is replaced, not written through.
+    Result<void> writeAtomically(std::string_view path, std::string_view contents, mode_t mode = 0644);
+    /// Makes a link at `path` that says `destination`, unresolved.
+    Result<void> createSymbolicLinkAtPath(std::string_view path, const std::string& destination);
+    /// Renames within the target; an item at `to` is not replaced.
+    Result<void> moveItemAtPath(std::string_view from, std::string_view to);
+    /// Removes the item and all below it; a link goes as a link. Refuses what the guard protects, the root, mount
+    /// points and everything beyond one. Nothing at the path is NotFound. What could be removed of a tree is gone even
+    /// when the rest fails; the error is the first one met.
+    Result<void> removeItemAtPath(std::string_view path);
+
+    /// What removeItemAtPath refuses. Filled by whoever builds the program; changed before threads start.
+    [[nodiscard]] RemovalGuard& guard() { return m_guard; }
+
+  private:
+    FileManager(UniqueFd root, std::string rootPath);
+
+    Result<UniqueFd> openInRoot(std::string_view path, int flags) const;
+
+    UniqueFd m_root;
+    std::string m_rootPath;
+    RemovalGuard m_guard;
+};
+
+} // namespace sweeply

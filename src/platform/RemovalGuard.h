@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace sweeply {
+
+/// The folders that are never removed, whatever asks: the well-known ones themselves and everything they stand in. Their
+/// contents are fair game.
+///
+/// A path is compared in two ways: as text, without regard to case (a Mac's volume usually has none), and by device and
+/// inode, so that another way to the same folder is refused too.
+class RemovalGuard final {
+  public:
+    using Identity = std::pair<std::uint64_t, std::uint64_t>; ///< device, inode
+
+    /// Protects `path` (a target path) and every folder above it.
+    void protect(std::string_view path);
+    /// Says which folders the protected paths are on this volume now.
+    void setIdentities(std::set<Identity> identities) { m_identities = std::move(identities); }
+
+    [[nodiscard]] const std::set<std::string>& paths() const { return m_paths; }
+
+    /// Why `path` is refused, or an empty text. Relative paths and those with ".." are always refused.
+    [[nodiscard]] std::string reasonAgainst(std::string_view path) const;
+    [[nodiscard]] bool isProtected(Identity identity) const { return m_identities.contains(identity); }
+
+  private:
+    std::set<std::string> m_paths; ///< normalised, lower case
+    std::set<Identity> m_identities;
+};
+
+} // namespace sweeply
