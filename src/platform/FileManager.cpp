@@ -283,25 +283,35 @@ Result<void> FileManager::moveItemAtPath(std::string_view from, std::string_view
     return {};
 }
 
+std::string FileManager::withoutKnownLinks(std::string_view path) const {
+    std::string known = normalisedPath(path);
+    std::string rest;
+    while (known.size() > 1) {
+        if (const auto found = m_knownLinks.find(known); found != m_knownLinks.end())
+            return rest.empty() ? known : joinedPath(found->second, rest);
+        const std::string name(lastPathComponent(known));
+        rest = rest.empty() ? name : joinedPath(name, rest);
+        known = std::string(pathWithoutLastComponent(known));
+    }
+    return normalisedPath(path);
+}
+
 Result<FileManager::Located> FileManager::locateForRemoval(std::string_view path) const {
     const auto refused = [&](std::string reason) {
         return Failure(Error{ErrorKind::Protected, std::string(path), std::move(reason)});
     };
     if (auto reason = m_guard.reasonAgainst(path); !reason.empty())
         return refused(std::move(reason));
-    auto located = locate(path);
-    if (!located)
-        return located;
-    // The same folder by another way: through a link ("/var/log" for "/private/var/log") or another spelling.
-    auto parent = pathOfDescriptor(located->parent.get(), path);
-    if (!parent)
-        return Failure(parent.error());
-    if (m_rootPath != "/")
-        parent->erase(0, m_rootPath.size());
-    if (auto reason = m_guard.reasonAgainst(joinedPath(*parent, located->name)); !reason.empty())
+    const std::string place = withoutKnownLinks(path);
+    if (auto reason = m_guard.reasonAgainst(place); !reason.empty())
         return refused(std::move(reason));
+    Located located{UniqueFd(sweeply::openInRoot(m_root.get(), "." + std::string(pathWithoutLastComponent(place)),
+                                                 O_PATH | O_DIRECTORY, MiddleLinks::Refuse)),
+                    std::string(lastPathComponent(place))};
+    if (!located.parent)
+        return errno == ELOOP ? refused("a folder on the way is a symbolic link") : failed(path);
     struct stat status{};
-    if (::fstatat(located->parent.get(), located->name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (::fstatat(located.parent.get(), located.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return failed(path);
     if (S_ISDIR(status.st_mode) && m_guard.isProtected({status.st_dev, status.st_ino}))
         return refused("a protected folder is never removed");
@@ -323,14 +333,24 @@ Result<void> FileManager::removeItemAtPath(std::string_view path) {
 
 void FileManager::refreshGuard() {
     std::set<RemovalGuard::Identity> identities;
-    const auto add = [&](std::string_view path) {
-        if (const auto attributes = attributesOfItemAtPath(path, Links::Follow);
-            attributes && attributes->type == FileType::Directory)
-            identities.emplace(attributes->device, attributes->inode);
+    m_knownLinks.clear();
+    const auto look = [&](const std::string& path) {
+        const auto folder = openInRoot(path, O_PATH | O_DIRECTORY);
+        struct stat status{};
+        if (!folder || ::fstat(folder->get(), &status) != 0)
+            return;
+        identities.emplace(status.st_dev, status.st_ino);
+        auto place = pathOfDescriptor(folder->get(), path);
+        if (!place)
+            return;
+        if (m_rootPath != "/")
+            place->erase(0, m_rootPath.size());
+        if (*place != path && place->starts_with('/'))
+            m_knownLinks.emplace(path, std::move(*place));
     };
-    add("/");
+    look("/");
     for (const auto& path : m_guard.paths())
-        add(path);
+        look(path);
     m_guard.setIdentities(std::move(identities));
 }
 

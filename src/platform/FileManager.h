@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <ctime>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,7 +38,8 @@ struct DirectoryEntry {
     FileType type = FileType::Other;
 };
 
-/// Should a symbolic link in the last component of a path be followed? Links in the middle always are, inside the root.
+/// Should a symbolic link in the last component of a path be followed? Links in the middle are, inside the root, except
+/// on the way to a removal.
 enum class Links { Follow, DontFollow };
 
 /// The one door to the target's files. Every path it takes is a target path: absolute, starting at the target's root.
@@ -111,17 +113,23 @@ class FileManager final {
 
     /// What removals refuse. Filled by whoever builds the program, before threads start.
     [[nodiscard]] RemovalGuard& guard() { return m_guard; }
-    /// Looks again which folders the protected paths are: at the start of every run of removals, on its own thread.
+    /// Looks again which folders the protected paths are: at the start of every run of removals, while none is under way.
+    ///
+    /// A protected path that leads through links ("/var", a caches folder moved to another volume) is known from then
+    /// on. Any other link on the way to an item makes its removal fail: it was no link when the item was found.
     void refreshGuard();
 
   private:
     FileManager(UniqueFd root, std::string rootPath);
 
     Result<UniqueFd> openInRoot(std::string_view path, int flags) const;
+    /// The path with its longest known beginning replaced by where that leads.
+    [[nodiscard]] std::string withoutKnownLinks(std::string_view path) const;
 
     UniqueFd m_root;
     std::string m_rootPath;
     RemovalGuard m_guard;
+    std::map<std::string, std::string, std::less<>> m_knownLinks; ///< protected path -> where it leads
 };
 
 } // namespace sweeply

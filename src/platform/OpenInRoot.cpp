@@ -35,7 +35,7 @@ void prepend(std::deque<std::string>& components, std::string_view path) {
 
 } // namespace
 
-int openInRoot(int root, const std::string& path, int flags) {
+int openInRoot(int root, const std::string& path, int flags, MiddleLinks links) {
     // Another process renaming folders makes the kernel give up on ".." with EAGAIN; trying again is what it asks for.
     constexpr int kAttempts = 128;
     static std::atomic<bool> kernelResolves = true;
@@ -43,6 +43,8 @@ int openInRoot(int root, const std::string& path, int flags) {
     open_how how{};
     how.flags = static_cast<std::uint64_t>(flags | O_CLOEXEC);
     how.resolve = RESOLVE_IN_ROOT | RESOLVE_NO_MAGICLINKS;
+    if (links == MiddleLinks::Refuse)
+        how.resolve |= RESOLVE_NO_SYMLINKS;
     for (int attempt = 0; kernelResolves && attempt < kAttempts; ++attempt) {
         const long fd = ::syscall(SYS_openat2, root, path.c_str(), &how, sizeof how);
         if (fd >= 0)
@@ -56,15 +58,15 @@ int openInRoot(int root, const std::string& path, int flags) {
         if (errno != EAGAIN && errno != EINTR)
             return -1;
     }
-    return openInRootByWalking(root, path, flags);
+    return openInRootByWalking(root, path, flags, links);
 }
 
-int openInRootByWalking(int root, const std::string& path, int flags) {
+int openInRootByWalking(int root, const std::string& path, int flags, MiddleLinks links) {
     std::vector<UniqueFd> folders; // below the root, down to where we are
     const auto here = [&] { return folders.empty() ? root : folders.back().get(); };
     std::deque<std::string> components;
     prepend(components, path);
-    int links = 0;
+    int linksFollowed = 0;
 
     while (!components.empty()) {
         const std::string name = std::move(components.front());
@@ -86,7 +88,7 @@ int openInRootByWalking(int root, const std::string& path, int flags) {
             const ssize_t length = ::readlinkat(item.get(), "", destination.data(), destination.size());
             if (length < 0)
                 return -1;
-            if (++links > kMaximumLinks) {
+            if (links == MiddleLinks::Refuse || ++linksFollowed > kMaximumLinks) {
                 errno = ELOOP;
                 return -1;
             }
