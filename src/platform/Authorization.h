@@ -18,7 +18,7 @@ using AuthorizationResult = tl::expected<void, AuthorizationFailure>;
 
 /// The service that lends administrator rights: found, asked once, used for single tools, given back.
 ///
-/// create(), copyRights() and free() belong to one thread; run() may be called from any, between the two latter.
+/// create(), copyRights() and giveBack() belong to one thread; run() may be called from any, between the last two.
 class Authorization {
   public:
     virtual ~Authorization() = default;
@@ -28,7 +28,7 @@ class Authorization {
     /// Asks the user. Returns when the rights are there or were refused.
     virtual AuthorizationResult copyRights() = 0;
     /// Gives the rights back; harmless when there are none.
-    virtual void free() = 0;
+    virtual void giveBack() = 0;
 
     /// Runs `program` (an absolute host path) as the administrator and waits for it; its exit status, 128 and more when
     /// a signal ended it. Fails when it could not be started or the rights have lapsed.
@@ -51,19 +51,25 @@ struct SudoSetting {
 };
 
 /// Administrator rights by sudo, which remembers the permission for some minutes. Root already has them.
+///
+/// A sudo that is set up to change the working directory could make "./NAME" mean something else: with such a one run()
+/// refuses every command that asks for a working directory.
 class SudoAuthorization final : public Authorization {
   public:
     explicit SudoAuthorization(SudoSetting setting) : m_setting(std::move(setting)) {}
 
     AuthorizationResult create() override;
     AuthorizationResult copyRights() override;
-    void free() override;
+    void giveBack() override;
     Result<int> run(const std::string& program, const std::vector<std::string>& arguments,
                     int workingDirectory) override;
 
   private:
+    [[nodiscard]] bool keepsWorkingDirectory() const;
+
     SudoSetting m_setting;
     std::string m_sudo; ///< absolute path, empty before create()
+    bool m_keepsWorkingDirectory = false;
 };
 
 } // namespace sweeply
