@@ -61,8 +61,8 @@ class SWApplicationCore final {
 
   private:
     Paths findApplications(std::string_view folder, const std::stop_token& stop, WorkControl* control) const;
-    bool readRegistry();
-    void publish(Paths filteredApps);
+    [[nodiscard]] std::optional<Paths> readRegistry() const;
+    [[nodiscard]] Paths filtered(const Paths& registered) const;
 
     const FileManager& m_files;
     const LaunchServices* m_registry;

@@ -22,8 +22,8 @@ class RegisteredApplicationsFile final : public LaunchServices {
     /// `path` is the file's target path; it need not exist. `files` outlives this.
     RegisteredApplicationsFile(const FileManager& files, std::string path);
 
-    /// NotFound before the registry was ever built; Damaged when the file is no array. Entries that are not absolute
-    /// paths are passed over.
+    /// NotFound before the registry was ever built; Damaged when the file is no array. Passed over are entries that are
+    /// no absolute paths and applications that are gone.
     [[nodiscard]] Result<std::vector<std::string>> copyAllApplicationURLs() const override;
 
   private:
