@@ -12,6 +12,8 @@ auto named(std::string_view key) {
 
 } // namespace
 
+Dictionary::Dictionary(std::vector<Member> members) : m_members(std::move(members)) {}
+
 void Dictionary::set(std::string_view key, Value value) {
     const auto found = std::find_if(m_members.begin(), m_members.end(), named(key));
     if (found != m_members.end())
@@ -27,7 +29,9 @@ const Value* Dictionary::find(std::string_view key) const {
     return found != m_members.end() ? &found->second : nullptr;
 }
 
-bool Dictionary::operator==(const Dictionary&) const = default;
+bool Dictionary::operator==(const Dictionary& other) const { return m_members == other.m_members; }
+
+bool Value::operator==(const Value& other) const { return m_storage == other.m_storage; }
 
 const Value* Value::find(std::string_view key) const {
     const Dictionary* dictionary = asDictionary();

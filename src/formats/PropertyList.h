@@ -43,7 +43,7 @@ class Dictionary final {
 
     Dictionary() = default;
     /// The first one counts where two members have the same key.
-    explicit Dictionary(std::vector<Member> members) : m_members(std::move(members)) {}
+    explicit Dictionary(std::vector<Member> members);
 
     /// Replaces the value of `key` where it stands, or adds it at the end.
     void set(std::string_view key, Value value);
@@ -53,7 +53,7 @@ class Dictionary final {
     [[nodiscard]] const Value* find(std::string_view key) const;
     [[nodiscard]] const std::vector<Member>& members() const { return m_members; }
 
-    bool operator==(const Dictionary&) const;
+    bool operator==(const Dictionary& other) const;
 
   private:
     std::vector<Member> m_members;
@@ -108,7 +108,7 @@ class Value final {
 
     [[nodiscard]] const Storage& storage() const { return m_storage; }
 
-    bool operator==(const Value&) const = default;
+    bool operator==(const Value& other) const;
 
   private:
     Storage m_storage;

@@ -16,6 +16,12 @@ constexpr std::uint64_t kMaximalContents = 64ULL << 20;
 constexpr std::size_t kTrailerSize = 32;
 constexpr std::size_t kHeaderSize = 8;
 
+// The kinds of objects in a binary list that matter here.
+constexpr std::uint64_t kData = 0x4;
+constexpr std::uint64_t kAscii = 0x5;
+constexpr std::uint64_t kUtf16 = 0x6;
+constexpr std::uint64_t kDictionary = 0xD;
+
 constexpr const char* kTooDeep = "nested too deeply";
 
 /// The objects of a binary list, as far as it takes to follow their references.
@@ -31,9 +37,10 @@ class ObjectTable final {
     }
 
     struct Object {
+        std::uint64_t kind = 0;       ///< upper half of the marker
         std::uint64_t contents = 0;   ///< bytes of a text or of data
         std::uint64_t references = 0; ///< to other objects
-        std::uint64_t first = 0;      ///< where those begin
+        std::uint64_t start = 0;      ///< where either begins
     };
 
     [[nodiscard]] std::optional<Object> object(std::uint64_t index) const {
@@ -44,9 +51,9 @@ class ObjectTable final {
         if (!marker)
             return std::nullopt;
         const std::uint64_t kind = *marker >> 4;
-        const bool isContainer = kind == 0xA || kind == 0xC || kind == 0xD;
-        if (!isContainer && (kind < 0x4 || kind > 0x6))
-            return Object{};
+        const bool isContainer = kind == 0xA || kind == 0xC || kind == kDictionary;
+        if (!isContainer && (kind < kData || kind > kUtf16))
+            return Object{.kind = kind};
         std::uint64_t count = *marker & 0xF;
         std::uint64_t start = *offset + 1;
         if (count == 0xF) {
@@ -62,13 +69,23 @@ class ObjectTable final {
         }
         if (count > m_bytes.size())
             return std::nullopt;
-        if (!isContainer)
-            return Object{.contents = kind == 0x6 ? 2 * count : count};
-        return Object{.references = kind == 0xD ? 2 * count : count, .first = start};
+        Object object{.kind = kind, .start = start};
+        (isContainer ? object.references : object.contents) = kind == kDictionary || kind == kUtf16 ? 2 * count : count;
+        return object;
     }
 
     [[nodiscard]] std::optional<std::uint64_t> reference(const Object& object, std::uint64_t position) const {
-        return number(object.first, m_referenceSize, position);
+        return number(object.start, m_referenceSize, position);
+    }
+    /// Is this a text with a NUL character? The library cuts it there, and stops the program when it is a key.
+    [[nodiscard]] bool holdsNul(const Object& text) const {
+        if (text.kind != kAscii && text.kind != kUtf16)
+            return false;
+        const std::uint64_t width = text.kind == kUtf16 ? 2 : 1;
+        for (std::uint64_t position = 0; position < text.contents / width; ++position)
+            if (number(text.start, width, position) == 0)
+                return true;
+        return false;
     }
     [[nodiscard]] std::uint64_t root() const { return m_root; }
 
@@ -132,6 +149,8 @@ std::string reasonAgainstBinary(std::string_view bytes) {
         const auto object = table.object(index);
         if (!object)
             return "object " + std::to_string(index) + " of the binary property list is damaged";
+        if (table.holdsNul(*object))
+            return "a text holds a NUL character";
         contents += object->contents;
         if (++values > kMaximalValues || contents > kMaximalContents)
             return "holds too much";
@@ -150,6 +169,8 @@ std::string reasonAgainstBinary(std::string_view bytes) {
 }
 
 std::string reasonAgainstXml(std::string_view bytes) {
+    if (bytes.find('\0') != std::string_view::npos)
+        return "an XML property list with NUL characters";
     std::size_t depth = 0;
     for (std::size_t start = bytes.find('<'); start != std::string_view::npos;) {
         const std::size_t end = endOfMarkup(bytes, start);

@@ -106,8 +106,13 @@ class FileManager final {
     /// when the rest fails; the error is the first one met.
     Result<void> removeItemAtPath(std::string_view path);
 
-    /// What removeItemAtPath refuses. Filled by whoever builds the program; changed before threads start.
+    /// Finds the item for a removal by other means (a tool with more rights) after the same checks as removeItemAtPath.
+    [[nodiscard]] Result<Located> locateForRemoval(std::string_view path) const;
+
+    /// What removals refuse. Filled by whoever builds the program, before threads start.
     [[nodiscard]] RemovalGuard& guard() { return m_guard; }
+    /// Looks again which folders the protected paths are: at the start of every run of removals, on its own thread.
+    void refreshGuard();
 
   private:
     FileManager(UniqueFd root, std::string rootPath);

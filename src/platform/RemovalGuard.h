@@ -18,19 +18,21 @@ class RemovalGuard final {
   public:
     using Identity = std::pair<std::uint64_t, std::uint64_t>; ///< device, inode
 
-    /// Protects `path` (a target path) and every folder above it.
+    /// Protects `path` (an absolute target path) and every folder above it.
     void protect(std::string_view path);
     /// Says which folders the protected paths are on this volume now.
     void setIdentities(std::set<Identity> identities) { m_identities = std::move(identities); }
 
-    [[nodiscard]] const std::set<std::string>& paths() const { return m_paths; }
+    /// Every protected path, as it was given or as a folder above one.
+    [[nodiscard]] const std::vector<std::string>& paths() const { return m_paths; }
 
     /// Why `path` is refused, or an empty text. Relative paths and those with ".." are always refused.
     [[nodiscard]] std::string reasonAgainst(std::string_view path) const;
     [[nodiscard]] bool isProtected(Identity identity) const { return m_identities.contains(identity); }
 
   private:
-    std::set<std::string> m_paths; ///< normalised, lower case
+    std::vector<std::string> m_paths;
+    std::set<std::string, std::less<>> m_foldedPaths; ///< the same in lower case
     std::set<Identity> m_identities;
 };
 

@@ -1,0 +1,74 @@
+#if defined(__linux__)
+
+#include "platform/DirectoryReader.h"
+#include "platform/EntryType.h"
+
+#include <array>
+#include <cerrno>
+#include <dirent.h>
+#include <unistd.h>
+
+namespace sweeply {
+
+namespace {
+
+/// Bigger ones measured no faster. Pages that a small folder does not fill are never touched.
+constexpr std::size_t kBufferSize = 32 * 1024;
+
+} // namespace
+
+struct DirectoryReader::Stream {
+    int directory;
+    int errorNumber = 0;
+    Position position;
+    std::size_t at = 0;
+    std::size_t end = 0;
+    alignas(dirent64) std::array<char, kBufferSize> buffer;
+
+    // Not an aggregate on purpose: making one must not clear the buffer.
+    Stream(int directoryFd, Position start) : directory(directoryFd), position(start) {
+        if (::lseek(directory, position, SEEK_SET) < 0)
+            errorNumber = errno;
+    }
+
+    bool fill() {
+        if (errorNumber != 0)
+            return false;
+        const ssize_t length = ::getdents64(directory, buffer.data(), buffer.size());
+        // ENOENT: the folder itself was removed behind our back, so it has no entries.
+        if (length < 0 && errno != ENOENT)
+            errorNumber = errno;
+        at = 0;
+        end = length > 0 ? static_cast<std::size_t>(length) : 0;
+        return end > 0;
+    }
+};
+
+DirectoryReader::DirectoryReader(int directory, Position position)
+    : m_stream(std::make_unique<Stream>(directory, position)) {}
+DirectoryReader::DirectoryReader(DirectoryReader&&) noexcept = default;
+DirectoryReader& DirectoryReader::operator=(DirectoryReader&&) noexcept = default;
+DirectoryReader::~DirectoryReader() = default;
+
+std::optional<DirectoryReader::Entry> DirectoryReader::next() {
+    Stream& stream = *m_stream;
+    while (stream.at < stream.end || stream.fill()) {
+        const auto* entry = reinterpret_cast<const dirent64*>(stream.buffer.data() + stream.at);
+        stream.at += entry->d_reclen;
+        stream.position = entry->d_off;
+        const char* name = static_cast<const char*>(entry->d_name);
+        if (isDotOrDotDot(name))
+            continue;
+        if (const auto type = entryType(entry->d_type, stream.directory, name))
+            return Entry{name, *type};
+    }
+    return std::nullopt;
+}
+
+int DirectoryReader::errorNumber() const { return m_stream->errorNumber; }
+
+DirectoryReader::Position DirectoryReader::position() const { return m_stream->position; }
+
+} // namespace sweeply
+
+#endif

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace sweeply {
+
+/// The system log, as free-text lines without levels.
+///
+/// Any thread may log at any time; a line that cannot be written is lost in silence.
+class SystemLog {
+  public:
+    virtual ~SystemLog() = default;
+    virtual void log(std::string_view line) = 0;
+};
+
+/// `text` with control characters as escapes ("\n", "\x1B"), so that a file's name cannot pass for a line of its own or
+/// command a terminal.
+[[nodiscard]] std::string escapedForLog(std::string_view text);
+
+/// Writes to the host's system log under this program's name. One for a process: the name is the C library's to keep.
+class SyslogLog final : public SystemLog {
+  public:
+    enum class Copy { None, StandardError };
+
+    explicit SyslogLog(Copy copy = Copy::None);
+    ~SyslogLog() override;
+    SyslogLog(const SyslogLog&) = delete;
+    SyslogLog& operator=(const SyslogLog&) = delete;
+
+    void log(std::string_view line) override;
+
+  private:
+    const Copy m_copy;
+};
+
+} // namespace sweeply
