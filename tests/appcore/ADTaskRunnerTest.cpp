@@ -2,8 +2,11 @@
 
 #include "Target.h"
 #include "platform/ToolTable.h"
+#include "platform/UniqueFd.h"
 
+#include <array>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace sweeply {
 namespace {
@@ -24,10 +27,23 @@ TEST_F(ADTaskRunnerTest, OutputIsGivenWhateverTheExitStatus) {
 }
 
 TEST_F(ADTaskRunnerTest, StandardErrorIsNeverPartOfTheOutput) {
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(m_runner.getOutput("/bin/sh", {"-c", "echo hidden >&2; echo said"}, true), "said\n");
-    EXPECT_EQ(m_runner.getOutput("/bin/sh", {"-c", "echo shown >&2; echo said"}), "said\n");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "shown\n");
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    const UniqueFd readEnd(ends[0]);
+    UniqueFd writeEnd(ends[1]);
+    const UniqueFd before(::dup(STDERR_FILENO));
+    ::dup2(writeEnd.get(), STDERR_FILENO);
+
+    const auto suppressed = m_runner.getOutput("/bin/sh", {"-c", "echo hidden >&2; echo said"}, true);
+    const auto inherited = m_runner.getOutput("/bin/sh", {"-c", "echo shown >&2; echo said"});
+
+    ::dup2(before.get(), STDERR_FILENO);
+    writeEnd.reset();
+    std::array<char, 100> shown{};
+    EXPECT_EQ(::read(readEnd.get(), shown.data(), shown.size() - 1), 6);
+    EXPECT_STREQ(shown.data(), "shown\n");
+    EXPECT_EQ(suppressed, "said\n");
+    EXPECT_EQ(inherited, "said\n");
 }
 
 TEST_F(ADTaskRunnerTest, AMissingToolGivesNothing) {
