@@ -1,0 +1,49 @@
+#include "appcore/ADTaskRunner.h"
+
+#include "platform/Localization.h"
+#include "platform/Process.h"
+#include "platform/SystemLog.h"
+#include "platform/ToolTable.h"
+
+namespace sweeply {
+
+std::optional<std::string> ADTaskRunner::getOutput(std::string_view tool, const Arguments& arguments,
+                                                   bool suppressErrorOutput) const {
+    const auto program = m_tools.programFor(tool);
+    if (!program)
+        return std::nullopt;
+    ProcessOptions options;
+    options.errors = suppressErrorOutput ? OutputTo::Discard : OutputTo::Inherit;
+    auto result = runProcess(*program, arguments, options);
+    if (!result) {
+        logFailure(tool, arguments, result.error().reason);
+        return std::nullopt;
+    }
+    return std::move(result->output);
+}
+
+std::optional<int> ADTaskRunner::launchTaskAndGetTermStatusWithCmd(std::string_view tool,
+                                                                   const Arguments& arguments) const {
+    ProcessOptions options;
+    options.output = OutputTo::Inherit;
+    const auto result = m_tools.programFor(tool).and_then(
+        [&](const std::string& program) { return runProcess(program, arguments, options); });
+    if (!result) {
+        logFailure(tool, arguments, result.error().reason);
+        return std::nullopt;
+    }
+    constexpr int kSignalBase = 128;
+    return result->signal != 0 ? kSignalBase + result->signal : result->exitStatus;
+}
+
+void ADTaskRunner::logFailure(std::string_view tool, const Arguments& arguments, const std::string& reason) const {
+    std::string list;
+    for (const std::string& argument : arguments) {
+        list += list.empty() ? "(" : ", ";
+        list += argument;
+    }
+    list += list.empty() ? "()" : ")";
+    m_log.log(formatText("Error while invoking command %@ with args %@ : %@", {tool, list, reason}));
+}
+
+} // namespace sweeply

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/FileManager.h"
+
+#include <string>
+#include <vector>
+
+namespace sweeply {
+
+/// The system's registry of applications.
+class LaunchServices {
+  public:
+    virtual ~LaunchServices() = default;
+
+    /// The target paths of all registered applications, in the registry's order, double ones included. Thread-safe.
+    [[nodiscard]] virtual Result<std::vector<std::string>> copyAllApplicationURLs() const = 0;
+};
+
+/// The registry as our lsregister writes it: a property list that holds an array of paths.
+class RegisteredApplicationsFile final : public LaunchServices {
+  public:
+    /// `path` is the file's target path; it need not exist. `files` outlives this.
+    RegisteredApplicationsFile(const FileManager& files, std::string path);
+
+    /// NotFound before the registry was ever built; Damaged when the file is no array. Passed over are entries that are
+    /// no absolute paths and applications that are gone.
+    [[nodiscard]] Result<std::vector<std::string>> copyAllApplicationURLs() const override;
+
+  private:
+    const FileManager& m_files;
+    std::string m_path;
+};
+
+} // namespace sweeply

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "formats/PropertyList.h"
+#include "platform/FileManager.h"
+#include "platform/SystemLog.h"
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace sweeply {
+
+/// A small target volume in a folder of its own, for one test.
+class Target final {
+  public:
+    Target() {
+        std::string name = std::filesystem::temp_directory_path() / "target.XXXXXX";
+        m_root = ::mkdtemp(name.data());
+        m_files = std::move(FileManager::open(m_root).value());
+    }
+    Target(const Target&) = delete;
+    Target& operator=(const Target&) = delete;
+    ~Target() { std::filesystem::remove_all(m_root); }
+
+    FileManager& files() { return *m_files; }
+
+    void makeFolder(const std::string& path) const { std::filesystem::create_directories(m_root + path); }
+    void makeFile(const std::string& path, const std::string& contents) const {
+        std::filesystem::create_directories(std::filesystem::path(m_root + path).parent_path());
+        std::ofstream(m_root + path, std::ios::binary) << contents;
+    }
+    void makeLink(const std::string& path, const std::string& destination) const {
+        std::filesystem::create_directories(std::filesystem::path(m_root + path).parent_path());
+        std::filesystem::create_symlink(destination, m_root + path);
+    }
+    void remove(const std::string& path) const { std::filesystem::remove_all(m_root + path); }
+    /// A bundle at `path` whose Info.plist holds `info`.
+    void makeBundle(const std::string& path, std::vector<plist::Dictionary::Member> info) const {
+        makeFile(path + "/Contents/Info.plist", plist::writeXml(plist::Dictionary(std::move(info))));
+    }
+
+  private:
+    std::string m_root;
+    std::unique_ptr<FileManager> m_files;
+};
+
+/// Keeps what was logged. Thread-safe.
+class RecordingLog final : public SystemLog {
+  public:
+    void log(std::string_view line) override {
+        std::lock_guard lock(m_mutex);
+        m_lines.emplace_back(line);
+    }
+    std::vector<std::string> lines() const {
+        std::lock_guard lock(m_mutex);
+        return m_lines;
+    }
+
+  private:
+    mutable std::mutex m_mutex;
+    std::vector<std::string> m_lines;
+};
+
+} // namespace sweeply
