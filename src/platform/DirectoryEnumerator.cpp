@@ -13,7 +13,7 @@ namespace {
 
 /// So many folders are open at once; in a deeper tree the upper ones are closed and found again by "..", so that no
 /// depth runs into the process's limit of descriptors.
-constexpr std::size_t kOpenLevels = 64;
+constexpr std::size_t kOpenLevels = 32;
 
 } // namespace
 

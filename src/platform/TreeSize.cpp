@@ -1,0 +1,156 @@
+#include "platform/TreeSize.h"
+
+#include "platform/DirectoryEnumerator.h"
+#include "platform/DirectoryReader.h"
+#include "platform/WorkQueue.h"
+
+#include <atomic>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+namespace sweeply {
+
+namespace {
+
+/// Starting the helpers costs about as much as looking at some hundred files.
+constexpr unsigned kBigTree = 500;
+/// Warm, two would do; cold, the disk is kept busy by eight requests.
+constexpr unsigned kHelpers = 7;
+/// Of names: some 200 files, long enough to be worth the hand-over.
+constexpr std::size_t kBatchBytes = 4096;
+/// Folders below are walked by one thread with few descriptors.
+constexpr std::size_t kSharedLevels = 32;
+
+using SharedFd = std::shared_ptr<const UniqueFd>;
+
+/// Something of an open folder that another worker looks at.
+struct Task {
+    SharedFd folder;
+    std::string names; ///< each ended by a zero byte
+    bool isFolder;     ///< one subfolder to walk, or else files to add
+};
+
+class Sum final {
+  public:
+    explicit Sum(std::uint64_t block) : m_block(block) {}
+
+    std::uint64_t of(UniqueFd folder) {
+        Worker worker{{}, kBigTree, 0};
+        push(worker, std::move(folder));
+        walk(worker);
+        work(worker);
+        return m_total;
+    }
+
+  private:
+    struct Level {
+        SharedFd fd;
+        DirectoryReader reader;
+        std::string batch; ///< files for somebody else, as in a task
+    };
+
+    struct Worker {
+        std::vector<Level> levels;  ///< the folders it is in
+        unsigned entriesBeforeHelp; ///< 0 where no help is to be called
+        std::uint64_t total;
+    };
+
+    /// Does what others give until all is done.
+    void work(Worker& worker) {
+        while (const auto task = m_queue.take()) {
+            if (task->isFolder)
+                enter(worker, task->folder->get(), task->names.c_str());
+            else
+                addFiles(worker, task->folder->get(), task->names);
+            walk(worker);
+        }
+        m_total += worker.total;
+    }
+
+    void walk(Worker& worker) {
+        while (!worker.levels.empty()) {
+            Level& level = worker.levels.back();
+            const auto entry = level.reader.next();
+            if (!entry) {
+                addFiles(worker, level.fd->get(), level.batch);
+                worker.levels.pop_back();
+                continue;
+            }
+            if (worker.entriesBeforeHelp > 0 && --worker.entriesBeforeHelp == 0)
+                callHelp();
+            if (entry->type != FileType::Directory)
+                addOrGive(worker, level, entry->name);
+            else if (m_queue.wantsWork())
+                m_queue.give({level.fd, entry->name, true});
+            else
+                enter(worker, level.fd->get(), entry->name);
+        }
+    }
+
+    void addOrGive(Worker& worker, Level& level, const char* name) {
+        if (level.batch.empty() && !m_queue.wantsWork()) {
+            addFile(worker, level.fd->get(), name);
+            return;
+        }
+        level.batch.append(name, std::strlen(name) + 1);
+        if (level.batch.size() >= kBatchBytes)
+            m_queue.give({level.fd, std::exchange(level.batch, {}), false});
+    }
+
+    void addFiles(Worker& worker, int folder, const std::string& names) const {
+        for (std::size_t at = 0; at < names.size(); at += std::strlen(names.c_str() + at) + 1)
+            addFile(worker, folder, names.c_str() + at);
+    }
+
+    void addFile(Worker& worker, int folder, const char* name) const {
+        struct stat status {};
+        if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && !S_ISDIR(status.st_mode))
+            worker.total += roundedUp(static_cast<std::uint64_t>(status.st_size), m_block);
+    }
+
+    void enter(Worker& worker, int parent, const char* name) {
+        UniqueFd fd(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        if (!fd)
+            return;
+        if (worker.levels.size() < kSharedLevels)
+            push(worker, std::move(fd));
+        else
+            walkAlone(worker, std::move(fd));
+    }
+
+    static void push(Worker& worker, UniqueFd fd) {
+        const int folder = fd.get();
+        worker.levels.push_back({std::make_shared<const UniqueFd>(std::move(fd)), DirectoryReader(folder), {}});
+    }
+
+    void walkAlone(Worker& worker, UniqueFd fd) const {
+        DirectoryEnumerator enumerator(std::move(fd));
+        while (const auto entry = enumerator.next()) {
+            if (entry->type == FileType::Directory)
+                continue;
+            if (const auto attributes = enumerator.attributes())
+                worker.total += roundedUp(attributes->size, m_block);
+        }
+    }
+
+    void callHelp() {
+        m_queue.startHelpers(kHelpers, [this] {
+            Worker helper{{}, 0, 0};
+            work(helper);
+        });
+    }
+
+    const std::uint64_t m_block;
+    std::atomic<std::uint64_t> m_total = 0;
+    WorkQueue<Task> m_queue; ///< last: its helpers use the rest
+};
+
+} // namespace
+
+std::uint64_t sizeOfTree(UniqueFd folder, std::uint64_t block) { return Sum(block).of(std::move(folder)); }
+
+} // namespace sweeply
