@@ -1,5 +1,7 @@
 #include "formats/PropertyList.h"
 
+#include "formats/Utf8.h"
+
 #include <bit>
 #include <cstdlib>
 #include <memory>
@@ -13,34 +15,6 @@ struct FreeNode {
     void operator()(void* node) const { plist_free(node); }
 };
 using Node = std::unique_ptr<void, FreeNode>;
-
-/// How many bytes the UTF-8 sequence at the start of `text` takes; 0 when it is none.
-std::size_t sequenceLength(std::string_view text) {
-    const auto byte = [&](std::size_t position) { return static_cast<std::uint8_t>(text[position]); };
-    const std::uint8_t lead = byte(0);
-    if (lead < 0x80)
-        return lead == 0 ? 0 : 1;
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < length)
-        return 0;
-    for (std::size_t position = 1; position < length; ++position)
-        if ((byte(position) & 0xC0) != 0x80)
-            return 0;
-    const bool isOverlong = (lead == 0xE0 && byte(1) < 0xA0) || (lead == 0xF0 && byte(1) < 0x90);
-    const bool isNoCharacter = (lead == 0xED && byte(1) > 0x9F) || (lead == 0xF4 && byte(1) > 0x8F);
-    return isOverlong || isNoCharacter ? 0 : length;
-}
-
-std::string writable(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    while (!text.empty()) {
-        const std::size_t length = sequenceLength(text);
-        result += length > 0 ? text.substr(0, length) : "\xEF\xBF\xBD";
-        text.remove_prefix(length > 0 ? length : 1);
-    }
-    return result;
-}
 
 std::string bigEndian(std::uint64_t number) {
     std::string bytes;
@@ -64,7 +38,7 @@ struct NodeMaker {
     Node operator()(const Dictionary& dictionary) const {
         Node node(plist_new_dict());
         for (const auto& [key, value] : dictionary.members())
-            plist_dict_set_item(node.get(), writable(key).c_str(), std::visit(*this, value.storage()).release());
+            plist_dict_set_item(node.get(), validUtf8(key).c_str(), std::visit(*this, value.storage()).release());
         return node;
     }
     Node operator()(const Array& array) const {
@@ -73,7 +47,7 @@ struct NodeMaker {
             plist_array_append_item(node.get(), std::visit(*this, value.storage()).release());
         return node;
     }
-    Node operator()(const std::string& text) const { return Node(plist_new_string(writable(text).c_str())); }
+    Node operator()(const std::string& text) const { return Node(plist_new_string(validUtf8(text).c_str())); }
     Node operator()(bool truth) const { return Node(plist_new_bool(truth ? 1 : 0)); }
     Node operator()(std::int64_t number) const { return Node(plist_new_uint(static_cast<std::uint64_t>(number))); }
     Node operator()(std::uint64_t number) const { return nodeFromWritten("\x14" + bigEndian(0) + bigEndian(number)); }

@@ -1,0 +1,153 @@
+#include "appcore/RemovalPrimitives.h"
+
+#include "appcore/FolderConstants.h"
+#include "appcore/PrivilegedExecution.h"
+#include "platform/FileManager.h"
+#include "platform/Localization.h"
+#include "platform/Process.h"
+#include "platform/SystemLog.h"
+#include "platform/TargetPath.h"
+#include "platform/ToolTable.h"
+
+#include <unistd.h>
+#include <utility>
+
+namespace sweeply {
+
+namespace {
+
+/// The text as it must stand between double quotes for the shell to see exactly it. Without double quotes itself: those
+/// are refused before.
+std::string escapedForShell(std::string_view text) {
+    std::string escaped;
+    for (const char c : text) {
+        if (c == '$' || c == '`' || c == '\\')
+            escaped += '\\';
+        escaped += c;
+    }
+    return escaped;
+}
+
+/// A name that no tool takes for an option, seen from the item's own folder.
+std::string seenFromItsFolder(const std::string& name) { return "./" + name; }
+
+Error breaksTheShellForm(const std::string& path) {
+    return {ErrorKind::Other, path, "a name with a double quote breaks the shell form"};
+}
+
+} // namespace
+
+RemovalPrimitives::RemovalPrimitives(FileManager& files, const FolderConstants& folders,
+                                     PrivilegedExecution& privileged, const ToolTable& tools, SystemLog& log)
+    : m_files(files), m_folders(folders), m_privileged(privileged), m_tools(tools), m_log(log) {}
+
+void RemovalPrimitives::startRun() {
+    m_files.refreshGuard();
+    std::lock_guard lock(m_mutex);
+    m_failures.clear();
+    m_couldntRemoveSomething = false;
+}
+
+std::vector<Error> RemovalPrimitives::failures() const {
+    std::lock_guard lock(m_mutex);
+    return m_failures;
+}
+
+bool RemovalPrimitives::failed(Error error) {
+    m_log.log(error.message());
+    m_couldntRemoveSomething = true;
+    std::lock_guard lock(m_mutex);
+    m_failures.push_back(std::move(error));
+    return false;
+}
+
+bool RemovalPrimitives::tryToRemoveFileAtPath(const std::string& path) {
+    auto removed = m_files.removeItemAtPath(path);
+    if (removed || removed.error().kind == ErrorKind::NotFound)
+        return true;
+    if (removed.error().kind == ErrorKind::Protected || !m_privileged.isAuthorised())
+        return failed(removed.error());
+    const auto item = m_files.locateForRemoval(path);
+    if (!item)
+        return failed(item.error());
+    // From the item's own folder, held open: nobody can put another one in its place on the way to the tool.
+    if (!m_privileged.executeCommandWithPrivilidges("/bin/rm", {"-rf", seenFromItsFolder(item->name)},
+                                                    item->parent.get()))
+        return failed(removed.error());
+    // The tool has ended, but a person was promised that what is reported as removed is gone.
+    if (m_files.attributesOfItemAtPath(path, Links::DontFollow))
+        return failed({ErrorKind::Other, path, "still there after a removal with administrator rights"});
+    return true;
+}
+
+bool RemovalPrimitives::tryToSecurelyRemoveFileAtPath(const std::string& path) {
+    const auto item = m_files.locateForRemoval(path);
+    if (!item && item.error().kind == ErrorKind::NotFound)
+        return true;
+    if (!item)
+        return failed(item.error());
+    if (m_privileged.isAuthorised()) {
+        if (!m_privileged.executeCommandWithPrivilidges("/bin/rm", {"-rfP", seenFromItsFolder(item->name)},
+                                                        item->parent.get()))
+            return failed({ErrorKind::Other, path, "could not be removed with administrator rights"});
+    } else {
+        if (item->name.find('"') != std::string::npos)
+            return failed(breaksTheShellForm(path));
+        const auto rm = m_tools.programFor("/bin/rm");
+        if (!rm)
+            return failed(rm.error());
+        const std::string command =
+            formatText("\"%@\" -rfP \"%@\"", {escapedForShell(*rm), escapedForShell(seenFromItsFolder(item->name))});
+        if (!shell(command, item->parent.get(), {}))
+            return failed({ErrorKind::Other, path, "could not be overwritten and removed"});
+    }
+    if (m_files.attributesOfItemAtPath(path, Links::DontFollow))
+        return failed({ErrorKind::Other, path, "still there after its removal"});
+    return true;
+}
+
+bool RemovalPrimitives::tryToRemoveAllFilesInDirectory(const std::string& path) {
+    const std::string folder = m_folders.expandTilde(path);
+    const auto entries = m_files.contentsOfDirectoryAtPath(folder);
+    if (!entries) {
+        m_log.log(entries.error().message());
+        return false;
+    }
+    bool isEverythingGone = true;
+    for (const auto& entry : *entries)
+        isEverythingGone = tryToRemoveFileAtPath(joinedPath(folder, entry.name)) && isEverythingGone;
+    return isEverythingGone;
+}
+
+bool RemovalPrimitives::tryToEmptyFileAtPath(const std::string& path) {
+    // The very file that the path leads to inside the root is held open, and the shell is told that descriptor: a path
+    // would be resolved again outside the root's rules.
+    const auto file = m_files.openReference(path, Links::Follow);
+    const auto attributes = m_files.attributesOfItemAtPath(path, Links::Follow);
+    if (!file || !attributes || attributes->type != FileType::Regular)
+        return false;
+    const bool breaksShell = path.find('"') != std::string::npos;
+    if (!breaksShell &&
+        shell(formatText("echo > \"%@\"", {"/dev/fd/" + std::to_string(file->get())}), -1, {file->get()}))
+        return true;
+    if (!m_privileged.isAuthorised())
+        return failed(breaksShell ? breaksTheShellForm(path)
+                                  : Error{ErrorKind::PermissionDenied, path, "could not be emptied"});
+    const std::string descriptor = "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(file->get());
+    if (!m_privileged.executeCommandWithPrivilidges("/bin/sh", {"-c", "/bin/echo > \"" + descriptor + "\""}, -1))
+        return failed({ErrorKind::Other, path, "could not be emptied with administrator rights"});
+    return true;
+}
+
+bool RemovalPrimitives::shell(const std::string& command, int workingDirectory,
+                              const std::vector<int>& inheritedDescriptors) const {
+    ProcessOptions options;
+    options.workingDirectory = workingDirectory;
+    options.inheritedDescriptors = inheritedDescriptors;
+    options.output = OutputTo::Discard;
+    options.errors = OutputTo::Discard;
+    const auto result = runProcess("/bin/sh", {"-c", command}, options);
+    return result && result->succeeded();
+}
+
+} // namespace sweeply

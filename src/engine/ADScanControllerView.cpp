@@ -1,0 +1,224 @@
+#include "engine/ADScanControllerView.h"
+
+#include "engine/IgnoreList.h"
+#include "engine/ScanCoordinator.h"
+#include "engine/ScanObject.h"
+#include "platform/SystemLog.h"
+
+#include <ranges>
+
+namespace sweeply {
+
+ADScanControllerView::ADScanControllerView(EngineServices services, ScanCoordinator& globalScanController)
+    : ADScanController(services), m_globalScanController(globalScanController) {
+    setDelegate(this);
+    setViewDelegate(this);
+}
+
+void ADScanControllerView::activate() {
+    if (m_scanObject)
+        m_globalScanController.changeViewTo(m_scanObject->viewName());
+}
+
+void ADScanControllerView::willSwithToYourView() {
+    if (workMode() == WorkMode::Cleaner)
+        m_globalScanController.gotoCleanerMode();
+    else
+        m_globalScanController.gotoUninstallerMode();
+}
+
+void ADScanControllerView::updateViews() {
+    if (m_contentOutline)
+        m_contentOutline->reloadData();
+    if (m_contentTable)
+        m_contentTable->reloadData();
+}
+
+void ADScanControllerView::quickScan() {
+    if (ifScanRunning() || ifCleanRunning())
+        return;
+    if (!ifAnyEnabled()) {
+        setEveryObjectEnabled(true);
+        refreshInterface();
+    }
+    m_globalScanController.prepareInterfaceForScan();
+    startScan();
+}
+
+void ADScanControllerView::quickClean() {
+    continueRun();
+    startClean();
+}
+
+void ADScanControllerView::checkEverything(bool enabled) {
+    if (m_globalScanController.ifCleanRunning() || ifScanRunning())
+        return;
+    setEveryObjectEnabled(enabled);
+    updateInterfaceAndWaitUntilDone(false);
+    refreshInterface();
+}
+
+void ADScanControllerView::toggleOutlineItem(Node& node) {
+    {
+        std::lock_guard lock(services().treeLock);
+        const bool wasChecked = node.ifEnabled();
+        if (node.storeState()) {
+            auto& ignored = m_globalScanController.ignoreListController();
+            if (wasChecked)
+                ignored.addToIgnoreListPath(node, defaultsName());
+            else
+                ignored.removeFromIgnoreListPath(node, defaultsName());
+        }
+        node.becomeEnabled(!wasChecked);
+    }
+    rootNodeChanged();
+    if (m_contentOutline)
+        m_contentOutline->reloadData();
+    refreshInterface();
+}
+
+void ADScanControllerView::toggleTableRow(std::size_t row) {
+    {
+        std::lock_guard lock(services().treeLock);
+        const auto node = rootNode()->childAtIndex(row);
+        if (!node)
+            return;
+        node->becomeEnabled(!node->ifEnabled());
+        rootNode()->setEnabledWithoutRecalc(rootNode()->stateFromChildrenStates() != CheckState::Unchecked);
+    }
+    rootNodeChanged();
+    refreshInterface();
+}
+
+void ADScanControllerView::checkSelectedItems(const std::vector<Node::Pointer>& items) {
+    if (!stopped() || items.empty())
+        return;
+    bool wasChecked = false;
+    std::vector<const Node*> remembered;
+    {
+        std::lock_guard lock(services().treeLock);
+        wasChecked = items.front()->ifEnabled();
+        for (const auto& item : items) {
+            item->becomeEnabled(!wasChecked);
+            if (item->storeState())
+                remembered.push_back(item.get());
+        }
+    }
+    refreshInterface();
+    {
+        std::lock_guard lock(services().treeLock);
+        auto& ignored = m_globalScanController.ignoreListController();
+        if (wasChecked)
+            ignored.addToIgnoreListNodes(remembered, defaultsName());
+        else
+            ignored.removeFromIgnoreListNodes(remembered, defaultsName());
+    }
+    updateInterfaceAndWaitUntilDone(true);
+}
+
+void ADScanControllerView::checkSelectedRows(const std::vector<std::size_t>& rows) {
+    if (!stopped() || rows.empty())
+        return;
+    {
+        std::lock_guard lock(services().treeLock);
+        const auto first = rootNode()->childAtIndex(rows.front());
+        if (!first)
+            return;
+        const bool wasChecked = first->ifEnabled();
+        for (const std::size_t row : std::views::reverse(rows)) {
+            if (const auto node = rootNode()->childAtIndex(row))
+                node->becomeEnabled(!wasChecked);
+        }
+    }
+    updateInterfaceAndWaitUntilDone(true);
+}
+
+bool ADScanControllerView::refusesRemovalFromList() {
+    if (!ifScanRunning() && !ifCleanRunning())
+        return false;
+    services().log.log("Forbided to remove during scan/clean");
+    return true;
+}
+
+void ADScanControllerView::showAfterRemovalFromList() {
+    if (childrenCount() == 0)
+        showDropImageView();
+    updateInterfaceAndWaitUntilDone(true);
+}
+
+void ADScanControllerView::removeSelectedItems(const std::vector<Node::Pointer>& items) {
+    if (refusesRemovalFromList())
+        return;
+    {
+        std::lock_guard lock(services().treeLock);
+        for (const auto& item : items) {
+            Node* parent = item->parentNode();
+            if (item->isRootNode()) {
+                item->killChildren();
+            } else if (parent) { // gone already when an item above it was selected too
+                parent->removeChild(*item);
+                if (!parent->hasChildren() && !parent->isRootNode() && parent->parentNode())
+                    parent->parentNode()->removeChild(*parent);
+            }
+        }
+    }
+    showAfterRemovalFromList();
+}
+
+void ADScanControllerView::removeSelectedRows(const std::vector<std::size_t>& rows) {
+    if (refusesRemovalFromList())
+        return;
+    {
+        std::lock_guard lock(services().treeLock);
+        for (const std::size_t row : std::views::reverse(rows))
+            rootNode()->removeChildAtIndex(row);
+    }
+    showAfterRemovalFromList();
+}
+
+void ADScanControllerView::sortDescriptorsDidChange(const std::vector<SortDescriptor>& descriptors) {
+    {
+        std::lock_guard lock(services().treeLock);
+        rootNode()->sortArrayUsingDescriptors(descriptors);
+    }
+    if (m_contentOutline)
+        m_contentOutline->reloadData();
+}
+
+bool ADScanControllerView::validateDrop() const {
+    return shouldRespondToDragEvents() && !ifScanRunning() && !ifCleanRunning();
+}
+
+std::vector<std::string> ADScanControllerView::pathsOfRows(const std::vector<std::size_t>& rows) const {
+    std::vector<std::string> paths;
+    std::lock_guard lock(services().treeLock);
+    for (const std::size_t row : rows) {
+        if (const auto node = rootNode()->childAtIndex(row))
+            paths.push_back(node->path());
+    }
+    return paths;
+}
+
+void ADScanControllerView::removedAmoutOfSpace(std::uint64_t bytes) {
+    services().notifications.post(RemovedAmountOfSpace{bytes});
+}
+
+void ADScanControllerView::scanIsFinished(ADScanController&) { m_globalScanController.finishScan(); }
+
+bool ADScanControllerView::ifGlobalCleanRunning() const { return m_globalScanController.ifCleanRunning(); }
+
+std::optional<bool> ADScanControllerView::authorisationDemanded() {
+    return m_globalScanController.authorisationDemanded();
+}
+
+bool ADScanControllerView::tryToRemoveFileAtPath(const std::string& path) {
+    return m_globalScanController.tryToRemoveFileAtPath(path);
+}
+
+bool ADScanControllerView::tryToSecurelyRemoveFileAtPath(const std::string& path) {
+    return m_globalScanController.tryToSecurelyRemoveFileAtPath(path);
+}
+
+void ADScanControllerView::refreshInterface() { m_globalScanController.refreshInterface(); }
+
+} // namespace sweeply

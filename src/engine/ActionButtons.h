@@ -1,0 +1,34 @@
+#pragma once
+
+#include "engine/ScanControllerProtocol.h"
+
+#include <string>
+
+namespace sweeply {
+
+/// What a button of the main window does when it is pressed.
+enum class Action { StartScan, StopScan, PauseScan, Remove, Uninstall, StopRemoval };
+
+struct ActionButton {
+    std::string title; ///< a key of the button texts, not translated
+    Action action;
+    bool isEnabled;
+};
+
+/// The three buttons that run the program, as a person sees them. The coordinator sets them, a window draws them.
+struct ActionButtons {
+    ActionButton scan{"Scan", Action::StartScan, true};
+    ActionButton pause{"Pause", Action::PauseScan, false};
+    ActionButton remove{"Remove", Action::Remove, false};
+
+    void showMode(WorkMode mode);
+    /// A scan, or the analysis of dropped files, which cannot be paused, begins.
+    void showScanning(bool canPause);
+    void showPaused(bool paused) { pause.title = paused ? "Resume" : "Pause"; }
+    void showRemoving();
+    /// A stop was asked for and has not happened yet.
+    void showStopping();
+    void showIdle(WorkMode mode);
+};
+
+} // namespace sweeply

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace sweeply {
+
+class IgnoreList;
+
+/// What modules ask of the one coordinator. Main thread, except where a line says otherwise.
+class ScanCoordinator {
+  public:
+    virtual ~ScanCoordinator() = default;
+
+    /// Any thread.
+    [[nodiscard]] virtual bool ifScanRunning() const = 0;
+    /// Any thread. True from the start of a removal to its end, and while any module cleans.
+    [[nodiscard]] virtual bool ifCleanRunning() const = 0;
+
+    virtual void changeViewTo(std::uint8_t viewCode) = 0;
+    virtual void gotoCleanerMode() = 0;
+    virtual void gotoUninstallerMode() = 0;
+    virtual void prepareInterfaceForScan() = 0;
+    virtual void finishScan() = 0;
+    virtual void refreshInterface() = 0;
+
+    /// Any thread; asks the person at most once a run.
+    virtual bool authorisationDemanded() = 0;
+    /// Any thread. True when the item is gone, also when it never was there.
+    virtual bool tryToRemoveFileAtPath(const std::string& path) = 0;
+    virtual bool tryToSecurelyRemoveFileAtPath(const std::string& path) = 0;
+
+    virtual IgnoreList& ignoreListController() = 0;
+};
+
+} // namespace sweeply

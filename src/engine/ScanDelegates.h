@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace sweeply {
+
+class ADScanController;
+class Node;
+
+/// Told of a module's starts and ends, and does its removals: the coordinator, or the group that the module is part of.
+///
+/// A module sends, for each run: started, then finished, both on the main thread and not waited for; and, from the
+/// thread that did the work, childControllerStopped.
+class ScanDelegate {
+  public:
+    virtual ~ScanDelegate() = default;
+
+    virtual void scanIsStarted(ADScanController&) {}
+    virtual void scanIsFinished(ADScanController&) {}
+    virtual void cleanIsStarted(ADScanController&) {}
+    virtual void cleanIsFinished(ADScanController&) {}
+    virtual void childControllerStopped() {}
+
+    /// Is the coordinator's removal, of which this module's clean is a part, under way?
+    [[nodiscard]] virtual bool ifGlobalCleanRunning() const { return false; }
+    /// May removals use administrator rights? Nothing from a delegate that knows of none. May ask the person.
+    virtual std::optional<bool> authorisationDemanded() { return std::nullopt; }
+    virtual bool tryToRemoveFileAtPath(const std::string& path) = 0;
+    virtual bool tryToSecurelyRemoveFileAtPath(const std::string& path) = 0;
+};
+
+/// Shows a module's results. All on the main thread.
+class ScanViewDelegate {
+  public:
+    virtual ~ScanViewDelegate() = default;
+
+    virtual void updateView() {}
+    virtual void updatedNode(Node&) {}
+    virtual void refreshInterface() {}
+};
+
+} // namespace sweeply

@@ -1,0 +1,108 @@
+#include "engine/tree/ChildList.h"
+
+#include "engine/tree/Node.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sweeply {
+
+namespace {
+/// Up to here looking at every child costs less than keeping an index.
+constexpr std::size_t kShortList = 32;
+} // namespace
+
+const std::vector<ChildList::Pointer>& ChildList::all() const {
+    squeeze();
+    return m_slots;
+}
+
+void ChildList::append(Pointer child) {
+    child->m_slot = static_cast<std::uint32_t>(m_slots.size());
+    if (m_byPath && !child->path().empty())
+        m_byPath->emplace(child->path(), child.get());
+    m_slots.push_back(std::move(child));
+    ++m_count;
+}
+
+bool ChildList::holds(const Node& child) const {
+    return child.m_slot < m_slots.size() && m_slots[child.m_slot].get() == &child;
+}
+
+std::vector<ChildList::Pointer> ChildList::takeEqual(const Node& child) {
+    std::vector<Pointer> taken;
+    if (child.path().empty()) {
+        if (holds(child))
+            taken.push_back(takeSlot(child.m_slot));
+        return taken;
+    }
+    if (m_count <= kShortList) {
+        for (std::size_t slot = m_slots.size(); slot-- > 0;) {
+            if (slot < m_slots.size() && m_slots[slot] && m_slots[slot]->isEqual(child))
+                taken.push_back(takeSlot(slot));
+        }
+        return taken;
+    }
+    if (!m_byPath) {
+        m_byPath = std::make_unique<PathIndex>();
+        m_byPath->reserve(m_count);
+        for (const auto& present : m_slots) {
+            if (present && !present->path().empty())
+                m_byPath->emplace(present->path(), present.get());
+        }
+    }
+    // One at a time: taking a child out may squeeze the list and give the others new slots.
+    for (auto found = m_byPath->find(child.path()); found != m_byPath->end(); found = m_byPath->find(child.path()))
+        taken.push_back(takeSlot(found->second->m_slot));
+    return taken;
+}
+
+ChildList::Pointer ChildList::takeAt(std::size_t index) {
+    squeeze();
+    return index < m_slots.size() ? takeSlot(index) : nullptr;
+}
+
+std::vector<ChildList::Pointer> ChildList::takeAll() {
+    squeeze();
+    m_count = 0;
+    m_byPath.reset();
+    return std::exchange(m_slots, {});
+}
+
+ChildList::Pointer ChildList::takeSlot(std::size_t slot) {
+    Pointer child = std::move(m_slots[slot]);
+    if (m_byPath) {
+        const auto [first, last] = m_byPath->equal_range(child->path());
+        for (auto found = first; found != last; ++found) {
+            if (found->second == child.get()) {
+                m_byPath->erase(found);
+                break;
+            }
+        }
+    }
+    --m_count;
+    while (!m_slots.empty() && !m_slots.back())
+        m_slots.pop_back();
+    if (m_slots.size() > 2 * m_count + kShortList)
+        squeeze();
+    return child;
+}
+
+void ChildList::sort(int (*compare)(const Node&, const Node&), bool descending) {
+    squeeze();
+    std::stable_sort(m_slots.begin(), m_slots.end(), [&](const Pointer& a, const Pointer& b) {
+        return descending ? compare(*b, *a) < 0 : compare(*a, *b) < 0;
+    });
+    for (std::size_t slot = 0; slot < m_slots.size(); ++slot)
+        m_slots[slot]->m_slot = static_cast<std::uint32_t>(slot);
+}
+
+void ChildList::squeeze() const {
+    if (m_slots.size() == m_count)
+        return;
+    std::erase(m_slots, nullptr);
+    for (std::size_t slot = 0; slot < m_slots.size(); ++slot)
+        m_slots[slot]->m_slot = static_cast<std::uint32_t>(slot);
+}
+
+} // namespace sweeply

@@ -1,0 +1,116 @@
+#include "modules/IgnoreListController.h"
+
+#include "appcore/SWApplicationCore.h"
+#include "engine/tree/Node.h"
+#include "platform/SystemLog.h"
+#include "platform/UserDefaults.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sweeply {
+
+namespace {
+
+constexpr const char* kDisabledNodes = "DisabledNodesIgnoreList";
+/// This module remembers applications, which may move, and not paths.
+constexpr std::string_view kLanguagesModule = "CleanLanguageTranslations";
+
+std::vector<std::string> textsOf(const plist::Value* list) {
+    std::vector<std::string> texts;
+    if (const auto* array = list ? list->asArray() : nullptr) {
+        for (const auto& value : *array) {
+            if (const auto* text = value.asString())
+                texts.push_back(*text);
+        }
+    }
+    return texts;
+}
+
+} // namespace
+
+IgnoreListController::IgnoreListController(UserDefaults& defaults, const SWApplicationCore& applications,
+                                           SystemLog& log)
+    : m_defaults(defaults), m_applications(applications), m_log(log) {}
+
+plist::Dictionary IgnoreListController::storedLists() const {
+    auto stored = m_defaults.objectForKey(kDisabledNodes);
+    auto* lists = stored ? stored->asDictionary() : nullptr;
+    return lists ? std::move(*lists) : plist::Dictionary();
+}
+
+std::vector<std::string> IgnoreListController::ignoreListForController(std::string_view moduleKey) const {
+    return textsOf(storedLists().find(moduleKey));
+}
+
+std::vector<std::string> IgnoreListController::moduleKeys() const {
+    std::vector<std::string> keys;
+    const auto lists = storedLists();
+    for (const auto& [key, list] : lists.members())
+        keys.push_back(key);
+    return keys;
+}
+
+std::vector<std::string> IgnoreListController::keysOf(const std::vector<const Node*>& nodes,
+                                                      std::string_view moduleKey) const {
+    std::vector<std::string> keys;
+    for (const Node* node : nodes) {
+        std::string key = moduleKey == kLanguagesModule
+                              ? m_applications.bundleIDForAppWithPath(node->path()).value_or(std::string())
+                              : ignoreKeyForPath(node->path());
+        if (key.empty())
+            m_log.log("Node key in ignore list is nil");
+        else
+            keys.push_back(std::move(key));
+    }
+    return keys;
+}
+
+void IgnoreListController::addToIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey) {
+    addKeys(keysOf(nodes, moduleKey), moduleKey);
+}
+
+void IgnoreListController::removeFromIgnoreListNodes(const std::vector<const Node*>& nodes,
+                                                     std::string_view moduleKey) {
+    removeKeys(keysOf(nodes, moduleKey), moduleKey);
+}
+
+std::size_t IgnoreListController::addKeys(const std::vector<std::string>& keys, std::string_view moduleKey) {
+    if (keys.empty())
+        return 0;
+    std::lock_guard lock(m_mutex);
+    auto lists = storedLists();
+    auto remembered = textsOf(lists.find(moduleKey));
+    remembered.insert(remembered.end(), keys.begin(), keys.end());
+    store(std::move(lists), moduleKey, remembered);
+    return keys.size();
+}
+
+std::size_t IgnoreListController::removeKeys(const std::vector<std::string>& keys, std::string_view moduleKey) {
+    std::lock_guard lock(m_mutex);
+    auto lists = storedLists();
+    if (!lists.find(moduleKey))
+        return 0;
+    auto remembered = textsOf(lists.find(moduleKey));
+    auto sorted = keys;
+    std::ranges::sort(sorted);
+    const auto removed =
+        std::erase_if(remembered, [&](const std::string& key) { return std::ranges::binary_search(sorted, key); });
+    store(std::move(lists), moduleKey, remembered);
+    return removed;
+}
+
+void IgnoreListController::store(plist::Dictionary lists, std::string_view moduleKey,
+                                 const std::vector<std::string>& keys) {
+    plist::Array array;
+    array.reserve(keys.size());
+    for (const auto& key : keys)
+        array.emplace_back(key);
+    lists.set(moduleKey, std::move(array));
+    m_defaults.setObject(kDisabledNodes, std::move(lists));
+    // At once: a person who keeps an item must find it kept even if the power fails next. A failure is logged by the
+    // preferences themselves.
+    (void)m_defaults.synchronize();
+}
+
+} // namespace sweeply

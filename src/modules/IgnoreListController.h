@@ -1,0 +1,51 @@
+#pragma once
+
+#include "engine/IgnoreList.h"
+#include "formats/PropertyList.h"
+
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sweeply {
+
+class SWApplicationCore;
+class SystemLog;
+class UserDefaults;
+
+/// What the user does not want touched, kept in the preferences: the items unchecked in each module's results.
+///
+/// Entries are never pruned: an item that is away for a while, on a disk that is not there now, is still unchecked when
+/// it comes back. Thread-safe.
+class IgnoreListController final : public IgnoreList {
+  public:
+    /// All outlive this.
+    IgnoreListController(UserDefaults& defaults, const SWApplicationCore& applications, SystemLog& log);
+
+    /// As the property list holds them: compare with ignoreKeyForPath.
+    [[nodiscard]] std::vector<std::string> ignoreListForController(std::string_view moduleKey) const override;
+    /// Adds the nodes' keys at the end, also those that are there already, and writes the preferences.
+    void addToIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey) override;
+    /// Removes every occurrence of the nodes' keys and writes the preferences.
+    void removeFromIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey) override;
+
+    /// The same for items without a node. Return how many entries were added or removed.
+    std::size_t addKeys(const std::vector<std::string>& keys, std::string_view moduleKey);
+    std::size_t removeKeys(const std::vector<std::string>& keys, std::string_view moduleKey);
+    /// Every module that has entries, in the order of the file.
+    [[nodiscard]] std::vector<std::string> moduleKeys() const;
+
+  private:
+    [[nodiscard]] std::vector<std::string> keysOf(const std::vector<const Node*>& nodes,
+                                                  std::string_view moduleKey) const;
+    [[nodiscard]] plist::Dictionary storedLists() const;
+    void store(plist::Dictionary lists, std::string_view moduleKey, const std::vector<std::string>& keys);
+
+    UserDefaults& m_defaults;
+    const SWApplicationCore& m_applications;
+    SystemLog& m_log;
+    std::mutex m_mutex; ///< held from reading the stored lists to writing them
+};
+
+} // namespace sweeply

@@ -1,0 +1,53 @@
+#include "modules/caches/CacheScanner.h"
+
+#include "appcore/sizes/DiskSizes.h"
+#include "engine/IgnoreList.h"
+#include "platform/FileManager.h"
+#include "platform/TargetPath.h"
+
+#include <utility>
+
+namespace sweeply {
+
+CacheNodeMaker::CacheNodeMaker(const CacheServices& services) : m_sizes(services.sizes) {
+    for (auto& key : services.ignoreList.ignoreListForController(kCachesModuleKey))
+        m_ignored.insert(std::move(key));
+}
+
+Node::Pointer CacheNodeMaker::nodeFor(std::string_view name, std::string path) const {
+    const std::uint64_t size = m_sizes.folderSizeAtPath(path);
+    const bool isIgnored = !m_ignored.empty() && m_ignored.contains(ignoreKeyForPath(path));
+    auto node = Node::nodeWithName(name, Icon::ItsOwn, 0, size, std::move(path), !isIgnored);
+    node->setNeedExpand(true);
+    node->setStoreState(true);
+    return node;
+}
+
+void scanCachesInPath(const std::string& path, ADScanController& module, const CacheServices& services) {
+    if (!services.files.fileExistsAtPath(path)) {
+        if (const auto made = services.files.createDirectoryAtPath(path); !made)
+            module.reportProblem(made.error());
+    }
+    const auto entries = services.files.contentsOfDirectoryAtPath(path);
+    if (!entries) {
+        module.reportProblem(entries.error());
+        return;
+    }
+    module.incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
+    const CacheNodeMaker maker(services);
+    for (const auto& entry : *entries) {
+        if (module.stopped())
+            return;
+        if (entry.name != ".DS_Store") {
+            std::string item = joinedPath(path, entry.name);
+            module.setCurrentItem(item);
+            module.addChildNode(maker.nodeFor(entry.name, std::move(item)));
+        }
+        module.sleepAfterItem();
+        module.incProgress();
+        module.rootNodeChanged();
+        module.waitWhilePaused();
+    }
+}
+
+} // namespace sweeply

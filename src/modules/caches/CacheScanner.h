@@ -1,0 +1,32 @@
+#pragma once
+
+#include "engine/ADScanController.h"
+#include "modules/caches/CacheServices.h"
+
+#include <memory>
+#include <string>
+#include <unordered_set>
+
+namespace sweeply {
+
+/// The switch-independent key under which all cache modules keep their unchecked items.
+inline constexpr const char* kCachesModuleKey = "Caches";
+
+/// Makes the cache modules' nodes: sized, and unchecked where the person unchecked them before.
+class CacheNodeMaker final {
+  public:
+    /// Reads the ignore list as it is now.
+    explicit CacheNodeMaker(const CacheServices& services);
+
+    [[nodiscard]] Node::Pointer nodeFor(std::string_view name, std::string path) const;
+
+  private:
+    const DiskSizes& m_sizes;
+    std::unordered_set<std::string> m_ignored;
+};
+
+/// Lists the direct entries of the caches folder `path`, each one an item of `module`, however deep it goes. A folder
+/// that does not exist is made. Runs on the module's scan thread.
+void scanCachesInPath(const std::string& path, ADScanController& module, const CacheServices& services);
+
+} // namespace sweeply

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "engine/ADScanController.h"
+#include "modules/caches/CacheServices.h"
+
+#include <string>
+
+namespace sweeply {
+
+/// The caches that all users of the machine share. Off unless the person switches it on; removing them may need
+/// administrator rights.
+class SystemCachesController final : public ADScanController {
+  public:
+    explicit SystemCachesController(const CacheServices& services);
+    ~SystemCachesController() override { stopAndJoin(); }
+
+    [[nodiscard]] std::string defaultsName() const override { return "CleanSystemCaches"; }
+    [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
+    [[nodiscard]] bool userDefaultsDefaultValue() const override { return false; }
+    [[nodiscard]] bool priviligesNeededToClean() const override { return true; }
+
+  protected:
+    void scanThread() override;
+    bool cleanThisNode(Node& node) override { return tryToRemoveFileAtPath(node.path()); }
+
+  private:
+    [[nodiscard]] std::string className() const override { return "SystemCachesController"; }
+
+    CacheServices m_caches;
+};
+
+} // namespace sweeply

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "engine/ADScanController.h"
+#include "modules/caches/CacheServices.h"
+
+#include <string>
+
+namespace sweeply {
+
+/// The user's own caches: those in the home folder and, from Mac OS X 10.5 on, those in the folder that the system
+/// gives each user for temporary caches.
+class UserCachesController final : public ADScanController {
+  public:
+    /// `leoUserCacheDir` is that folder, empty where there is none.
+    UserCachesController(const CacheServices& services, std::string leoUserCacheDir);
+    ~UserCachesController() override { stopAndJoin(); }
+
+    [[nodiscard]] std::string defaultsName() const override { return "CleanCaches"; }
+    [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
+
+  protected:
+    void scanThread() override;
+    bool cleanThisNode(Node& node) override { return tryToRemoveFileAtPath(node.path()); }
+
+  private:
+    [[nodiscard]] std::string className() const override { return "UserCachesController"; }
+
+    CacheServices m_caches;
+    std::string m_leoUserCacheDir;
+};
+
+} // namespace sweeply
