@@ -84,12 +84,11 @@ TEST_F(SampleVolume, LooksLikeASystemWithOneUserFromInside) {
 }
 
 TEST_F(SampleVolume, ScaleMultipliesCachesLogsAndApplications) {
-    ASSERT_TRUE(writeSampleVolume(at("three"), 3));
-    const auto all = everythingIn(at("three"));
-    for (const char* path : {"Applications/Ledger 3.app/Contents/MacOS/Ledger", "Library/Caches/com.apple.ATS 3",
-                             "Users/sam/Library/Logs/Paper Trail session 30.log"})
-        EXPECT_TRUE(all.contains(path)) << path;
-    EXPECT_THAT(all.at("Applications/Ledger 3.app/Contents/Info.plist"), HasSubstr("com.northbay.ledger3"));
+    ASSERT_TRUE(writeSampleVolume(at("two"), 2));
+    for (const char* path : {"Applications/Ledger 2.app/Contents/MacOS/Ledger", "Library/Caches/com.apple.ATS 2",
+                             "Users/sam/Library/Logs/Paper Trail session 20.log"})
+        EXPECT_TRUE(fs::exists(at("two") / path)) << path;
+    EXPECT_THAT(contents(at("two/Applications/Ledger 2.app/Contents/Info.plist")), HasSubstr("com.northbay.ledger2"));
 }
 
 TEST_F(SampleVolume, FolderThatHoldsSomethingIsRefusedAndLeftAsItIs) {
@@ -103,16 +102,16 @@ TEST_F(SampleVolume, FolderThatHoldsSomethingIsRefusedAndLeftAsItIs) {
     EXPECT_EQ(everythingIn(at("")), (std::map<std::string, std::string>{{"mine", "folder"}, {"mine/.hidden", "kept"}}));
 }
 
-TEST_F(SampleVolume, NothingLandsOutsideFoldersWithAwkwardNamesOrReachedThroughLinks) {
-    const auto awkward = writeSampleVolume(at("$(touch x) \"a\"\n*\xff"), 1);
-    ASSERT_TRUE(awkward) << awkward.error().message();
-    fs::create_directory(at("real"));
-    fs::create_directory_symlink("real", at("link"));
-    ASSERT_TRUE(writeSampleVolume(at("link"), 1));
-    EXPECT_TRUE(fs::exists(at("real/mach_kernel")));
-    fs::create_directory_symlink("/nonexistent-sample/x", at("dangling"));
+TEST_F(SampleVolume, NothingLandsOutsideAFolderWithAnAwkwardNameReachedThroughALink) {
+    const std::string name = "$(touch x) \"a\"\n*\xff";
+    fs::create_directory(at(name));
+    fs::create_directory_symlink(name, at("link"));
+    const auto written = writeSampleVolume(at("link"), 1);
+    ASSERT_TRUE(written) << written.error().message();
+    EXPECT_TRUE(fs::exists(at(name) / "mach_kernel"));
+    fs::create_directory_symlink(at("nowhere/x"), at("dangling"));
     EXPECT_FALSE(writeSampleVolume(at("dangling"), 1));
-    EXPECT_EQ(std::distance(fs::directory_iterator(at("")), {}), 4);
+    EXPECT_EQ(std::distance(fs::directory_iterator(at("")), {}), 3);
 }
 
 TEST_F(SampleVolume, FailureNamesTheFirstFileThatCouldNotBeWritten) {
