@@ -9,13 +9,15 @@
 
 namespace sweeply {
 
-Result<FileLock> FileLock::acquire(const FileManager& fileManager, std::string_view path) {
+Result<FileLock> FileLock::acquire(FileManager& fileManager, std::string_view path) {
+    if (const auto made = fileManager.createFileAtPath(path, {}, 0600);
+        !made && made.error().kind != ErrorKind::AlreadyExists)
+        return Failure(made.error());
     const auto located = fileManager.locate(path);
     if (!located)
         return Failure(located.error());
     // Not blocking and not through a link: a stranger may have put a pipe or a link there.
-    UniqueFd file(::openat(located->parent.get(), located->name.c_str(),
-                           O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
+    UniqueFd file(::openat(located->parent.get(), located->name.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0)
         return Failure(systemError(errno, path));

@@ -14,7 +14,7 @@ class FileManager;
 class FileLock final {
   public:
     /// Waits until the lock at `path` (a target path) is ours.
-    static Result<FileLock> acquire(const FileManager& fileManager, std::string_view path);
+    static Result<FileLock> acquire(FileManager& fileManager, std::string_view path);
 
   private:
     explicit FileLock(UniqueFd file) : m_file(std::move(file)) {}
