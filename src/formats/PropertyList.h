@@ -67,23 +67,25 @@ class Value final {
 
     /// An empty dictionary.
     Value() = default;
+    // Implicit, so that a dictionary can be written down with plain values. NOLINTBEGIN(google-explicit-constructor)
     template<typename T>
-    requires(std::integral<T> && !std::same_as<T, bool>) explicit(false) Value(T number) {
+    requires(std::integral<T> && !std::same_as<T, bool>) Value(T number) {
         if (std::in_range<std::int64_t>(number))
             m_storage = static_cast<std::int64_t>(number);
         else
             m_storage = static_cast<std::uint64_t>(number);
     }
-    explicit(false) Value(std::same_as<bool> auto truth) : m_storage(truth) {}
-    explicit(false) Value(double number) : m_storage(number) {}
-    explicit(false) Value(const char* text) : m_storage(std::string(text)) {}
-    explicit(false) Value(std::string_view text) : m_storage(std::string(text)) {}
-    explicit(false) Value(std::string text) : m_storage(std::move(text)) {}
-    explicit(false) Value(Data data) : m_storage(std::move(data)) {}
-    explicit(false) Value(Date date) : m_storage(date) {}
-    explicit(false) Value(Uid uid) : m_storage(uid) {}
-    explicit(false) Value(Array array) : m_storage(std::move(array)) {}
-    explicit(false) Value(Dictionary dictionary) : m_storage(std::move(dictionary)) {}
+    Value(std::same_as<bool> auto truth) : m_storage(truth) {}
+    Value(double number) : m_storage(number) {}
+    Value(const char* text) : m_storage(std::string(text)) {}
+    Value(std::string_view text) : m_storage(std::string(text)) {}
+    Value(std::string text) : m_storage(std::move(text)) {}
+    Value(Data data) : m_storage(std::move(data)) {}
+    Value(Date date) : m_storage(date) {}
+    Value(Uid uid) : m_storage(uid) {}
+    Value(Array array) : m_storage(std::move(array)) {}
+    Value(Dictionary dictionary) : m_storage(std::move(dictionary)) {}
+    // NOLINTEND(google-explicit-constructor)
 
     /// The value of `key` when this is a dictionary that has it.
     [[nodiscard]] const Value* find(std::string_view key) const;

@@ -21,17 +21,19 @@ class FormatArgument final {
   public:
     using Storage = std::variant<std::string_view, std::int64_t, std::uint64_t, double>;
 
-    explicit(false) FormatArgument(std::string_view text) : m_storage(text) {}
-    explicit(false) FormatArgument(const std::string& text) : m_storage(std::string_view(text)) {}
-    explicit(false) FormatArgument(const char* text) : m_storage(std::string_view(text)) {}
-    explicit(false) FormatArgument(double number) : m_storage(number) {}
+    // Implicit: arguments are written down as they are. NOLINTBEGIN(google-explicit-constructor)
+    FormatArgument(std::string_view text) : m_storage(text) {}
+    FormatArgument(const std::string& text) : m_storage(std::string_view(text)) {}
+    FormatArgument(const char* text) : m_storage(std::string_view(text)) {}
+    FormatArgument(double number) : m_storage(number) {}
     template<std::integral T>
-    explicit(false) FormatArgument(T number) {
+    FormatArgument(T number) {
         if constexpr (std::signed_integral<T>)
             m_storage = static_cast<std::int64_t>(number);
         else
             m_storage = static_cast<std::uint64_t>(number);
     }
+    // NOLINTEND(google-explicit-constructor)
 
     [[nodiscard]] const Storage& storage() const { return m_storage; }
 

@@ -106,6 +106,8 @@ TEST(Localization, TranslationsAreUsedUnlessTheirPlaceholdersLie) {
     bindTextDomain(root + "/missing");
     EXPECT_EQ(localizedFormat("Found: %@", {"4 KB"}), "Found: 4 KB");
     std::setlocale(LC_ALL, "C");
+    unsetenv("LOCPATH");
+    unsetenv("LC_ALL");
     fs::remove_all(root);
 }
 
