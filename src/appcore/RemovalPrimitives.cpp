@@ -48,16 +48,16 @@ void RemovalPrimitives::startRun() {
     m_couldntRemoveSomething = false;
 }
 
-std::vector<Error> RemovalPrimitives::failures() const {
+std::vector<RemovalFailure> RemovalPrimitives::failures() const {
     std::lock_guard lock(m_mutex);
     return m_failures;
 }
 
-bool RemovalPrimitives::failed(Error error) {
+bool RemovalPrimitives::failed(const std::string& path, Error error) {
     m_log.log(error.message());
     m_couldntRemoveSomething = true;
     std::lock_guard lock(m_mutex);
-    m_failures.push_back(std::move(error));
+    m_failures.push_back({path, std::move(error)});
     return false;
 }
 
@@ -66,17 +66,17 @@ bool RemovalPrimitives::tryToRemoveFileAtPath(const std::string& path) {
     if (removed || removed.error().kind == ErrorKind::NotFound)
         return true;
     if (removed.error().kind == ErrorKind::Protected || !m_privileged.isAuthorised())
-        return failed(removed.error());
+        return failed(path, removed.error());
     const auto item = m_files.locateForRemoval(path);
     if (!item)
-        return failed(item.error());
+        return failed(path, item.error());
     // From the item's own folder, held open: nobody can put another one in its place on the way to the tool.
     if (!m_privileged.executeCommandWithPrivilidges("/bin/rm", {"-rf", seenFromItsFolder(item->name)},
                                                     item->parent.get()))
-        return failed(removed.error());
+        return failed(path, removed.error());
     // The tool has ended, but a person was promised that what is reported as removed is gone.
     if (m_files.attributesOfItemAtPath(path, Links::DontFollow))
-        return failed({ErrorKind::Other, path, "still there after a removal with administrator rights"});
+        return failed(path, {ErrorKind::Other, path, "still there after a removal with administrator rights"});
     return true;
 }
 
@@ -85,24 +85,24 @@ bool RemovalPrimitives::tryToSecurelyRemoveFileAtPath(const std::string& path) {
     if (!item && item.error().kind == ErrorKind::NotFound)
         return true;
     if (!item)
-        return failed(item.error());
+        return failed(path, item.error());
     if (m_privileged.isAuthorised()) {
         if (!m_privileged.executeCommandWithPrivilidges("/bin/rm", {"-rfP", seenFromItsFolder(item->name)},
                                                         item->parent.get()))
-            return failed({ErrorKind::Other, path, "could not be removed with administrator rights"});
+            return failed(path, {ErrorKind::Other, path, "could not be removed with administrator rights"});
     } else {
         if (item->name.find('"') != std::string::npos)
-            return failed(breaksTheShellForm(path));
+            return failed(path, breaksTheShellForm(path));
         const auto rm = m_tools.programFor("/bin/rm");
         if (!rm)
-            return failed(rm.error());
+            return failed(path, rm.error());
         const std::string command =
             formatText("\"%@\" -rfP \"%@\"", {escapedForShell(*rm), escapedForShell(seenFromItsFolder(item->name))});
         if (!shell(command, item->parent.get(), {}))
-            return failed({ErrorKind::Other, path, "could not be overwritten and removed"});
+            return failed(path, {ErrorKind::Other, path, "could not be overwritten and removed"});
     }
     if (m_files.attributesOfItemAtPath(path, Links::DontFollow))
-        return failed({ErrorKind::Other, path, "still there after its removal"});
+        return failed(path, {ErrorKind::Other, path, "still there after its removal"});
     return true;
 }
 
@@ -131,11 +131,11 @@ bool RemovalPrimitives::tryToEmptyFileAtPath(const std::string& path) {
         shell(formatText("echo > \"%@\"", {"/dev/fd/" + std::to_string(file->get())}), -1, {file->get()}))
         return true;
     if (!m_privileged.isAuthorised())
-        return failed(breaksShell ? breaksTheShellForm(path)
+        return failed(path, breaksShell ? breaksTheShellForm(path)
                                   : Error{ErrorKind::PermissionDenied, path, "could not be emptied"});
     const std::string descriptor = "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(file->get());
     if (!m_privileged.executeCommandWithPrivilidges("/bin/sh", {"-c", "/bin/echo > \"" + descriptor + "\""}, -1))
-        return failed({ErrorKind::Other, path, "could not be emptied with administrator rights"});
+        return failed(path, {ErrorKind::Other, path, "could not be emptied with administrator rights"});
     return true;
 }
 

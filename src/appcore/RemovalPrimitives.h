@@ -16,6 +16,12 @@ class PrivilegedExecution;
 class SystemLog;
 class ToolTable;
 
+/// An item that stayed, and what was in the way: the item itself, or something in it that the error names.
+struct RemovalFailure {
+    std::string path;
+    Error error;
+};
+
 /// The only ways in which modules take anything off the disk. All take target paths; what the file manager's guard
 /// protects is refused by each of them, with rights or without.
 ///
@@ -40,12 +46,12 @@ class RemovalPrimitives final {
     [[nodiscard]] bool couldntRemoveSomething() const { return m_couldntRemoveSomething; }
     void setCouldntRemoveSomething() { m_couldntRemoveSomething = true; }
     /// What failed since startRun(), and why.
-    [[nodiscard]] std::vector<Error> failures() const;
+    [[nodiscard]] std::vector<RemovalFailure> failures() const;
     /// A run starts: forgets failures, and looks again which folders are protected. No removal may be under way.
     void startRun();
 
   private:
-    bool failed(Error error);
+    bool failed(const std::string& path, Error error);
     /// Runs a shell command on the item, with its folder as the working directory.
     [[nodiscard]] bool shell(const std::string& command, int workingDirectory,
                              const std::vector<int>& inheritedDescriptors) const;
@@ -58,7 +64,7 @@ class RemovalPrimitives final {
 
     std::atomic<bool> m_couldntRemoveSomething{false};
     mutable std::mutex m_mutex;
-    std::vector<Error> m_failures; ///< guarded by m_mutex
+    std::vector<RemovalFailure> m_failures; ///< guarded by m_mutex
 };
 
 } // namespace sweeply

@@ -1,0 +1,73 @@
+#include "app/Application.h"
+
+#include "app/ModuleCatalog.h"
+#include "modules/caches/CachesScanController.h"
+#include "modules/caches/UserCacheDirectory.h"
+#include "platform/Alerts.h"
+#include "platform/Localization.h"
+#include "platform/SystemLog.h"
+
+#include <algorithm>
+#include <ctime>
+#include <utility>
+
+namespace sweeply {
+
+namespace {
+
+constexpr const char* kSupportFolder = "~/Library/Application Support/Sweeply/";
+constexpr std::uint8_t kCachesView = 1;
+
+std::unique_ptr<ScanObject> rowFor(std::uint8_t viewCode) {
+    const auto row = std::ranges::find(moduleCatalog(), viewCode, &ModuleRow::viewCode);
+    return std::make_unique<ScanObject>(localizedString(row->title), localizedString(row->description),
+                                        Icon::GenericFolder, Icon::GenericFolder, viewCode);
+}
+
+} // namespace
+
+Application::Application(Target target, const HostServices& host)
+    : m_target(std::move(target)), m_pace(host.pace), m_units(sizeUnitsOf(m_target.version)),
+      m_defaults(*m_target.files, m_target.preferencesFile, host.log),
+      m_locale(std::string()), m_services{m_defaults, m_notifications, host.mainThread, host.log,
+                                          m_treeLock, m_pace,          m_units},
+      m_tools(host.libexecFolder, *m_target.files), m_authorization(SudoSetting::ofThisProcess()),
+      m_privileged(m_authorization, m_tools, host.log),
+      m_removals(*m_target.files, m_target.folders, m_privileged, m_tools, host.log),
+      m_sizes(*m_target.files, m_target.version), m_workspace(*m_target.files, m_target.folders.APPLICATIONSPATH),
+      m_registry(*m_target.files, m_target.folders.expandTilde(kSupportFolder) + "RegisteredApplications.plist"),
+      m_applications(*m_target.files, m_target.folders, m_target.version.isOnLeopardOrBetter() ? &m_registry : nullptr,
+                     host.log),
+      m_ignoreList(m_defaults, m_applications, host.log),
+      m_authorisation(m_privileged, host.alerts, host.mainThread, host.log, SudoSetting::ofThisProcess().isRoot),
+      m_reports(host.alerts, host.desktopNotifications, m_units), m_statistics(m_services),
+      m_scanController(m_services, {m_removals, m_authorisation, m_reports, m_statistics, m_ignoreList,
+                                    [this] { return m_locale.formatDate(std::time(nullptr)); }}) {
+    for (const auto& folder : m_target.folders.protectedFolders())
+        m_target.files->guard().protect(folder);
+    addModules();
+    m_target.files->refreshGuard();
+}
+
+Application::~Application() {
+    // A failure is in the log, and there is nobody left to tell.
+    (void)m_defaults.synchronize();
+}
+
+void Application::addModules() {
+    const std::string leoUserCacheDir =
+        m_target.version.isOnLeopardOrBetter() ? userCacheDirectory(*m_target.files, m_target.folders) : std::string();
+    if (!leoUserCacheDir.empty())
+        m_target.files->guard().protect(leoUserCacheDir);
+    const CacheServices caches{m_services, *m_target.files, m_sizes, m_target.folders, m_ignoreList};
+    m_scanController.addModule(rowFor(kCachesView), std::make_unique<CachesScanController>(
+                                                        caches, m_scanController, m_workspace, leoUserCacheDir));
+}
+
+void Application::startInventory() {
+    if (!m_inventoryThread.joinable())
+        m_inventoryThread = std::jthread(
+            [this](std::stop_token stop) { m_applications.createApplicationsArray(stop, m_pace.inventoryDelay); });
+}
+
+} // namespace sweeply

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "app/Target.h"
+#include "appcore/PrivilegedExecution.h"
+#include "appcore/RemovalPrimitives.h"
+#include "appcore/SWApplicationCore.h"
+#include "appcore/sizes/DiskSizes.h"
+#include "engine/AuthorisationSession.h"
+#include "engine/RunReports.h"
+#include "engine/ScanController.h"
+#include "engine/SpaceStatistics.h"
+#include "modules/IgnoreListController.h"
+#include "platform/Authorization.h"
+#include "platform/LaunchServices.h"
+#include "platform/Locale.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Pace.h"
+#include "platform/ToolTable.h"
+#include "platform/UserDefaults.h"
+#include "platform/Workspace.h"
+
+#include <string>
+#include <thread>
+
+namespace sweeply {
+
+class Alerts;
+class DesktopNotifications;
+class MainThread;
+class SystemLog;
+
+/// What the program runs on: this machine and the person in front of it. All of it outlives the application.
+struct HostServices {
+    MainThread& mainThread;
+    Alerts& alerts;
+    DesktopNotifications& desktopNotifications;
+    SystemLog& log;
+    Pace pace;
+    /// The folder of our own tools, as an absolute path of this machine.
+    std::string libexecFolder;
+};
+
+/// The composition root: builds everything once, in the order of its members, and hands each part what it works with.
+/// Belongs to the main thread; what it gives out says who else may use it.
+class Application final {
+  public:
+    Application(Target target, const HostServices& host);
+    /// Saves what is still to be saved.
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    /// Starts building the list of applications, once.
+    void startInventory();
+
+    [[nodiscard]] const Target& target() const { return m_target; }
+    [[nodiscard]] SizeUnits units() const { return m_units; }
+    [[nodiscard]] ScanController& scanController() { return m_scanController; }
+    [[nodiscard]] const SWApplicationCore& applications() const { return m_applications; }
+    [[nodiscard]] IgnoreListController& ignoreList() { return m_ignoreList; }
+    [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
+    [[nodiscard]] NotificationCenter& notifications() { return m_notifications; }
+    [[nodiscard]] TreeLock& treeLock() { return m_treeLock; }
+    [[nodiscard]] const RemovalPrimitives& removals() const { return m_removals; }
+    [[nodiscard]] const SpaceStatistics& statistics() const { return m_statistics; }
+
+  private:
+    void addModules();
+
+    Target m_target;
+    const Pace m_pace;
+    const SizeUnits m_units;
+
+    NotificationCenter m_notifications;
+    TreeLock m_treeLock;
+    UserDefaults m_defaults;
+    Locale m_locale;
+    EngineServices m_services;
+
+    ToolTable m_tools;
+    SudoAuthorization m_authorization;
+    PrivilegedExecution m_privileged;
+    RemovalPrimitives m_removals;
+
+    DiskSizes m_sizes;
+    Workspace m_workspace;
+    RegisteredApplicationsFile m_registry;
+    SWApplicationCore m_applications;
+    IgnoreListController m_ignoreList;
+
+    AuthorisationSession m_authorisation;
+    RunReports m_reports;
+    SpaceStatistics m_statistics;
+    ScanController m_scanController;
+
+    std::jthread m_inventoryThread;
+};
+
+} // namespace sweeply

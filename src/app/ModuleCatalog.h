@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace sweeply {
+
+/// A module that has a switch of its own, by the names that people and preferences give it.
+struct ModuleSwitch {
+    std::string_view name;         ///< on the command line
+    std::string_view defaultsName; ///< its key in the preferences
+    bool isOnByDefault;
+};
+
+/// One row of the module list.
+struct ModuleRow {
+    std::string_view name;        ///< on the command line
+    std::string_view title;       ///< a key of the localised texts
+    std::string_view description; ///< likewise
+    std::uint8_t viewCode;
+    /// Its sub-modules in order; itself alone where it has none.
+    std::span<const ModuleSwitch> switches;
+};
+
+/// Every row, in the order in which modules scan, clean and are shown.
+[[nodiscard]] std::span<const ModuleRow> moduleCatalog();
+
+} // namespace sweeply

@@ -1,0 +1,72 @@
+#include "app/ModuleSelection.h"
+
+#include "app/ModuleCatalog.h"
+#include "engine/ADGroupScanController.h"
+#include "engine/ScanController.h"
+
+#include <algorithm>
+
+namespace sweeply {
+
+namespace {
+
+/// Every name that a person may use, for telling them.
+std::string knownNames() {
+    std::string names;
+    for (const auto& row : moduleCatalog()) {
+        names += (names.empty() ? "" : ", ") + std::string(row.name);
+        for (const auto& part : row.switches) {
+            if (part.name != row.name)
+                names += ", " + std::string(part.name);
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+Result<std::vector<std::string>> switchesNamed(const std::vector<std::string>& names) {
+    std::vector<std::string> found;
+    std::vector<std::string_view> unknown(names.begin(), names.end());
+    for (const auto& row : moduleCatalog()) {
+        const bool isRowNamed = std::ranges::find(names, row.name) != names.end();
+        std::erase(unknown, row.name);
+        for (const auto& part : row.switches) {
+            if (isRowNamed || std::ranges::find(names, part.name) != names.end())
+                found.emplace_back(part.defaultsName);
+            std::erase(unknown, part.name);
+        }
+    }
+    if (!unknown.empty())
+        return Failure(
+            Error{ErrorKind::NotFound, std::string(unknown.front()), "no such module; there are " + knownNames()});
+    return found;
+}
+
+std::vector<std::string> allSwitches() {
+    std::vector<std::string> all;
+    for (const auto& row : moduleCatalog()) {
+        for (const auto& part : row.switches)
+            all.emplace_back(part.defaultsName);
+    }
+    return all;
+}
+
+void selectModules(ScanController& controller, const std::vector<std::string>& switches) {
+    const auto select = [&](ADScanController& module) {
+        const bool isSelected = std::ranges::find(switches, module.defaultsName()) != switches.end();
+        module.rootNode()->setEnabledWithoutRecalc(isSelected);
+    };
+    for (const auto& row : controller.rows()) {
+        auto* module = row->correspondingScanController();
+        if (auto* group = dynamic_cast<ADGroupScanController*>(module)) {
+            for (const auto& part : group->scanControllers())
+                select(*part);
+        } else if (module) {
+            select(*module);
+        }
+    }
+    controller.refreshInterface();
+}
+
+} // namespace sweeply

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/Error.h"
+
+#include <string>
+#include <vector>
+
+namespace sweeply {
+
+class ScanController;
+
+/// Which switches a person means by these module names: a row's name stands for all of its switches. The switches' keys
+/// in the preferences, in the catalogue's order. An error names what is no module.
+[[nodiscard]] Result<std::vector<std::string>> switchesNamed(const std::vector<std::string>& names);
+
+/// Every switch there is.
+[[nodiscard]] std::vector<std::string> allSwitches();
+
+/// Has exactly these modules take part in the next scan, whatever the stored switches say, and stores nothing. Before
+/// the first scan; main thread.
+void selectModules(ScanController& controller, const std::vector<std::string>& switches);
+
+} // namespace sweeply

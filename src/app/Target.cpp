@@ -1,0 +1,114 @@
+#include "app/Target.h"
+
+#include "appcore/CommandLineController.h"
+#include "platform/TargetPath.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <pwd.h>
+#include <unistd.h>
+#include <utility>
+
+namespace sweeply {
+
+namespace {
+
+constexpr const char* kPreferencesName = "com.brindle.Sweeply.plist";
+/// What a machine without a Mac OS X system is taken for when only single folders of it are to be cleaned.
+constexpr const char* kAssumedVersion = "10.6";
+
+Failure complaint(std::string reason) { return Failure(Error{ErrorKind::Other, {}, std::move(reason)}); }
+
+bool isUserReference(const std::string& text) { return text == "-u" || text == "--user"; }
+
+bool isFolderReference(const std::string& text) {
+    return CommandLineController::takesValue(text) && !isUserReference(text);
+}
+
+FolderConstants caller() {
+    const passwd* entry = ::getpwuid(::getuid());
+    FolderConstants folders(entry ? entry->pw_name : "root");
+    if (entry)
+        folders.home = normalisedPath(entry->pw_dir);
+    return folders;
+}
+
+/// The only user of a foreign volume; several, or none, must be told apart by the person.
+Result<FolderConstants> onlyUserOf(const FileManager& files) {
+    std::vector<std::string> users;
+    if (const auto entries = files.contentsOfDirectoryAtPath("/Users")) {
+        for (const auto& entry : *entries) {
+            if (files.directoryExistsAtPath("/Users/" + entry.name + "/Library"))
+                users.push_back(entry.name);
+        }
+    }
+    if (users.size() == 1)
+        return FolderConstants(users.front());
+    if (users.empty())
+        return complaint(files.rootPath() +
+                         ": no user's home with a Library in /Users; say whose files are meant with -u");
+    std::ranges::sort(users);
+    std::string list;
+    for (const auto& user : users)
+        list += (list.empty() ? "" : ", ") + user;
+    return complaint(files.rootPath() + ": several users (" + list + "); say whose files are meant with -u");
+}
+
+Result<SystemVersion> versionOf(const FileManager& files, const TargetOptions& options) {
+    if (options.osVersion) {
+        if (const auto version = SystemVersion::fromProductVersion(*options.osVersion))
+            return *version;
+        return complaint("--os: '" + *options.osVersion + "' is no version of Mac OS X");
+    }
+    auto version = SystemVersion::read(files);
+    if (version || version.error().kind != ErrorKind::NotFound)
+        return version;
+    if (!files.isHostRoot())
+        return complaint(files.rootPath() + ": no Mac OS X system (" + version.error().message() +
+                         "); say which it was with --os");
+    if (std::ranges::any_of(options.references, isFolderReference))
+        return *SystemVersion::fromProductVersion(kAssumedVersion);
+    return complaint("no Mac OS X system on this machine; name the folder that holds one with --root");
+}
+
+/// In the user's Library, as on a Mac. A machine that is none has its own place for settings.
+std::string preferencesFileFor(const FileManager& files, const FolderConstants& folders) {
+    if (!files.isHostRoot() || files.directoryExistsAtPath(folders.expandTilde("~/Library/Preferences")))
+        return folders.expandTilde("~/Library/Preferences/") + kPreferencesName;
+    const char* configured = std::getenv("XDG_CONFIG_HOME");
+    const std::string base = configured && *configured == '/' ? configured : folders.expandTilde("~/.config");
+    return joinedPath(base, std::string("sweeply/") + kPreferencesName);
+}
+
+} // namespace
+
+Result<std::optional<Target>> openTarget(const TargetOptions& options, SystemLog& log, std::ostream& output) {
+    auto files = FileManager::open(options.root.value_or("/"));
+    if (!files)
+        return Failure(files.error());
+
+    const auto& references = options.references;
+    FolderConstants folders = caller();
+    if (!(*files)->isHostRoot() && std::ranges::none_of(references, isUserReference)) {
+        auto user = onlyUserOf(**files);
+        if (!user)
+            return Failure(user.error());
+        folders = std::move(*user);
+    }
+    CommandLineController controller(folders, **files, log, output);
+    std::vector<std::string> arguments{"sweeply"};
+    arguments.insert(arguments.end(), references.begin(), references.end());
+    const auto outcome = controller.parseArguments(arguments);
+    if (!outcome)
+        return Failure(outcome.error());
+    if (*outcome == CommandLineController::Outcome::Finished)
+        return std::nullopt;
+
+    auto version = versionOf(**files, options);
+    if (!version)
+        return Failure(version.error());
+    auto preferencesFile = preferencesFileFor(**files, folders);
+    return Target{std::move(*files), std::move(folders), *std::move(version), std::move(preferencesFile)};
+}
+
+} // namespace sweeply

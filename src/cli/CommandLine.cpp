@@ -1,0 +1,188 @@
+#include "cli/CommandLine.h"
+
+#include "appcore/CommandLineController.h"
+#include "cli/sample/SampleVolume.h"
+#include "platform/FileManager.h"
+#include "platform/Localization.h"
+#include "platform/SystemLog.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <ostream>
+
+namespace sweeply {
+
+namespace {
+
+constexpr const char* kUsage = R"(Sweeply finds files that take space without serving anybody, and removes them.
+
+Usage: sweeply-cli [OPTION...] [REFERENCE PATH...] COMMAND ...
+
+Options, before the command:
+  --root DIR           the Mac's disk, image or backup is in DIR (else: this machine)
+  -u, --user NAME      whose files are meant (else: the only user there)
+  --os VERSION         which system it is: 10.4, 10.5, 10.6 (else: as it says itself)
+  --pace full|gentle   full speed, or with rests between the items
+  --verbose            copy the lines of the system log to standard error
+  --version            print the version
+  -h, --help           print this
+
+Commands:
+  scan [MODULE...]     show what would be removed; changes nothing but Sweeply's own settings
+  clean [MODULE...]    scan, show, ask, remove
+  apps                 list the applications
+  modules              list the modules and which are switched on
+  ignore               list, add or remove the items that are never checked
+  size PATH...         say how much space files and folders take
+  sample DIR           write a small Mac OS X volume to try things on
+  COMMAND --help       more about one of them
+
+)";
+
+Failure complaint(std::string text) { return Failure(Error{ErrorKind::Other, {}, std::move(text)}); }
+
+/// The references' own help, word for word.
+void printReferences(std::ostream& output) {
+    const auto files = FileManager::open("/");
+    if (!files)
+        return;
+    struct Silence final : SystemLog {
+        void log(std::string_view) override {}
+    } silence;
+    FolderConstants folders{std::string()};
+    (void)CommandLineController(folders, **files, silence, output).parseArguments({"sweeply-cli", "-h"});
+}
+
+/// Reads what stands before the command and takes it off `arguments`. False when that asked for help or the version.
+Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine& line, std::ostream& output) {
+    std::size_t next = 1;
+    const auto valueOf = [&](const std::string& option) -> Result<std::string> {
+        if (next >= arguments.size())
+            return complaint(formatText("'%@' needs something after it", {option}));
+        return arguments[next++];
+    };
+    while (next < arguments.size() && arguments[next].starts_with('-')) {
+        const std::string option = arguments[next++];
+        if (option == "-h" || option == "--help") {
+            output << kUsage;
+            printReferences(output);
+            return false;
+        }
+        if (option == "--version") {
+            output << "sweeply-cli " << SWEEPLY_VERSION << "\n";
+            return false;
+        }
+        if (option == "--verbose") {
+            line.isVerbose = true;
+        } else if (option == "--root" || option == "--os" || option == "--pace") {
+            auto value = valueOf(option);
+            if (!value)
+                return Failure(value.error());
+            if (option == "--root")
+                line.target.root = *value;
+            else if (option == "--os")
+                line.target.osVersion = *value;
+            else if (*value == "full" || *value == "gentle")
+                line.pace = *value == "full" ? Pace::full() : Pace::gentle();
+            else
+                return complaint(formatText("--pace: '%@' is neither 'full' nor 'gentle'", {*value}));
+        } else if (CommandLineController::isReference(option)) {
+            line.target.references.push_back(option);
+            if (CommandLineController::takesValue(option)) {
+                auto value = valueOf(option);
+                if (!value)
+                    return Failure(value.error());
+                line.target.references.push_back(*std::move(value));
+            }
+        } else {
+            return complaint(
+                formatText("'%@' is unknown reference. Enter -h or --help for detailed information", {option}));
+        }
+    }
+    arguments.erase(arguments.begin() + 1, arguments.begin() + static_cast<std::ptrdiff_t>(next));
+    return true;
+}
+
+void describeCommands(CLI::App& app, CommandLine& line) {
+    app.require_subcommand(1);
+    const auto add = [&](Command command, const char* name, const char* description) {
+        auto* sub = app.add_subcommand(name, description);
+        sub->callback([&line, command] { line.command = command; });
+        return sub;
+    };
+    const auto addJson = [&](CLI::App* sub) { sub->add_flag("--json", line.wantsJson, "Print one JSON object"); };
+    const auto addModules = [&](CLI::App* sub) {
+        sub->add_option("MODULE", line.operands, "Modules, by the names that 'modules' lists; none: those switched on");
+        sub->add_flag("--all", line.wantsAllModules, "Every module, also those switched off");
+        addJson(sub);
+    };
+
+    addModules(add(Command::Scan, "scan", "Show what would be removed"));
+
+    auto* clean = add(Command::Clean, "clean", "Scan, show what was found, ask, and remove what is checked");
+    addModules(clean);
+    clean->add_flag("--yes", line.saysYes, "Remove without asking");
+
+    addJson(add(Command::Apps, "apps", "List the applications"));
+
+    auto* modules = add(Command::Modules, "modules", "List the modules; switch them on and off");
+    addJson(modules);
+    modules->add_option("--enable", line.modulesToEnable, "Switch a module on");
+    modules->add_option("--disable", line.modulesToDisable, "Switch a module off");
+
+    auto* ignore = add(Command::Ignore, "ignore", "The items that scans list unchecked");
+    addJson(ignore);
+    line.ignoreAction = "list";
+    ignore->require_subcommand(0, 1);
+    const auto addIgnore = [&](const char* name, const char* description) {
+        auto* sub = ignore->add_subcommand(name, description);
+        sub->callback([&line, name] { line.ignoreAction = name; });
+        sub->fallthrough();
+        return sub;
+    };
+    addIgnore("list", "List them");
+    addIgnore("add", "Add items")->add_option("PATH", line.operands, "Items of the target")->required();
+    addIgnore("remove", "Remove items")->add_option("PATH", line.operands, "Items of the target")->required();
+
+    auto* size = add(Command::Size, "size", "Say how much space files and folders take, in whole blocks");
+    addJson(size);
+    size->add_option("PATH", line.operands, "Files and folders")->required();
+
+    auto* sample = add(Command::Sample, "sample", "Write a small Mac OS X volume to try things on");
+    sample->add_option("DIR", line.operands, "A folder that is empty or not there yet")->required()->expected(1);
+    sample->add_option("--scale", line.sampleScale, "Multiplies caches, logs and applications")
+        ->check(CLI::Range(1U, kLargestSampleScale));
+}
+
+} // namespace
+
+Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::string>& arguments, std::ostream& output) {
+    CommandLine line;
+    std::vector<std::string> rest = arguments;
+    const auto goesOn = readGlobalOptions(rest, line, output);
+    if (!goesOn)
+        return Failure(goesOn.error());
+    if (!*goesOn)
+        return std::nullopt;
+    const bool onlyShowsFolders = std::ranges::find(line.target.references, "-s") != line.target.references.end();
+    if (rest.size() <= 1 && !onlyShowsFolders)
+        return complaint("no command. Enter -h or --help for detailed information");
+    if (rest.size() <= 1)
+        return line;
+
+    CLI::App app("sweeply-cli", "sweeply-cli");
+    describeCommands(app, line);
+    if (app.get_subcommands([&](const CLI::App* sub) { return sub->get_name() == rest[1]; }).empty())
+        return complaint(formatText("'%@' is no command. Enter -h or --help for detailed information", {rest[1]}));
+    try {
+        app.parse(std::vector<std::string>(rest.rbegin(), rest.rend() - 1)); // the library takes them from the back
+    } catch (const CLI::CallForHelp& help) {
+        app.exit(help, output, output);
+        return std::nullopt;
+    } catch (const CLI::ParseError& error) {
+        return complaint(std::string(error.what()));
+    }
+    return line;
+}
+
+} // namespace sweeply

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/Target.h"
+#include "platform/Error.h"
+#include "platform/Pace.h"
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace sweeply {
+
+enum class Command { ShowFolders, Scan, Clean, Apps, Modules, Ignore, Size, Sample };
+
+/// What the person typed, checked for form but not yet held against a target.
+struct CommandLine {
+    TargetOptions target;
+    Pace pace = Pace::full();
+    bool isVerbose = false;
+
+    Command command = Command::ShowFolders;
+    bool wantsJson = false;
+    bool saysYes = false;
+    /// Every module, also those switched off.
+    bool wantsAllModules = false;
+    /// Modules or paths, as the command takes them.
+    std::vector<std::string> operands;
+    std::vector<std::string> modulesToEnable;
+    std::vector<std::string> modulesToDisable;
+    /// What to do with the ignore list: "list", "add" or "remove".
+    std::string ignoreAction;
+    unsigned sampleScale = 1;
+};
+
+/// Reads the arguments, the program's own name first. Nothing when they only asked for help or the version, which then
+/// stands on `output`. An error is one line for standard error.
+[[nodiscard]] Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::string>& arguments,
+                                                                  std::ostream& output);
+
+} // namespace sweeply

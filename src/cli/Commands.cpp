@@ -1,0 +1,75 @@
+#include "cli/Commands.h"
+
+#include "cli/Interrupt.h"
+#include "cli/Session.h"
+
+#include <cerrno>
+#include <iostream>
+
+namespace sweeply {
+
+namespace {
+
+ExitCode runOnTarget(const CommandLine& line) {
+    const auto session = Session::open(line);
+    if (!session) {
+        complain(session.error().message());
+        return ExitCode::Usage;
+    }
+    if (!*session)
+        return ExitCode::Done; // a reference that only prints
+    interrupt::install();
+    switch (line.command) {
+    case Command::Scan:
+        return runScan(**session);
+    case Command::Clean:
+        return runClean(**session);
+    case Command::Apps:
+        return runApps(**session);
+    case Command::Modules:
+        return runModules(**session);
+    case Command::Ignore:
+        return runIgnore(**session);
+    case Command::ShowFolders:
+    case Command::Size:
+    case Command::Sample:
+        break;
+    }
+    return ExitCode::Done;
+}
+
+ExitCode run(const std::vector<std::string>& arguments) {
+    const auto line = parseCommandLine(arguments, std::cout);
+    if (!line) {
+        complain(line.error().message());
+        return ExitCode::Usage;
+    }
+    if (!*line)
+        return ExitCode::Done;
+    switch ((*line)->command) {
+    case Command::Size:
+        return runSize(**line);
+    case Command::Sample:
+        return runSample(**line);
+    default:
+        return runOnTarget(**line);
+    }
+}
+
+} // namespace
+
+void complain(std::string_view text) { std::cerr << "sweeply-cli: " + safeForTerminal(text) + "\n"; }
+
+int runCommandLine(const std::vector<std::string>& arguments) {
+    ExitCode outcome = run(arguments);
+    errno = 0;
+    std::cout.flush();
+    if (!std::cout && outcome == ExitCode::Done) {
+        if (errno != EPIPE) // a reader that has seen enough is nobody's problem
+            complain("standard output: could not be written");
+        outcome = ExitCode::Incomplete;
+    }
+    return static_cast<int>(outcome);
+}
+
+} // namespace sweeply

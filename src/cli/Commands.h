@@ -1,0 +1,27 @@
+#pragma once
+
+#include "cli/CommandLine.h"
+#include "cli/ExitCode.h"
+
+namespace sweeply {
+
+class Session;
+
+// One function for each command. Results go to standard output, problems to standard error, one line each.
+
+ExitCode runScan(Session& session);
+ExitCode runClean(Session& session);
+ExitCode runApps(Session& session);
+ExitCode runModules(Session& session);
+ExitCode runIgnore(Session& session);
+/// These two need no target.
+ExitCode runSize(const CommandLine& line);
+ExitCode runSample(const CommandLine& line);
+
+/// "sweeply-cli: TEXT" on standard error, safe for a terminal.
+void complain(std::string_view text);
+
+/// What main() does: reads the command line and runs the command.
+int runCommandLine(const std::vector<std::string>& arguments);
+
+} // namespace sweeply

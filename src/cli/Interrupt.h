@@ -1,0 +1,12 @@
+#pragma once
+
+namespace sweeply::interrupt {
+
+/// Has the first interrupt (Ctrl-C, a polite kill) only noted, so that a run can end cleanly. A second one ends the
+/// program at once.
+void install();
+
+/// Was one noted? Any thread.
+[[nodiscard]] bool wasRequested();
+
+} // namespace sweeply::interrupt

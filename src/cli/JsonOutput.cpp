@@ -1,0 +1,106 @@
+#include "cli/JsonOutput.h"
+
+#include "app/ModuleCatalog.h"
+#include "formats/Utf8.h"
+
+#include <algorithm>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+namespace sweeply {
+
+namespace {
+
+Json nodesJson(const std::vector<Node::Pointer>& nodes, SizeUnits units);
+
+Json nodeJson(const Node& node, SizeUnits units) {
+    return {{"name", validUtf8(node.name())},
+            {"path", node.path().empty() ? Json(nullptr) : Json(validUtf8(node.path()))},
+            {"size", node.longSize()},
+            {"sizeText", stringSizeFromLong(node.longSize(), units)},
+            {"count", node.count()},
+            {"state", static_cast<int>(node.state())},
+            {"enabled", node.ifEnabled()},
+            {"type", node.type()},
+            {"children", nodesJson(node.children(), units)},
+            {"invisibleChildren", nodesJson(node.invisibleChildren(), units)}};
+}
+
+Json nodesJson(const std::vector<Node::Pointer>& nodes, SizeUnits units) {
+    Json list = Json::array();
+    for (const auto& node : nodes)
+        list.push_back(nodeJson(*node, units));
+    return list;
+}
+
+std::string moduleName(std::uint8_t viewCode) {
+    return std::string(std::ranges::find(moduleCatalog(), viewCode, &ModuleRow::viewCode)->name);
+}
+
+} // namespace
+
+Json targetJson(const Application& application) {
+    const Target& target = application.target();
+    return {{"root", validUtf8(target.files->rootPath())},
+            {"home", validUtf8(target.folders.home)},
+            {"user", validUtf8(target.folders.userName)},
+            {"version", target.version.productVersion()},
+            {"units", application.units() == SizeUnits::Decimal ? "decimal" : "binary"}};
+}
+
+Json modulesJson(Application& application) {
+    std::lock_guard lock(application.treeLock());
+    Json list = Json::array();
+    for (const auto& row : application.scanController().rows()) {
+        const auto* module = row->correspondingScanController();
+        if (!row->checked() && module->filesFound() == 0)
+            continue; // took no part
+        list.push_back({{"module", moduleName(row->viewName())},
+                        {"viewCode", row->viewName()},
+                        {"checked", row->checked()},
+                        {"totalSize", module->totalSize()},
+                        {"totalSizeText", stringSizeFromLong(module->totalSize(), application.units())},
+                        {"filesFound", module->filesFound()},
+                        {"statusText", module->statusText()},
+                        {"tree", nodeJson(*module->rootNode(), application.units())}});
+    }
+    return list;
+}
+
+Json totalsJson(Application& application) {
+    const auto& controller = application.scanController();
+    return {{"totalSize", controller.totalSize()},
+            {"foundSize", controller.foundSize()},
+            {"filesFound", controller.filesFound()},
+            {"filesFoundInEnabled", controller.filesFoundInEnabled()}};
+}
+
+Json scanJson(Application& application) {
+    return {{"target", targetJson(application)},
+            {"modules", modulesJson(application)},
+            {"totals", totalsJson(application)}};
+}
+
+Json cleanJson(Session& session, bool wasStopped) {
+    auto& application = session.application();
+    Json failed = Json::array();
+    for (const auto& failure : application.removals().failures())
+        failed.push_back(validUtf8(failure.path));
+    Json alerts = Json::array();
+    for (const auto& [alert, answer] : session.alerts().records())
+        alerts.push_back({{"title", alert.title}, {"text", alert.text}, {"answer", alert.buttons[answer.button]}});
+    const std::uint64_t freed = application.statistics().currentRemovedAmountOfSpace();
+    return {{"target", targetJson(application)},
+            {"removed", session.removedCount()},
+            {"freed", freed},
+            {"freedText", stringSizeFromLong(freed, application.units())},
+            {"failed", failed},
+            {"stopped", wasStopped},
+            {"couldntRemoveSomething", application.removals().couldntRemoveSomething()},
+            {"alerts", alerts},
+            {"modules", modulesJson(application)}};
+}
+
+void printJson(const Json& json) { std::cout << json.dump(2) << "\n"; }
+
+} // namespace sweeply

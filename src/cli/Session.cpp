@@ -1,0 +1,70 @@
+#include "cli/Session.h"
+
+#include "cli/Interrupt.h"
+#include "cli/Progress.h"
+#include "engine/EngineEvents.h"
+
+#include <filesystem>
+#include <iostream>
+
+namespace sweeply {
+
+namespace {
+
+constexpr std::chrono::milliseconds kTick{100};
+
+/// Our tools lie beside the program: "bin/sweeply-cli" and "libexec/sweeply/".
+std::string libexecFolder() {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::string() : (program.parent_path().parent_path() / "libexec" / "sweeply").string();
+}
+
+} // namespace
+
+Result<std::unique_ptr<Session>> Session::open(const CommandLine& line) {
+    auto log = std::make_unique<SyslogLog>(line.isVerbose ? SyslogLog::Copy::StandardError : SyslogLog::Copy::None);
+    auto target = openTarget(line.target, *log, std::cout);
+    if (!target)
+        return Failure(target.error());
+    if (!*target)
+        return nullptr;
+    return std::make_unique<Session>(**std::move(target), line, std::move(log));
+}
+
+Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogLog> log)
+    : m_commandLine(line), m_log(std::move(log)), m_alerts(m_terminal, line.wantsJson),
+      m_application(std::move(target), {m_loop, m_alerts, m_notifications, *m_log, line.pace, libexecFolder()}) {
+    auto& center = m_application.notifications();
+    m_subscriptions.push_back(
+        center.observe<RemovedAmountOfSpace>([this](const RemovedAmountOfSpace&) { ++m_removedCount; }));
+    m_subscriptions.push_back(center.observe<ProblemFound>([](const ProblemFound& problem) {
+        std::cerr << "sweeply-cli: " + safeForTerminal(problem.error.message()) + "\n";
+    }));
+}
+
+void Session::scan() {
+    m_application.scanController().startScan();
+    waitFor(&ScanController::isScanning, &ScanController::stopScanActually, "Scanning");
+}
+
+void Session::removeChecked() {
+    m_application.scanController().remove();
+    waitFor(&ScanController::isRemoving, &ScanController::stopRemoval, "Removing");
+}
+
+void Session::waitFor(bool (ScanController::*running)() const, void (ScanController::*stop)(), const char* activity) {
+    auto& controller = m_application.scanController();
+    Progress progress(m_application, activity, m_terminal.isErrorTerminal);
+    bool isStopping = false;
+    m_loop.runUntil([&] { return !(controller.*running)(); }, kTick,
+                    [&] {
+                        if (interrupt::wasRequested() && !isStopping) {
+                            isStopping = true;
+                            (controller.*stop)();
+                        }
+                        progress.draw();
+                    });
+}
+
+} // namespace sweeply

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "app/Application.h"
+#include "cli/CommandLine.h"
+#include "cli/TerminalAlerts.h"
+#include "platform/RunLoop.h"
+#include "platform/SystemLog.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace sweeply {
+
+/// One run of the program on one target: the application and the terminal around it. Main thread.
+class Session final {
+  public:
+    /// Nothing when the command line's references only wanted to be printed, which is done then.
+    static Result<std::unique_ptr<Session>> open(const CommandLine& line);
+
+    Session(Target target, const CommandLine& line, std::unique_ptr<SyslogLog> log);
+
+    [[nodiscard]] Application& application() { return m_application; }
+    [[nodiscard]] const Terminal& terminal() const { return m_terminal; }
+    [[nodiscard]] const TerminalAlerts& alerts() const { return m_alerts; }
+    [[nodiscard]] const CommandLine& commandLine() const { return m_commandLine; }
+
+    /// Scans the chosen modules and returns when that has ended, shows how far it is, and stops it at an interrupt.
+    void scan();
+    /// The same for removing what is checked.
+    void removeChecked();
+    /// Items removed by removeChecked().
+    [[nodiscard]] std::size_t removedCount() const { return m_removedCount; }
+
+  private:
+    void waitFor(bool (ScanController::*running)() const, void (ScanController::*stop)(), const char* activity);
+
+    const CommandLine m_commandLine;
+    const Terminal m_terminal = Terminal::ofThisProcess();
+    std::unique_ptr<SyslogLog> m_log;
+    RunLoop m_loop;
+    TerminalAlerts m_alerts;
+    TerminalNotifications m_notifications;
+    Application m_application;
+    std::atomic<std::size_t> m_removedCount{0};
+    std::vector<NotificationCenter::Subscription> m_subscriptions;
+};
+
+} // namespace sweeply

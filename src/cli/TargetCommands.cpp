@@ -1,0 +1,152 @@
+#include "app/ModuleCatalog.h"
+#include "app/ModuleSelection.h"
+#include "cli/Commands.h"
+#include "cli/JsonOutput.h"
+#include "cli/Session.h"
+#include "formats/Utf8.h"
+#include "platform/TargetPath.h"
+
+#include <algorithm>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+namespace sweeply {
+
+namespace {
+
+/// Unchecked items are kept by module; all that can be found now is filed under this one.
+constexpr const char* kIgnoredItemsModule = "Caches";
+
+Json textOrNull(const std::optional<std::string>& text) { return text ? Json(validUtf8(*text)) : Json(nullptr); }
+
+Result<void> saveSettings(Session& session) { return session.application().defaults().synchronize(); }
+
+/// Switches the modules; a row's name stands for those of its parts that are on by default when it is switched on, so
+/// that nobody switches the machine-wide ones on by accident, and for all of them when it is switched off.
+Result<void> switchModules(Session& session, const std::vector<std::string>& names, bool isOn) {
+    const auto named = switchesNamed(names);
+    if (!named)
+        return Failure(named.error());
+    for (const auto& row : moduleCatalog()) {
+        const bool isRowNamed = std::ranges::find(names, row.name) != names.end();
+        for (const auto& part : row.switches) {
+            const bool isPartNamed = std::ranges::find(names, part.name) != names.end();
+            if (isPartNamed || (isRowNamed && (part.isOnByDefault || !isOn)))
+                session.application().defaults().setBool(part.defaultsName, isOn);
+        }
+    }
+    return {};
+}
+
+Json moduleSwitchesJson(const Application& application, const UserDefaults& defaults) {
+    Json list = Json::array();
+    for (const auto& row : moduleCatalog()) {
+        Json parts = Json::array();
+        for (const auto& part : row.switches)
+            parts.push_back({{"module", part.name},
+                             {"key", part.defaultsName},
+                             {"enabled", defaults.boolForKey(part.defaultsName)}});
+        list.push_back({{"module", row.name}, {"viewCode", row.viewCode}, {"modules", parts}});
+    }
+    return {{"target", targetJson(application)}, {"modules", list}};
+}
+
+} // namespace
+
+ExitCode runApps(Session& session) {
+    auto& application = session.application();
+    application.startInventory();
+    auto filtered = application.applications().createApplicationsArrayForController(nullptr);
+    std::ranges::sort(filtered);
+    if (!session.commandLine().wantsJson) {
+        for (const auto& path : filtered) {
+            const std::string id = application.applications().bundleIDForAppWithPath(path).value_or("-");
+            const std::string line = path + "\t" + id;
+            std::cout << (session.terminal().isOutputTerminal ? safeForTerminal(path) + "  " + safeForTerminal(id)
+                                                              : line)
+                      << "\n";
+        }
+        return ExitCode::Done;
+    }
+    Json applications = Json::array();
+    for (const auto& path : filtered)
+        applications.push_back({{"path", validUtf8(path)},
+                                {"bundleID", textOrNull(application.applications().bundleIDForAppWithPath(path))},
+                                {"name", textOrNull(application.applications().appNameForAppWithPath(path))}});
+    Json all = Json::array();
+    for (const auto& path : application.applications().getAllApllicationArray())
+        all.push_back(validUtf8(path));
+    printJson({{"filtered", applications}, {"all", all}});
+    return ExitCode::Done;
+}
+
+ExitCode runModules(Session& session) {
+    const CommandLine& line = session.commandLine();
+    auto& defaults = session.application().defaults();
+    for (const bool isOn : {true, false}) {
+        const auto switched = switchModules(session, isOn ? line.modulesToEnable : line.modulesToDisable, isOn);
+        if (!switched) {
+            complain(switched.error().message());
+            return ExitCode::Usage;
+        }
+    }
+    ExitCode outcome = ExitCode::Done;
+    if (!line.modulesToEnable.empty() || !line.modulesToDisable.empty()) {
+        if (const auto saved = saveSettings(session); !saved) {
+            complain(saved.error().message());
+            outcome = ExitCode::Incomplete;
+        }
+    }
+    if (line.wantsJson) {
+        printJson(moduleSwitchesJson(session.application(), defaults));
+        return outcome;
+    }
+    for (const auto& row : moduleCatalog()) {
+        std::cout << row.name << "\n";
+        for (const auto& part : row.switches)
+            std::cout << "  " << (defaults.boolForKey(part.defaultsName) ? "[x] " : "[ ] ") << part.name << "\n";
+    }
+    return outcome;
+}
+
+ExitCode runIgnore(Session& session) {
+    const CommandLine& line = session.commandLine();
+    auto& ignoreList = session.application().ignoreList();
+    ExitCode outcome = ExitCode::Done;
+    if (line.ignoreAction != "list") {
+        std::vector<std::string> keys;
+        for (const auto& operand : line.operands) {
+            const std::string path = normalisedPath(session.application().target().folders.expandTilde(operand));
+            if (!path.starts_with('/')) {
+                complain(operand + ": not an absolute path of the target");
+                return ExitCode::Usage;
+            }
+            keys.push_back(ignoreKeyForPath(path));
+        }
+        if (line.ignoreAction == "add")
+            ignoreList.addKeys(keys, kIgnoredItemsModule);
+        else if (ignoreList.removeKeys(keys, kIgnoredItemsModule) == 0)
+            outcome = ExitCode::Incomplete;
+        if (outcome == ExitCode::Incomplete)
+            complain(line.operands.front() + ": not on the ignore list");
+        if (const auto saved = saveSettings(session); !saved) {
+            complain(saved.error().message());
+            outcome = ExitCode::Incomplete;
+        }
+    }
+    if (line.wantsJson) {
+        Json items = Json::object();
+        for (const auto& key : ignoreList.moduleKeys())
+            items[key] = ignoreList.ignoreListForController(key);
+        printJson({{"target", targetJson(session.application())}, {"items", items}});
+    } else if (line.ignoreAction == "list") {
+        for (const auto& key : ignoreList.moduleKeys()) {
+            for (const auto& item : ignoreList.ignoreListForController(key))
+                std::cout << key << "\t" << (session.terminal().isOutputTerminal ? safeForTerminal(item) : item)
+                          << "\n";
+        }
+    }
+    return outcome;
+}
+
+} // namespace sweeply
