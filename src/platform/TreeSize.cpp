@@ -43,7 +43,7 @@ class Sum final {
         push(worker, std::move(folder));
         walk(worker);
         work(worker);
-        return m_total;
+        return m_total + worker.total;
     }
 
   private:
@@ -67,8 +67,9 @@ class Sum final {
             else
                 addFiles(worker, task->folder->get(), task->names);
             walk(worker);
+            // Before asking for more: the last worker to do so ends the whole sum.
+            m_total += std::exchange(worker.total, 0);
         }
-        m_total += worker.total;
     }
 
     void walk(Worker& worker) {

@@ -1,0 +1,138 @@
+#include "appcore/sizes/DiskSizes.h"
+
+#include "platform/FileManager.h"
+#include "platform/TestFolder.h"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace sweeply {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DiskSizesTest : public testing::Test {
+  protected:
+    DiskSizesTest() : m_files(std::move(FileManager::open(m_folder.path()).value())) {}
+
+    const TestFolder m_folder;
+    const std::unique_ptr<FileManager> m_files;
+    const SystemVersion m_leopard = *SystemVersion::fromProductVersion("10.5.8");
+    const SystemVersion m_snowLeopard = *SystemVersion::fromProductVersion("10.6.8");
+    const DiskSizes m_sizes{*m_files, m_leopard};
+    const DiskSizes m_decimalSizes{*m_files, m_snowLeopard};
+};
+
+TEST_F(DiskSizesTest, FileIsRoundedUpToItsSystemsBlocks) {
+    struct Row {
+        std::size_t size;
+        std::uint64_t binary;
+        std::uint64_t decimal;
+    };
+    for (const Row& row : {Row{0, 0, 0}, Row{1, 4096, 4000}, Row{4000, 4096, 4000}, Row{4001, 4096, 8000},
+                           Row{4096, 4096, 8000}, Row{4097, 8192, 8000}}) {
+        m_folder.makeFile("file", row.size);
+        EXPECT_EQ(m_sizes.folderSizeAtPath("/file"), row.binary) << row.size;
+        EXPECT_EQ(m_decimalSizes.folderSizeAtPath("/file"), row.decimal) << row.size;
+        EXPECT_EQ(m_decimalSizes.slowFolderSizeAtPath("/file"), row.decimal) << row.size;
+    }
+}
+
+TEST_F(DiskSizesTest, WhatIsNotThereOrEmptyCountsNothing) {
+    m_folder.makeFolder("empty/inside/inside");
+    for (const char* path : {"", "/missing", "/empty", "/empty/inside/", "relative"}) {
+        EXPECT_EQ(m_sizes.folderSizeAtPath(path), 0u) << path;
+        EXPECT_EQ(m_sizes.slowFolderSizeAtPath(path), 0u) << path;
+    }
+}
+
+TEST_F(DiskSizesTest, EveryFileOfAFolderIsRoundedOnItsOwn) {
+    for (int i = 0; i < 10; ++i)
+        m_folder.makeFile("tree/" + std::to_string(i) + "/file");
+    EXPECT_EQ(m_sizes.folderSizeAtPath("/tree"), 10 * 4096u);
+    EXPECT_EQ(m_decimalSizes.folderSizeAtPath("/tree"), 10 * 4000u);
+}
+
+TEST_F(DiskSizesTest, LinkIsChargedForItselfAndTheSlowWalkLeavesSomeOut) {
+    m_folder.makeFile("big", 100000);
+    m_folder.makeFile("folder/file", 100000);
+    m_folder.makeFolder("tree");
+    m_folder.makeLink("tree/to file", "../big");
+    m_folder.makeLink("tree/to folder", "/folder");
+    m_folder.makeLink("tree/dangling", "nowhere");
+    m_folder.makeLink("tree/loop", ".");
+    EXPECT_EQ(m_sizes.folderSizeAtPath("/tree"), 4 * 4096u);
+    EXPECT_EQ(m_sizes.slowFolderSizeAtPath("/tree"), 4096u);
+}
+
+TEST_F(DiskSizesTest, LinkAtThePathItselfIsWalkedWhereItLeadsToAFolder) {
+    m_folder.makeFile("file", 5000);
+    m_folder.makeFile("folder/file", 5000);
+    m_folder.makeLink("to file", "/file");
+    m_folder.makeLink("to folder", "/folder");
+    EXPECT_EQ(m_sizes.folderSizeAtPath("/to folder"), 8192u);
+    EXPECT_EQ(m_sizes.folderSizeAtPath("/to file"), 0u);
+    EXPECT_EQ(m_sizes.slowFolderSizeAtPath("/to file"), 4096u);
+}
+
+TEST_F(DiskSizesTest, UnreadableFolderIsLeftOutAndTheRestCounts) {
+    m_folder.makeFile("tree/closed/file");
+    m_folder.makeFile("tree/open/file");
+    m_folder.setMode("tree/closed", 0);
+    if (::access(m_folder.path("tree/closed").c_str(), R_OK) == 0)
+        GTEST_SKIP() << "nothing is unreadable to this user";
+    EXPECT_EQ(m_sizes.folderSizeAtPath("/tree"), 4096u);
+    m_folder.setMode("tree/closed", 0755);
+}
+
+TEST_F(DiskSizesTest, ListCountsWhatIsNamedTwiceTwice) {
+    m_folder.makeFile("a/b/file");
+    m_folder.makeFile("c");
+    const std::vector<std::string> paths{"/a", "/a", "/a/b", "/c", "", "/missing"};
+    EXPECT_EQ(m_sizes.sizeOfAllFilesAtPathes(paths), 4 * 4096u);
+}
+
+TEST_F(DiskSizesTest, TreeDeeperThanTheDescriptorsIsCountedWhole) {
+    m_folder.makeDeepTree("deep", 500);
+    const FewDescriptors few(128);
+    EXPECT_EQ(m_sizes.folderSizeAtPath("/deep"), 1000 * 4096u);
+}
+
+TEST_F(DiskSizesTest, RandomTreeSumsLikeANaiveWalkFromSeveralThreadsAtOnce) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    std::vector<std::string> folders{"tree"};
+    for (int i = 0; i < 3000; ++i) {
+        // The first folder gets many, so that a flat one is among them.
+        const std::string name =
+            (random() % 2 ? folders[0] : folders[random() % folders.size()]) + "/n" + std::to_string(i);
+        switch (random() % 8) {
+        case 0:
+            m_folder.makeFolder(name);
+            folders.push_back(name);
+            break;
+        case 1:
+            m_folder.makeFolder(folders[0]);
+            m_folder.makeLink(name, random() % 2 ? "." : "nowhere");
+            break;
+        default:
+            m_folder.makeFile(name, random() % 3 ? random() % 10 : random() % 20000);
+        }
+    }
+    std::uint64_t expected = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(m_folder.path("tree"))) {
+        if (entry.is_symlink())
+            expected += 4000;
+        else if (entry.is_regular_file())
+            expected += (entry.file_size() + 3999) / 4000 * 4000;
+    }
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 3; ++i)
+        threads.emplace_back([&] { EXPECT_EQ(m_decimalSizes.folderSizeAtPath("/tree"), expected); });
+}
+
+} // namespace
+} // namespace sweeply

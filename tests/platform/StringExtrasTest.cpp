@@ -1,0 +1,88 @@
+#include "platform/StringExtras.h"
+
+#include "platform/FileManager.h"
+#include "platform/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace sweeply {
+namespace {
+
+TEST(StringExtrasTest, SubstituteReplacesEveryCharacterOfTheSet) {
+    EXPECT_EQ(stringWithSubstitute("a/b:c", "-", "/:"), "a-b-c");
+    EXPECT_EQ(stringWithSubstitute("unchanged", "-", "/:"), "unchanged");
+    EXPECT_EQ(stringWithSubstitute("//", "", "/"), "");
+    EXPECT_EQ(stringWithSubstitute("naïve ö", "?", "ïä"), "na?ve ö"); // ö shares its first byte with ï
+    EXPECT_EQ(stringWithSubstitute("\xc3", "?", "ï"), "\xc3");
+    EXPECT_EQ(stringWithSubstitute("a/a", "/", "/"), "a/a");
+}
+
+TEST(StringExtrasTest, WhiteSpaceOfAnyScriptIsTrimmedAtTheEndsOnly) {
+    EXPECT_EQ(trimWhiteSpace(" \t\r\na b\n "), "a b");
+    EXPECT_EQ(trimWhiteSpace("\u00A0\u3000a\u2003b\u2028"), "a\u2003b");
+    EXPECT_EQ(trimWhiteSpace(" \n"), "");
+    EXPECT_EQ(trimWhiteSpace("\xe3\x80"), "\xe3\x80"); // cut short
+    EXPECT_TRUE(stringIsEmpty(std::nullopt));
+    EXPECT_TRUE(stringIsEmpty(" \u00A0"));
+    EXPECT_FALSE(stringIsEmpty(" a"));
+}
+
+TEST(StringExtrasTest, PiecesBetweenSingleSpacesAreCountedAndCompared) {
+    EXPECT_EQ(ellipsizeAfterNWords("one two three", 2), "one two");
+    EXPECT_EQ(ellipsizeAfterNWords("one two", 5), "one two");
+    EXPECT_EQ(ellipsizeAfterNWords("one  two", 2), "one ");
+    EXPECT_EQ(ellipsizeAfterNWords("one", 0), "");
+
+    EXPECT_EQ(compareByWords("Photo Pro", "Pro Maker Photo"), 0);
+    EXPECT_EQ(compareByWords("Photo Photo", "Photo"), 0);
+    EXPECT_EQ(compareByWords("photo", "Photo"), -1);
+    EXPECT_EQ(compareByWords("Photo Pro", "Photo"), -1);
+    EXPECT_EQ(compareByWords("", "Photo"), -1); // one empty piece, and "Photo" has none
+    EXPECT_EQ(compareByWords("", "a  b"), 0);
+}
+
+TEST(StringExtrasTest, FolderKeepsItsExtension) {
+    const TestFolder folder;
+    folder.makeFolder("plug/Bundle.app");
+    folder.makeFile("plug/file.tar.gz");
+    const auto files = std::move(FileManager::open(folder.path()).value());
+    const auto stripped = [&](std::string_view name) {
+        return stringByDeletingRealPathExtension(name, "/plug", *files);
+    };
+    EXPECT_EQ(stripped("Bundle.app"), "Bundle.app");
+    EXPECT_EQ(stripped("file.tar.gz"), "file.tar");
+    EXPECT_EQ(stripped("missing.app"), "missing");
+    EXPECT_EQ(stripped("app.x.app"), "app.x");
+    EXPECT_EQ(stripped(".hidden"), ".hidden");
+    EXPECT_EQ(stripped("plain"), "plain");
+}
+
+TEST(StringExtrasTest, TagsBecomeSpaces) {
+    EXPECT_EQ(stripHTML("<b>bold</b> text"), " bold  text");
+    EXPECT_EQ(stripHTML("a<x<y>z>b"), "a b");
+    EXPECT_EQ(stripHTML("a > lost <kept> lost"), "a kept"); // the stray one leaves the depth one too low
+    EXPECT_EQ(stripHTML("open <b"), "open ");
+}
+
+TEST(StringExtrasTest, UrlEscapesFollowTheirOwnTable) {
+    EXPECT_EQ(stringByEncodingURLEscapes("a+b %~"), "a b %~");
+    EXPECT_EQ(stringByEncodingURLEscapes("\n\x7f\xc3\xa9"), "%0a%7f%c3%a9");
+
+    EXPECT_EQ(stringByDecodingURLEscapes("a+b c%41%6a%6A"), "a b+cAjj");
+    EXPECT_EQ(stringByDecodingURLEscapes("%4g!%zz"), "?!?");
+    EXPECT_EQ(stringByDecodingURLEscapes("cut%4"), "cut?");
+    EXPECT_EQ(stringByDecodingURLEscapes("%c3%a9"), std::nullopt);
+}
+
+TEST(StringExtrasTest, HexDigitsOutsideTheRangeAreRefused) {
+    EXPECT_EQ(intToHex(9), '9');
+    EXPECT_EQ(intToHex(15), 'f');
+    EXPECT_EQ(intToHex(16), '\0');
+    EXPECT_EQ(intToHex(-1), '\0');
+    EXPECT_EQ(hexToInt('F'), 15);
+    EXPECT_EQ(hexToInt('a'), 10);
+    EXPECT_EQ(hexToInt('g'), -1);
+}
+
+} // namespace
+} // namespace sweeply
