@@ -9,6 +9,7 @@
 #include "platform/TargetPath.h"
 #include "platform/ToolTable.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -120,12 +121,16 @@ bool RemovalPrimitives::tryToRemoveAllFilesInDirectory(const std::string& path) 
 }
 
 bool RemovalPrimitives::tryToEmptyFileAtPath(const std::string& path) {
-    // The very file that the path leads to inside the root is held open, and the shell is told that descriptor: a path
-    // would be resolved again outside the root's rules.
-    const auto file = m_files.openReference(path, Links::Follow);
-    const auto attributes = m_files.attributesOfItemAtPath(path, Links::Follow);
-    if (!file || !attributes || attributes->type != FileType::Regular)
+    // The very file is held open, and the shell is told that descriptor: a path would be resolved again outside the
+    // root's rules. A link is not followed: what it leads to is not what somebody chose to lose.
+    const auto file = m_files.openReferenceForRemoval(path);
+    if (!file && file.error().kind != ErrorKind::NotFound)
+        return failed(file.error());
+    struct stat status {};
+    if (!file || ::fstat(file->get(), &status) != 0 || S_ISDIR(status.st_mode))
         return false;
+    if (!S_ISREG(status.st_mode))
+        return failed({ErrorKind::WrongType, path, "not a regular file, so it cannot be emptied"});
     const bool breaksShell = path.find('"') != std::string::npos;
     if (!breaksShell &&
         shell(formatText("echo > \"%@\"", {"/dev/fd/" + std::to_string(file->get())}), -1, {file->get()}))

@@ -39,7 +39,8 @@ class RemovalPrimitives final {
     bool tryToSecurelyRemoveFileAtPath(const std::string& path);
     /// Removes everything in a folder, and goes on after a failure; true when all is gone. "~" is expanded.
     bool tryToRemoveAllFilesInDirectory(const std::string& path);
-    /// Leaves the file with a single new-line character, in place. False for a folder or nothing.
+    /// Leaves the file with a single new-line character, in place. False for a folder or nothing; a link or a device is
+    /// a failure like any other.
     bool tryToEmptyFileAtPath(const std::string& path);
 
     /// Did anything fail since startRun()?

@@ -94,16 +94,23 @@ void ADGroupScanController::prepareForGlobalClean() {
 }
 
 void ADGroupScanController::startScan() {
+    joinScanThreads();
+    // Held until all have started: one that ends at once must not find the next one idle and mark it stopped.
+    std::lock_guard lock(m_stopMutex);
     continueRun();
     setStopped(false);
     for (const auto& controller : m_scanControllers)
         controller->startScan();
 }
 
-void ADGroupScanController::startClean() {
-    // The last scan's threads may still be telling that they stopped, which must not stop this clean.
+void ADGroupScanController::joinScanThreads() {
     for (const auto& controller : m_scanControllers)
         controller->joinScanThread();
+}
+
+void ADGroupScanController::startClean() {
+    // The last scan's threads may still be telling that they stopped, which must not stop this clean.
+    joinScanThreads();
     setStopped(false);
     prepareForGlobalClean();
     const auto needsRights = std::ranges::any_of(m_scanControllers, [](const auto& controller) {

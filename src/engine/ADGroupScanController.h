@@ -42,6 +42,8 @@ class ADGroupScanController : public ADScanControllerView {
     void childControllerStopped() override;
 
   private:
+    void joinScanThreads();
+
     std::vector<std::unique_ptr<ADScanController>> m_scanControllers;
     std::mutex m_stopMutex; ///< sub-modules end at the same time
 };

@@ -219,7 +219,8 @@ void ADScanController::finishScan() {
     m_services.log.log(formatText("%@ scan finished and found: %@", {className(), rootSizeText()}));
     m_scanRunning = false;
     setStopped(true);
-    updateInterfaceAndWaitUntilDone(true);
+    // Not waited for: the main thread may be waiting for the end of this very thread.
+    updateInterfaceAndWaitUntilDone(false);
     tellDelegate(&ScanDelegate::scanIsFinished);
 }
 
@@ -273,7 +274,7 @@ void ADScanController::stopAndJoin() {
 }
 
 void ADScanController::receiveDragData(const std::vector<std::string>& paths) {
-    if (m_scanRunning || m_cleanRunning)
+    if (m_scanRunning || ifAnyCleanRunning())
         return;
     joinScanThread();
     m_services.notifications.post(PrepareInterfaceForAnaliz{});
@@ -299,7 +300,7 @@ void ADScanController::receiveDragDataThread(const std::vector<std::string>& pat
         m_services.log.log(formatText("Handle Exception %@ in main thread = %i", {exception.what(), 0}));
     }
     if (m_viewDelegate)
-        m_services.mainThread.runAndWait([this] { m_viewDelegate->refreshInterface(); });
+        m_services.mainThread.runLater([this] { m_viewDelegate->refreshInterface(); });
     finishScan();
 }
 
@@ -357,6 +358,17 @@ void ADScanController::startClean() {
 
 void ADScanController::cleanThread() {
     prepareForClean();
+    try {
+        cleanChildren();
+    } catch (...) {
+        finishClean(); // or everybody would wait for its end
+        throw;
+    }
+    updateInterfaceAndWaitUntilDone(true);
+    finishClean();
+}
+
+void ADScanController::cleanChildren() {
     incTotalProcentageBy(numberOfEnabledObjects());
     std::vector<Node::Pointer> children; // the live list changes as nodes go
     {
@@ -387,22 +399,22 @@ void ADScanController::cleanThread() {
         }
         waitWhilePaused();
     }
-    updateInterfaceAndWaitUntilDone(true);
-    finishClean();
 }
 
 void ADScanController::recursivlyCleanNode(Node& node) {
     if (!isRootNodeCleanable(node))
         return;
-    if (node.shouldWait())
-        m_flags.sleepFor(m_services.pace.removeThreadSleep);
     std::vector<Node::Pointer> children;
+    bool waitsFirst = false;
     {
         std::lock_guard lock(m_services.treeLock);
+        waitsFirst = node.shouldWait();
         children = node.children();
         const auto& invisible = node.invisibleChildren();
         children.insert(children.end(), invisible.begin(), invisible.end());
     }
+    if (waitsFirst)
+        m_flags.sleepFor(m_services.pace.removeThreadSleep);
     for (const auto& child : children) {
         if (stopped())
             break;

@@ -127,7 +127,8 @@ class ADScanController : public ScanControllerProtocol, public WorkControl {
 
     void startScan() override;
     void startClean() override;
-    /// Files dropped on the module: analysed on a thread of its own. Ignored during a run.
+    /// Files dropped on the module: analysed on a thread of its own. Ignored during a scan of the module and during any
+    /// removal, which could otherwise reach what nobody has looked at yet.
     void receiveDragData(const std::vector<std::string>& paths);
     void prepareForScan() override;
     void finishScan();
@@ -154,6 +155,7 @@ class ADScanController : public ScanControllerProtocol, public WorkControl {
     void scanThreadProtected();
     void receiveDragDataThread(const std::vector<std::string>& paths);
     void cleanThread();
+    void cleanChildren();
     void recursivlyCleanNode(Node& node);
     /// Removes a leaf's item and takes the node out; counts its bytes as handled either way.
     void cleanLeaf(Node& node);

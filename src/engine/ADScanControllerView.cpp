@@ -27,6 +27,8 @@ void ADScanControllerView::willSwithToYourView() {
         m_globalScanController.gotoUninstallerMode();
 }
 
+bool ADScanControllerView::isBusy() const { return ifScanRunning() || m_globalScanController.ifCleanRunning(); }
+
 void ADScanControllerView::updateViews() {
     if (m_contentOutline)
         m_contentOutline->reloadData();
@@ -35,7 +37,7 @@ void ADScanControllerView::updateViews() {
 }
 
 void ADScanControllerView::quickScan() {
-    if (ifScanRunning() || ifCleanRunning())
+    if (isBusy())
         return;
     if (!ifAnyEnabled()) {
         setEveryObjectEnabled(true);
@@ -46,12 +48,14 @@ void ADScanControllerView::quickScan() {
 }
 
 void ADScanControllerView::quickClean() {
+    if (isBusy())
+        return;
     continueRun();
     startClean();
 }
 
 void ADScanControllerView::checkEverything(bool enabled) {
-    if (m_globalScanController.ifCleanRunning() || ifScanRunning())
+    if (isBusy())
         return;
     setEveryObjectEnabled(enabled);
     updateInterfaceAndWaitUntilDone(false);
@@ -155,7 +159,8 @@ void ADScanControllerView::removeSelectedItems(const std::vector<Node::Pointer>&
             Node* parent = item->parentNode();
             if (item->isRootNode()) {
                 item->killChildren();
-            } else if (parent) { // gone already when an item above it was selected too
+                item->recalcSize(); // those above counted what it held
+            } else if (parent) {    // gone already when an item above it was selected too
                 parent->removeChild(*item);
                 if (!parent->hasChildren() && !parent->isRootNode() && parent->parentNode())
                     parent->parentNode()->removeChild(*parent);
@@ -185,9 +190,7 @@ void ADScanControllerView::sortDescriptorsDidChange(const std::vector<SortDescri
         m_contentOutline->reloadData();
 }
 
-bool ADScanControllerView::validateDrop() const {
-    return shouldRespondToDragEvents() && !ifScanRunning() && !ifCleanRunning();
-}
+bool ADScanControllerView::validateDrop() const { return shouldRespondToDragEvents() && !isBusy(); }
 
 std::vector<std::string> ADScanControllerView::pathsOfRows(const std::vector<std::size_t>& rows) const {
     std::vector<std::string> paths;

@@ -45,7 +45,7 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
 
     // What the person does
 
-    /// Scans this module alone.
+    /// Scans this module alone. Like quickClean, ignored while it scans or anything cleans.
     void quickScan();
     void quickClean();
     void checkAll() { checkEverything(true); }
@@ -80,6 +80,8 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
     void refreshInterface() override;
 
   private:
+    /// Does this module scan, or anything clean?
+    [[nodiscard]] bool isBusy() const;
     void checkEverything(bool enabled);
     [[nodiscard]] bool refusesRemovalFromList();
     void showAfterRemovalFromList();

@@ -173,6 +173,8 @@ void ScanController::preferencesChanged() {
 
 void ScanController::startScan() {
     m_services.log.log("Scan button click");
+    if (ifScanRunning() || ifCleanRunning())
+        return;
     if (!ifAnyEnabled()) {
         m_helpers.reports.nothingToScan();
         return;
@@ -240,14 +242,18 @@ void ScanController::stopRun() {
 void ScanController::finishScan() {
     if (ifScanRunning() || !m_scanning)
         return;
-    for (const auto& module : m_modules)
-        module->joinScanThread();
+    joinScanThreads();
     m_scanning = false;
     m_buttons.showIdle(m_workMode);
     enableRemoveButton();
     m_stopping = false;
     m_helpers.reports.scanIsFinished(foundSize());
     goesOnAfterRun();
+}
+
+void ScanController::joinScanThreads() {
+    for (const auto& module : m_modules)
+        module->joinScanThread();
 }
 
 bool ScanController::goesOnAfterRun() {
@@ -273,11 +279,13 @@ void ScanController::remove() {
 }
 
 void ScanController::startRemoveProcess() {
-    // A removal under way keeps its own figures: asking for a second one changes nothing.
-    if (m_removing)
+    // A removal under way keeps its own figures: asking for a second one changes nothing. Nor does one begin during a
+    // scan: it would take what the scan has yet to find and nobody has seen.
+    if (m_removing || ifScanRunning())
         return;
     if (m_removeThread.joinable())
         m_removeThread.join();
+    joinScanThreads(); // here and not by the removal's thread: the scan's last message may be waiting for us
     m_helpers.statistics.startRun();
     m_helpers.authorisation.startRun();
     prepareInterfaceForRemoval();
@@ -319,14 +327,14 @@ void ScanController::updateInterfaceAfterRemoval() {
     m_removing = false;
     m_buttons.showIdle(m_workMode);
     enableRemoveButton();
+    if (const auto saved = m_services.defaults.synchronize(); !saved)
+        m_services.log.log(saved.error().message());
 }
 
 void ScanController::finishRemoval() {
     if (std::ranges::any_of(m_modules, [](const auto& module) { return module->ifCleanRunning(); }))
         return;
     updateInterfaceAfterRemoval();
-    if (const auto saved = m_services.defaults.synchronize(); !saved)
-        m_services.log.log(saved.error().message());
     if (!goesOnAfterRun())
         return;
     refreshInterface();
@@ -359,7 +367,7 @@ void ScanController::authentificate() { m_helpers.authorisation.authentificate()
 // For modules
 
 bool ScanController::authorisationDemanded() {
-    return m_helpers.authorisation.demanded([this] { stopRemoval(); });
+    return m_helpers.authorisation.demanded([this] { stopRun(); });
 }
 
 bool ScanController::tryToRemoveFileAtPath(const std::string& path) {

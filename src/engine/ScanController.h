@@ -36,7 +36,7 @@ class MainView {
 /// removals over one after the other, adds up their figures and reports how a run ended.
 ///
 /// Actions and what they change belong to the main thread; figures may be asked for on any. A removal runs on a thread
-/// of its own, one at a time: a second one asked for meanwhile is dropped.
+/// of its own, one at a time: a second one asked for meanwhile is dropped, and so is one asked for during a scan.
 class ScanController final : public ScanCoordinator {
   public:
     /// What the coordinator leaves to others; all outlive it.
@@ -121,6 +121,7 @@ class ScanController final : public ScanCoordinator {
   private:
     void prepareInterfaceForAnaliz();
     void beginScan(bool canPause);
+    void joinScanThreads();
     void prepareInterfaceForRemoval();
     void startRemoveProcess();
     void startGlobalRemoveThread();

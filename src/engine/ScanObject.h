@@ -3,6 +3,7 @@
 #include "engine/ScanControllerProtocol.h"
 #include "engine/tree/Icon.h"
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 
@@ -63,7 +64,7 @@ class ScanObject final {
     std::string m_description = "description";
     bool m_isHeaderRow = false;
     bool m_checkable = true;
-    bool m_checked = true;
+    std::atomic<bool> m_checked = true; ///< read by the removal's thread too
     ADScanControllerView* m_controller = nullptr;
 };
 

@@ -33,6 +33,11 @@ IgnoreListController::IgnoreListController(UserDefaults& defaults, const SWAppli
                                            SystemLog& log)
     : m_defaults(defaults), m_applications(applications), m_log(log) {}
 
+void IgnoreListController::fetchOthersChanges() {
+    // All lists are one value: without this, what another Sweeply remembered since we read it would be forgotten.
+    (void)m_defaults.synchronize();
+}
+
 plist::Dictionary IgnoreListController::storedLists() const {
     auto stored = m_defaults.objectForKey(kDisabledNodes);
     auto* lists = stored ? stored->asDictionary() : nullptr;
@@ -79,6 +84,7 @@ std::size_t IgnoreListController::addKeys(const std::vector<std::string>& keys, 
     if (keys.empty())
         return 0;
     std::lock_guard lock(m_mutex);
+    fetchOthersChanges();
     auto lists = storedLists();
     auto remembered = textsOf(lists.find(moduleKey));
     remembered.insert(remembered.end(), keys.begin(), keys.end());
@@ -88,6 +94,7 @@ std::size_t IgnoreListController::addKeys(const std::vector<std::string>& keys, 
 
 std::size_t IgnoreListController::removeKeys(const std::vector<std::string>& keys, std::string_view moduleKey) {
     std::lock_guard lock(m_mutex);
+    fetchOthersChanges();
     auto lists = storedLists();
     if (!lists.find(moduleKey))
         return 0;

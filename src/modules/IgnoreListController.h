@@ -39,6 +39,7 @@ class IgnoreListController final : public IgnoreList {
   private:
     [[nodiscard]] std::vector<std::string> keysOf(const std::vector<const Node*>& nodes,
                                                   std::string_view moduleKey) const;
+    void fetchOthersChanges();
     [[nodiscard]] plist::Dictionary storedLists() const;
     void store(plist::Dictionary lists, std::string_view moduleKey, const std::vector<std::string>& keys);
 

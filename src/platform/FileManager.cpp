@@ -24,8 +24,7 @@ Failure failed(std::string_view path) { return Failure(systemError(errno, path))
 
 Result<std::string> pathOfDescriptor(int fd, std::string_view path) {
     std::array<char, PATH_MAX> buffer;
-    const ssize_t length =
-        ::readlink(("/proc/self/fd/" + std::to_string(fd)).c_str(), buffer.data(), buffer.size());
+    const ssize_t length = ::readlink(("/proc/self/fd/" + std::to_string(fd)).c_str(), buffer.data(), buffer.size());
     if (length < 0)
         return failed(path);
     return std::string(buffer.data(), static_cast<std::size_t>(length));
@@ -46,7 +45,7 @@ Result<void> writeAll(int fd, std::string_view contents, std::string_view path) 
 /// What root makes in somebody's folder belongs to that somebody: a preferences file that its user cannot write again
 /// would be lost to them.
 void giveToOwnerOf(int parent, int fd) {
-    struct stat status{};
+    struct stat status {};
     if (::geteuid() == 0 && ::fstat(parent, &status) == 0)
         (void)!::fchown(fd, status.st_uid, status.st_gid);
 }
@@ -99,7 +98,7 @@ Result<FileAttributes> FileManager::attributesOfItemAtPath(std::string_view path
     auto fd = openReference(path, links);
     if (!fd)
         return Failure(fd.error());
-    struct stat status{};
+    struct stat status {};
     if (::fstat(fd->get(), &status) != 0)
         return failed(path);
     return attributesFrom(status);
@@ -126,7 +125,7 @@ Result<std::string> FileManager::contentsAtPath(std::string_view path, std::size
     auto fd = openInRoot(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (!fd)
         return Failure(fd.error());
-    struct stat status{};
+    struct stat status {};
     if (::fstat(fd->get(), &status) != 0)
         return failed(path);
     if (!S_ISREG(status.st_mode))
@@ -187,7 +186,7 @@ Result<std::string> FileManager::hostPath(std::string_view path) const {
     auto located = locate(path);
     if (!located)
         return Failure(located.error());
-    struct stat status{};
+    struct stat status {};
     if (::fstatat(located->parent.get(), located->name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return failed(path);
     auto parent = pathOfDescriptor(located->parent.get(), path);
@@ -239,7 +238,7 @@ Result<void> FileManager::writeAtomically(std::string_view path, std::string_vie
     if (!fd)
         return failed(path);
     giveToOwnerOf(parent, fd.get());
-    struct stat old{};
+    struct stat old {};
     if (::fstatat(parent, located->name.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(old.st_mode)) {
         (void)!::fchown(fd.get(), old.st_uid, old.st_gid); // only root can; else the new owner is who writes
         ::fchmod(fd.get(), old.st_mode & 07777);
@@ -310,12 +309,22 @@ Result<FileManager::Located> FileManager::locateForRemoval(std::string_view path
                     std::string(lastPathComponent(place))};
     if (!located.parent)
         return errno == ELOOP ? refused("a folder on the way is a symbolic link") : failed(path);
-    struct stat status{};
+    struct stat status {};
     if (::fstatat(located.parent.get(), located.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return failed(path);
     if (S_ISDIR(status.st_mode) && m_guard.isProtected({status.st_dev, status.st_ino}))
         return refused("a protected folder is never removed");
     return located;
+}
+
+Result<UniqueFd> FileManager::openReferenceForRemoval(std::string_view path) const {
+    auto located = locateForRemoval(path);
+    if (!located)
+        return Failure(located.error());
+    UniqueFd fd(::openat(located->parent.get(), located->name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    if (!fd)
+        return failed(path);
+    return fd;
 }
 
 Result<void> FileManager::removeItemAtPath(std::string_view path) {
@@ -334,19 +343,28 @@ Result<void> FileManager::removeItemAtPath(std::string_view path) {
 void FileManager::refreshGuard() {
     std::set<RemovalGuard::Identity> identities;
     m_knownLinks.clear();
+    const auto identify = [&](const std::string& path) {
+        auto folder = openInRoot(path, O_PATH | O_DIRECTORY);
+        struct stat status {};
+        if (folder && ::fstat(folder->get(), &status) == 0)
+            identities.emplace(status.st_dev, status.st_ino);
+        return folder;
+    };
     const auto look = [&](const std::string& path) {
-        const auto folder = openInRoot(path, O_PATH | O_DIRECTORY);
-        struct stat status{};
-        if (!folder || ::fstat(folder->get(), &status) != 0)
+        const auto folder = identify(path);
+        if (!folder)
             return;
-        identities.emplace(status.st_dev, status.st_ino);
         auto place = pathOfDescriptor(folder->get(), path);
         if (!place)
             return;
         if (m_rootPath != "/")
             place->erase(0, m_rootPath.size());
-        if (*place != path && place->starts_with('/'))
-            m_knownLinks.emplace(path, std::move(*place));
+        if (*place == path || !place->starts_with('/'))
+            return;
+        // The folders that it stands in would take it with them.
+        for (auto above = pathWithoutLastComponent(*place); above.size() > 1; above = pathWithoutLastComponent(above))
+            identify(std::string(above));
+        m_knownLinks.emplace(path, std::move(*place));
     };
     look("/");
     for (const auto& path : m_guard.paths())

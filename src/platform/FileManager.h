@@ -110,10 +110,13 @@ class FileManager final {
 
     /// Finds the item for a removal by other means (a tool with more rights) after the same checks as removeItemAtPath.
     [[nodiscard]] Result<Located> locateForRemoval(std::string_view path) const;
+    /// The same item as openReference gives it, a link as a link: for emptying it in place.
+    [[nodiscard]] Result<UniqueFd> openReferenceForRemoval(std::string_view path) const;
 
     /// What removals refuse. Filled by whoever builds the program, before threads start.
     [[nodiscard]] RemovalGuard& guard() { return m_guard; }
-    /// Looks again which folders the protected paths are: at the start of every run of removals, while none is under way.
+    /// Looks again which folders the protected paths are: at the start of every run of removals, while none is under
+    /// way.
     ///
     /// A protected path that leads through links ("/var", a caches folder moved to another volume) is known from then
     /// on. Any other link on the way to an item makes its removal fail: it was no link when the item was found.

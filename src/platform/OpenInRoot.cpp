@@ -24,12 +24,16 @@ constexpr int kMaximumLinks = 40; // what Linux follows before it says ELOOP
 /// Puts the components of `path` before those that are still to come.
 void prepend(std::deque<std::string>& components, std::string_view path) {
     std::deque<std::string> all;
+    // "file/" is no file, and "link/" not the link itself.
+    const bool mustBeFolder = path.ends_with('/') || path == "." || path.ends_with("/.");
     while (!path.empty()) {
         const auto slash = path.find('/');
         if (const auto component = path.substr(0, slash); !component.empty() && component != ".")
             all.emplace_back(component);
         path.remove_prefix(slash == std::string_view::npos ? path.size() : slash + 1);
     }
+    if (mustBeFolder)
+        all.emplace_back(".");
     components.insert(components.begin(), all.begin(), all.end());
 }
 
@@ -67,11 +71,17 @@ int openInRootByWalking(int root, const std::string& path, int flags, MiddleLink
     std::deque<std::string> components;
     prepend(components, path);
     int linksFollowed = 0;
+    if (path.empty()) {
+        errno = ENOENT;
+        return -1;
+    }
 
     while (!components.empty()) {
         const std::string name = std::move(components.front());
         components.pop_front();
         const bool isLast = components.empty();
+        if (name == ".") // everything before it is a folder
+            continue;
         if (name == "..") {
             if (!folders.empty())
                 folders.pop_back();
@@ -80,7 +90,7 @@ int openInRootByWalking(int root, const std::string& path, int flags, MiddleLink
         UniqueFd item(::openat(here(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
         if (!item)
             return -1;
-        struct stat status{};
+        struct stat status {};
         if (::fstat(item.get(), &status) != 0)
             return -1;
         if (S_ISLNK(status.st_mode) && !(isLast && (flags & O_NOFOLLOW))) {

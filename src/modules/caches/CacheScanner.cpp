@@ -25,8 +25,10 @@ Node::Pointer CacheNodeMaker::nodeFor(std::string_view name, std::string path) c
 
 void scanCachesInPath(const std::string& path, ADScanController& module, const CacheServices& services) {
     if (!services.files.fileExistsAtPath(path)) {
-        if (const auto made = services.files.createDirectoryAtPath(path); !made)
+        if (const auto made = services.files.createDirectoryAtPath(path); !made) {
             module.reportProblem(made.error());
+            return;
+        }
     }
     const auto entries = services.files.contentsOfDirectoryAtPath(path);
     if (!entries) {

@@ -51,13 +51,16 @@ bool PhotoSyncCachesController::holdsPhotos(const std::string& path) const {
 void PhotoSyncCachesController::scanThread() {
     prepareForScan();
     const std::string& home = m_caches.folders.home;
-    if (const auto entries = m_caches.files.contentsOfDirectoryAtPath(home))
-        incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
-    else
+    const auto entries = m_caches.files.contentsOfDirectoryAtPath(home);
+    if (!entries) {
         reportProblem(entries.error());
+        return;
+    }
+    incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
     const CacheNodeMaker maker(m_caches);
     auto walk = m_caches.files.enumeratorAtPath(home);
     while (const auto entry = walk.next()) {
+        waitWhilePaused();
         if (stopped())
             return;
         if (entry->level == 0)
@@ -82,7 +85,6 @@ void PhotoSyncCachesController::scanThread() {
             sleepAfterItem();
             rootNodeChanged();
         }
-        waitWhilePaused();
     }
     if (const auto& failure = walk.failure())
         reportProblem({failure->kind, joinedPath(home, failure->path), failure->reason});
@@ -90,9 +92,13 @@ void PhotoSyncCachesController::scanThread() {
 
 bool PhotoSyncCachesController::cleanThisNode(Node& node) {
     const auto attributes = m_caches.files.attributesOfItemAtPath(node.path(), Links::DontFollow);
-    if (!attributes || attributes->type != FileType::Directory)
-        return false; // gone, or something else by now
+    if (!attributes)
+        return attributes.error().kind == ErrorKind::NotFound;
+    if (attributes->type != FileType::Directory)
+        return false; // something else by now
     const auto entries = m_caches.files.contentsOfDirectoryAtPath(node.path());
+    if (!entries)
+        reportProblem(entries.error());
     return entries && std::ranges::all_of(*entries, [&](const DirectoryEntry& entry) {
                return isBookkeeping(entry.name) || tryToRemoveFileAtPath(joinedPath(node.path(), entry.name));
            });

@@ -1,0 +1,75 @@
+#include "engine/tree/Node.h"
+
+#include <benchmark/benchmark.h>
+#include <string>
+#include <vector>
+
+namespace sweeply {
+namespace {
+
+std::string pathOf(std::int64_t number) { return "/Users/sam/Library/Caches/entry-" + std::to_string(number); }
+
+/// A module's root with one folder node of `count` files.
+struct Results {
+    explicit Results(std::int64_t count) {
+        root->addChild(folder);
+        files.reserve(static_cast<std::size_t>(count));
+        for (std::int64_t i = 0; i < count; ++i) {
+            std::string path = pathOf(i);
+            files.push_back(Node::nodeWithName(path.substr(path.rfind('/') + 1), Icon::ItsOwn, 0, 4096, path, true));
+            folder->addChild(files.back());
+        }
+    }
+
+    Node::Pointer root = Node::nodeWithName("root", Icon::None, 0, 0);
+    Node::Pointer folder = Node::nodeWithName("folder", Icon::None, 0, 0);
+    std::vector<Node::Pointer> files;
+};
+
+void addOneByOne(benchmark::State& state) {
+    for (auto _ : state) {
+        Results results(state.range(0));
+        benchmark::DoNotOptimize(results.root->longSize());
+        state.PauseTiming();
+        results.root.reset();
+        results.folder.reset();
+        results.files.clear();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+/// As a removal does: one after the other from the front, the totals looked at after each.
+void removeOneByOne(benchmark::State& state) {
+    for (auto _ : state) {
+        state.PauseTiming();
+        Results results(state.range(0));
+        state.ResumeTiming();
+        for (const auto& file : results.files) {
+            results.folder->removeChild(*file);
+            benchmark::DoNotOptimize(results.root->longSize());
+        }
+        state.PauseTiming();
+        results.files.clear();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void toggleOneByOne(benchmark::State& state) {
+    const Results results(state.range(0));
+    for (auto _ : state) {
+        for (const auto& file : results.files) {
+            file->becomeEnabled(!file->ifEnabled());
+            benchmark::DoNotOptimize(results.root->longSize());
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+BENCHMARK(addOneByOne)->Arg(100'000)->Arg(200'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(removeOneByOne)->Arg(100'000)->Arg(200'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(toggleOneByOne)->Arg(100'000)->Arg(200'000)->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace sweeply
