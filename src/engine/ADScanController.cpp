@@ -86,7 +86,7 @@ bool ADScanController::ifAlreadyAddedFile(const std::string& path, const Node& n
 
 void ADScanController::rootNodeChanged() {
     m_services.notifications.post(DataUpdated{});
-    if (!m_viewDelegate || m_viewUpdatePending.exchange(true))
+    if (!m_viewDelegate || !m_viewDelegate->showsResults() || m_viewUpdatePending.exchange(true))
         return;
     m_services.mainThread.runLater([this] {
         m_viewUpdatePending = false;
@@ -95,7 +95,7 @@ void ADScanController::rootNodeChanged() {
 }
 
 void ADScanController::updateInterfaceAndWaitUntilDone(bool wait) {
-    if (m_viewDelegate) {
+    if (m_viewDelegate && m_viewDelegate->showsResults()) {
         const auto update = [this] { m_viewDelegate->updateView(); };
         if (wait)
             m_services.mainThread.runAndWait(update);

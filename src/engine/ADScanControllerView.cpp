@@ -31,9 +31,9 @@ bool ADScanControllerView::isBusy() const { return ifScanRunning() || m_globalSc
 
 void ADScanControllerView::updateViews() {
     if (m_contentOutline)
-        m_contentOutline->reloadData();
+        contentOutline()->reloadData();
     if (m_contentTable)
-        m_contentTable->reloadData();
+        contentTable()->reloadData();
 }
 
 void ADScanControllerView::quickScan() {
@@ -77,7 +77,7 @@ void ADScanControllerView::toggleOutlineItem(Node& node) {
     }
     rootNodeChanged();
     if (m_contentOutline)
-        m_contentOutline->reloadData();
+        contentOutline()->reloadData();
     refreshInterface();
 }
 
@@ -187,7 +187,7 @@ void ADScanControllerView::sortDescriptorsDidChange(const std::vector<SortDescri
         rootNode()->sortArrayUsingDescriptors(descriptors);
     }
     if (m_contentOutline)
-        m_contentOutline->reloadData();
+        contentOutline()->reloadData();
 }
 
 bool ADScanControllerView::validateDrop() const { return shouldRespondToDragEvents() && !isBusy(); }

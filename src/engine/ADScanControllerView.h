@@ -3,6 +3,7 @@
 #include "engine/ADScanController.h"
 #include "engine/ResultViews.h"
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -75,6 +76,7 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
     std::optional<bool> authorisationDemanded() override;
     bool tryToRemoveFileAtPath(const std::string& path) override;
     bool tryToSecurelyRemoveFileAtPath(const std::string& path) override;
+    [[nodiscard]] bool showsResults() const override { return m_contentOutline || m_contentTable; }
     void updateView() override { updateViews(); }
     void updatedNode(Node&) override { updateViews(); }
     void refreshInterface() override;
@@ -87,8 +89,8 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
     void showAfterRemovalFromList();
 
     ScanCoordinator& m_globalScanController;
-    ContentOutline* m_contentOutline = nullptr;
-    ContentTable* m_contentTable = nullptr;
+    std::atomic<ContentOutline*> m_contentOutline = nullptr; ///< workers look whether there is one
+    std::atomic<ContentTable*> m_contentTable = nullptr;
     ScanObject* m_scanObject = nullptr;
 };
 

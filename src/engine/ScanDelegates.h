@@ -35,6 +35,8 @@ class ScanViewDelegate {
   public:
     virtual ~ScanViewDelegate() = default;
 
+    /// Is there anything on screen to update? Without it workers spare themselves the calls below. Any thread.
+    [[nodiscard]] virtual bool showsResults() const { return false; }
     virtual void updateView() {}
     virtual void updatedNode(Node&) {}
     virtual void refreshInterface() {}
