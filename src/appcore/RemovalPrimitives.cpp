@@ -125,19 +125,19 @@ bool RemovalPrimitives::tryToEmptyFileAtPath(const std::string& path) {
     // root's rules. A link is not followed: what it leads to is not what somebody chose to lose.
     const auto file = m_files.openReferenceForRemoval(path);
     if (!file && file.error().kind != ErrorKind::NotFound)
-        return failed(file.error());
+        return failed(path, file.error());
     struct stat status {};
     if (!file || ::fstat(file->get(), &status) != 0 || S_ISDIR(status.st_mode))
         return false;
     if (!S_ISREG(status.st_mode))
-        return failed({ErrorKind::WrongType, path, "not a regular file, so it cannot be emptied"});
+        return failed(path, {ErrorKind::WrongType, path, "not a regular file, so it cannot be emptied"});
     const bool breaksShell = path.find('"') != std::string::npos;
     if (!breaksShell &&
         shell(formatText("echo > \"%@\"", {"/dev/fd/" + std::to_string(file->get())}), -1, {file->get()}))
         return true;
     if (!m_privileged.isAuthorised())
         return failed(path, breaksShell ? breaksTheShellForm(path)
-                                  : Error{ErrorKind::PermissionDenied, path, "could not be emptied"});
+                                        : Error{ErrorKind::PermissionDenied, path, "could not be emptied"});
     const std::string descriptor = "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(file->get());
     if (!m_privileged.executeCommandWithPrivilidges("/bin/sh", {"-c", "/bin/echo > \"" + descriptor + "\""}, -1))
         return failed(path, {ErrorKind::Other, path, "could not be emptied with administrator rights"});
