@@ -144,7 +144,8 @@ class TestWorld {
         return added;
     }
 
-    void waitUntil(const std::function<bool()>& done) { loop.runUntil(done); }
+    /// Asks again and again: what a worker does need not pass the main thread.
+    void waitUntil(const std::function<bool()>& done) { loop.runUntil(done, std::chrono::milliseconds(1)); }
     /// Runs what was handed over so far.
     void runPending() {
         bool isReached = false;
