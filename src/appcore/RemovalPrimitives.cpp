@@ -137,7 +137,7 @@ bool RemovalPrimitives::tryToEmptyFileAtPath(const std::string& path) {
         return true;
     if (!m_privileged.isAuthorised())
         return failed(path, breaksShell ? breaksTheShellForm(path)
-                                  : Error{ErrorKind::PermissionDenied, path, "could not be emptied"});
+                                        : Error{ErrorKind::PermissionDenied, path, "could not be emptied"});
     const std::string descriptor = "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(file->get());
     if (!m_privileged.executeCommandWithPrivilidges("/bin/sh", {"-c", "/bin/echo > \"" + descriptor + "\""}, -1))
         return failed(path, {ErrorKind::Other, path, "could not be emptied with administrator rights"});

@@ -94,7 +94,7 @@ void ADGroupScanController::prepareForGlobalClean() {
 }
 
 void ADGroupScanController::startScan() {
-    joinScanThreads();
+    joinScanThread();
     // Held until all have started: one that ends at once must not find the next one idle and mark it stopped.
     std::lock_guard lock(m_stopMutex);
     continueRun();
@@ -103,14 +103,15 @@ void ADGroupScanController::startScan() {
         controller->startScan();
 }
 
-void ADGroupScanController::joinScanThreads() {
+void ADGroupScanController::joinScanThread() {
+    ADScanControllerView::joinScanThread();
     for (const auto& controller : m_scanControllers)
         controller->joinScanThread();
 }
 
 void ADGroupScanController::startClean() {
     // The last scan's threads may still be telling that they stopped, which must not stop this clean.
-    joinScanThreads();
+    joinScanThread();
     setStopped(false);
     prepareForGlobalClean();
     const auto needsRights = std::ranges::any_of(m_scanControllers, [](const auto& controller) {

@@ -35,6 +35,7 @@ class ADGroupScanController : public ADScanControllerView {
     void setPaused(bool paused) override;
     void setStopped(bool stopped) override;
     void prepareForGlobalClean() override;
+    void joinScanThread() override;
     void startScan() override;
     void startClean() override;
     /// A sub-module's run ended: the group and its idle sub-modules are stopped once none with anything checked still
@@ -42,8 +43,6 @@ class ADGroupScanController : public ADScanControllerView {
     void childControllerStopped() override;
 
   private:
-    void joinScanThreads();
-
     std::vector<std::unique_ptr<ADScanController>> m_scanControllers;
     std::mutex m_stopMutex; ///< sub-modules end at the same time
 };

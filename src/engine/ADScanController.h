@@ -136,7 +136,7 @@ class ADScanController : public ScanControllerProtocol, public WorkControl {
     void prepareForClean() override;
     virtual void finishClean();
     /// Waits for the end of the last scan's thread. Main thread or the cleaning one.
-    void joinScanThread();
+    virtual void joinScanThread();
     /// Ends whatever runs and waits for it.
     void stopAndJoin();
 

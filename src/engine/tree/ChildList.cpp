@@ -37,6 +37,7 @@ std::vector<ChildList::Pointer> ChildList::takeEqual(const Node& child) {
         return taken;
     }
     if (m_count <= kShortList) {
+        m_byPath.reset();
         for (std::size_t slot = m_slots.size(); slot-- > 0;) {
             if (slot < m_slots.size() && m_slots[slot] && m_slots[slot]->isEqual(child))
                 taken.push_back(takeSlot(slot));
@@ -51,15 +52,25 @@ std::vector<ChildList::Pointer> ChildList::takeEqual(const Node& child) {
                 m_byPath->emplace(present->path(), present.get());
         }
     }
-    // One at a time: taking a child out may squeeze the list and give the others new slots.
-    for (auto found = m_byPath->find(child.path()); found != m_byPath->end(); found = m_byPath->find(child.path()))
+    const auto [first, last] = m_byPath->equal_range(child.path());
+    for (auto found = first; found != last; ++found)
         taken.push_back(takeSlot(found->second->m_slot));
+    m_byPath->erase(first, last); // the keys are the paths of those just taken
     return taken;
 }
 
 ChildList::Pointer ChildList::takeAt(std::size_t index) {
     squeeze();
-    return index < m_slots.size() ? takeSlot(index) : nullptr;
+    if (index >= m_slots.size())
+        return nullptr;
+    if (m_byPath) {
+        const auto [first, last] = m_byPath->equal_range(m_slots[index]->path());
+        if (const auto found =
+                std::find_if(first, last, [&](const auto& entry) { return entry.second == m_slots[index].get(); });
+            found != last)
+            m_byPath->erase(found);
+    }
+    return takeSlot(index);
 }
 
 std::vector<ChildList::Pointer> ChildList::takeAll() {
@@ -71,15 +82,6 @@ std::vector<ChildList::Pointer> ChildList::takeAll() {
 
 ChildList::Pointer ChildList::takeSlot(std::size_t slot) {
     Pointer child = std::move(m_slots[slot]);
-    if (m_byPath) {
-        const auto [first, last] = m_byPath->equal_range(child->path());
-        for (auto found = first; found != last; ++found) {
-            if (found->second == child.get()) {
-                m_byPath->erase(found);
-                break;
-            }
-        }
-    }
     --m_count;
     while (!m_slots.empty() && !m_slots.back())
         m_slots.pop_back();

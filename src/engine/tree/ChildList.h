@@ -36,6 +36,7 @@ class ChildList final {
   private:
     using PathIndex = std::unordered_multimap<std::string_view, Node*>;
 
+    /// Leaves the index as it is.
     Pointer takeSlot(std::size_t slot);
     void squeeze() const;
     [[nodiscard]] bool holds(const Node& child) const;

@@ -1,0 +1,186 @@
+#pragma once
+
+#include "appcore/FolderConstants.h"
+#include "appcore/PrivilegedExecution.h"
+#include "appcore/RemovalPrimitives.h"
+#include "appcore/Target.h"
+#include "engine/AuthorisationSession.h"
+#include "engine/IgnoreList.h"
+#include "engine/RunReports.h"
+#include "engine/ScanController.h"
+#include "engine/SpaceStatistics.h"
+#include "platform/Alerts.h"
+#include "platform/Authorization.h"
+#include "platform/Pace.h"
+#include "platform/Process.h"
+#include "platform/RunLoop.h"
+#include "platform/ToolTable.h"
+#include "platform/UserDefaults.h"
+
+#include <functional>
+#include <map>
+
+namespace sweeply {
+
+/// Answers by the title's script, else with the safe button, and keeps what was shown.
+class ScriptedAlerts final : public Alerts {
+  public:
+    AlertAnswer runAlert(const Alert& alert) override {
+        shown.push_back(alert);
+        const auto script = answers.find(alert.title);
+        return {script == answers.end() ? alert.safeButton : script->second, false};
+    }
+    /// "TITLE|TEXT" of each.
+    std::vector<std::string> texts() const {
+        std::vector<std::string> texts;
+        for (const auto& alert : shown)
+            texts.push_back(alert.title + "|" + alert.text);
+        return texts;
+    }
+
+    std::map<std::string, std::size_t> answers;
+    std::vector<Alert> shown;
+};
+
+class RecordingNotifications final : public DesktopNotifications {
+  public:
+    void show(const DesktopNotification& note) override {
+        shown.push_back(note.name + "|" + note.title + "|" + note.description);
+    }
+    bool isApplicationActive() const override { return isActive; }
+    void requestUserAttention() override { ++attentions; }
+
+    bool isActive = false;
+    int attentions = 0;
+    std::vector<std::string> shown;
+};
+
+/// Lends rights without asking, and runs tools with those of the test. `beforeRun` stands for what more rights would
+/// make possible.
+class FakeAuthorization final : public Authorization {
+  public:
+    AuthorizationResult create() override { return {}; }
+    AuthorizationResult copyRights() override {
+        if (isRefusing)
+            return tl::unexpected(AuthorizationFailure{-60006, "refused"});
+        return {};
+    }
+    void giveBack() override { ++givenBack; }
+    Result<int> run(const std::string& program, const std::vector<std::string>& arguments, int folder) override {
+        calls.push_back(arguments);
+        if (beforeRun)
+            beforeRun();
+        ProcessOptions options;
+        options.workingDirectory = folder;
+        return runProcess(program, arguments, options).map([](const ProcessResult& ended) { return ended.exitStatus; });
+    }
+
+    bool isRefusing = false;
+    int givenBack = 0;
+    std::function<void()> beforeRun;
+    std::vector<std::vector<std::string>> calls;
+};
+
+class RecordingIgnoreList final : public IgnoreList {
+  public:
+    std::vector<std::string> ignoreListForController(std::string_view) const override { return {}; }
+    void addToIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view key) override {
+        record("add", nodes, key);
+    }
+    void removeFromIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view key) override {
+        record("remove", nodes, key);
+    }
+
+    std::vector<std::string> changes;
+
+  private:
+    void record(std::string text, const std::vector<const Node*>& nodes, std::string_view key) {
+        text += " " + std::string(key);
+        for (const Node* node : nodes)
+            text += " " + node->path();
+        changes.push_back(text);
+    }
+};
+
+/// Everything around the modules, over a small volume of the user "sam": a program without a window. Modules are added
+/// to `coordinator`, made anew by restart(), which stands for another process on the same volume.
+class TestWorld {
+  public:
+    static constexpr const char* kPreferences = "/Users/sam/Library/Preferences/com.brindle.Sweeply.plist";
+
+    explicit TestWorld(SizeUnits sizeUnits = SizeUnits::Decimal) : units(sizeUnits) {
+        for (const char* folder : {"/Library/Caches", "/Users/sam/Library/Caches", "/Users/sam/Library/Preferences"})
+            target.makeFolder(folder);
+        for (const auto& folder : folders.protectedFolders())
+            target.files().guard().protect(folder);
+        restart();
+    }
+
+    FileManager& files() { return target.files(); }
+    EngineServices services() { return {*defaults, *notifications, loop, log, treeLock, pace, units}; }
+    bool exists(const std::string& path) { return files().attributesOfItemAtPath(path, Links::DontFollow).has_value(); }
+
+    void restart(IgnoreList* list = nullptr) {
+        end();
+        notifications = std::make_unique<NotificationCenter>();
+        defaults = std::make_unique<UserDefaults>(files(), kPreferences, log);
+        authorisation = std::make_unique<AuthorisationSession>(privileged, alerts, loop, log, false);
+        statistics = std::make_unique<SpaceStatistics>(services());
+        coordinator = std::make_unique<ScanController>(
+            services(), ScanController::Helpers{removals, *authorisation, reports, *statistics, list ? *list : ignored,
+                                                [] { return std::string("June 1, 2009"); }});
+    }
+    void end() {
+        coordinator.reset();
+        statistics.reset();
+    }
+
+    /// Hands a module of that view code to the coordinator.
+    template<typename Module>
+    Module& add(std::uint8_t viewCode, std::unique_ptr<Module> module) {
+        auto& added = *module;
+        coordinator->addModule(std::make_unique<ScanObject>("row", "", Icon::None, Icon::None, viewCode),
+                               std::move(module));
+        return added;
+    }
+
+    /// Asks again and again: what a worker does need not pass the main thread.
+    void waitUntil(const std::function<bool()>& done) { loop.runUntil(done, std::chrono::milliseconds(1)); }
+    /// Runs what was handed over so far.
+    void runPending() {
+        bool isReached = false;
+        loop.runLater([&] { isReached = true; });
+        waitUntil([&] { return isReached; });
+    }
+    void scan() {
+        coordinator->startScan();
+        waitUntil([this] { return !coordinator->isScanning(); });
+    }
+    void remove() {
+        coordinator->remove();
+        waitUntil([this] { return !coordinator->isRemoving(); });
+    }
+
+    Target target;
+    const SizeUnits units;
+    const FolderConstants folders{"sam"};
+    RecordingLog log;
+    RunLoop loop;
+    TreeLock treeLock;
+    Pace pace = Pace::full();
+    ScriptedAlerts alerts;
+    RecordingNotifications desktop;
+    FakeAuthorization rights;
+    const ToolTable tools{"/nonexistent", ToolTable::Host::Other};
+    PrivilegedExecution privileged{rights, tools, log};
+    RemovalPrimitives removals{target.files(), folders, privileged, tools, log};
+    RunReports reports{alerts, desktop, units};
+    RecordingIgnoreList ignored;
+    std::unique_ptr<NotificationCenter> notifications;
+    std::unique_ptr<UserDefaults> defaults;
+    std::unique_ptr<AuthorisationSession> authorisation;
+    std::unique_ptr<SpaceStatistics> statistics;
+    std::unique_ptr<ScanController> coordinator;
+};
+
+} // namespace sweeply
