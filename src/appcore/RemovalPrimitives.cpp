@@ -49,6 +49,8 @@ void RemovalPrimitives::startRun() {
     m_couldntRemoveSomething = false;
 }
 
+void RemovalPrimitives::finishRun() { m_files.forgetFoldersOfRemovals(); }
+
 std::vector<RemovalFailure> RemovalPrimitives::failures() const {
     std::lock_guard lock(m_mutex);
     return m_failures;

@@ -50,6 +50,8 @@ class RemovalPrimitives final {
     [[nodiscard]] std::vector<RemovalFailure> failures() const;
     /// A run starts: forgets failures, and looks again which folders are protected. No removal may be under way.
     void startRun();
+    /// The run is over: nothing of the volume is held any longer.
+    void finishRun();
 
   private:
     bool failed(const std::string& path, Error error);

@@ -323,6 +323,7 @@ void ScanController::startGlobalRemoveThread() {
 }
 
 void ScanController::updateInterfaceAfterRemoval() {
+    m_helpers.removals.finishRun();
     m_stopping = false;
     m_removing = false;
     m_buttons.showIdle(m_workMode);

@@ -295,26 +295,51 @@ std::string FileManager::withoutKnownLinks(std::string_view path) const {
     return normalisedPath(path);
 }
 
-Result<FileManager::Located> FileManager::locateForRemoval(std::string_view path) const {
+Result<FileManager::RemovalPlace> FileManager::placeForRemoval(std::string_view path) const {
     const auto refused = [&](std::string reason) {
         return Failure(Error{ErrorKind::Protected, std::string(path), std::move(reason)});
     };
     if (auto reason = m_guard.reasonAgainst(path); !reason.empty())
         return refused(std::move(reason));
-    const std::string place = withoutKnownLinks(path);
-    if (auto reason = m_guard.reasonAgainst(place); !reason.empty())
-        return refused(std::move(reason));
-    Located located{UniqueFd(sweeply::openInRoot(m_root.get(), "." + std::string(pathWithoutLastComponent(place)),
-                                                 O_PATH | O_DIRECTORY, MiddleLinks::Refuse)),
-                    std::string(lastPathComponent(place))};
-    if (!located.parent)
-        return errno == ELOOP ? refused("a folder on the way is a symbolic link") : failed(path);
+    const std::string normalised = normalisedPath(path);
+    const auto folder = pathWithoutLastComponent(normalised);
+    std::string name(lastPathComponent(normalised));
+
+    std::lock_guard lock(m_lastFolderMutex);
+    if (!m_lastFolder.fd || m_lastFolder.path != folder) {
+        std::string place = withoutKnownLinks(folder);
+        UniqueFd fd(sweeply::openInRoot(m_root.get(), "." + place, O_PATH | O_DIRECTORY, MiddleLinks::Refuse));
+        if (!fd)
+            return errno == ELOOP || errno == ENOTDIR ? refused("a folder on the way is a link, or none any more")
+                                                      : failed(path);
+        m_lastFolder = {std::string(folder), std::move(place), std::make_shared<const UniqueFd>(std::move(fd))};
+    }
+    if (m_lastFolder.place != folder) {
+        if (auto reason = m_guard.reasonAgainst(joinedPath(m_lastFolder.place, name)); !reason.empty())
+            return refused(std::move(reason));
+    }
+    return RemovalPlace{m_lastFolder.fd, std::move(name)};
+}
+
+Result<void> FileManager::refuseProtectedFolder(const RemovalPlace& place, std::string_view path) const {
     struct stat status {};
-    if (::fstatat(located.parent.get(), located.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (::fstatat(place.parent->get(), place.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return failed(path);
     if (S_ISDIR(status.st_mode) && m_guard.isProtected({status.st_dev, status.st_ino}))
-        return refused("a protected folder is never removed");
-    return located;
+        return Failure(Error{ErrorKind::Protected, std::string(path), "a protected folder is never removed"});
+    return {};
+}
+
+Result<FileManager::Located> FileManager::locateForRemoval(std::string_view path) const {
+    auto place = placeForRemoval(path);
+    if (!place)
+        return Failure(place.error());
+    if (auto allowed = refuseProtectedFolder(*place, path); !allowed)
+        return Failure(allowed.error());
+    UniqueFd parent(::fcntl(place->parent->get(), F_DUPFD_CLOEXEC, 0));
+    if (!parent)
+        return failed(path);
+    return Located{std::move(parent), std::move(place->name)};
 }
 
 Result<UniqueFd> FileManager::openReferenceForRemoval(std::string_view path) const {
@@ -328,10 +353,17 @@ Result<UniqueFd> FileManager::openReferenceForRemoval(std::string_view path) con
 }
 
 Result<void> FileManager::removeItemAtPath(std::string_view path) {
-    auto located = locateForRemoval(path);
-    if (!located)
-        return Failure(located.error());
-    auto removed = removeTree(located->parent.get(), located->name);
+    const auto place = placeForRemoval(path);
+    if (!place)
+        return Failure(place.error());
+    // What is no folder goes here; only of folders can one be protected under another name.
+    if (::unlinkat(place->parent->get(), place->name.c_str(), 0) == 0)
+        return {};
+    if (errno != EISDIR && errno != EPERM) // EPERM: a folder, in the words of some systems
+        return failed(path);
+    if (auto allowed = refuseProtectedFolder(*place, path); !allowed)
+        return allowed;
+    auto removed = removeTree(place->parent->get(), place->name);
     if (!removed) {
         Error error = removed.error();
         error.path = joinedPath(pathWithoutLastComponent(normalisedPath(path)), error.path);
@@ -340,9 +372,15 @@ Result<void> FileManager::removeItemAtPath(std::string_view path) {
     return {};
 }
 
+void FileManager::forgetFoldersOfRemovals() {
+    std::lock_guard lock(m_lastFolderMutex);
+    m_lastFolder = {};
+}
+
 void FileManager::refreshGuard() {
     std::set<RemovalGuard::Identity> identities;
     m_knownLinks.clear();
+    forgetFoldersOfRemovals();
     const auto identify = [&](const std::string& path) {
         auto folder = openInRoot(path, O_PATH | O_DIRECTORY);
         struct stat status {};

@@ -8,6 +8,7 @@
 #include <ctime>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -121,11 +122,21 @@ class FileManager final {
     /// A protected path that leads through links ("/var", a caches folder moved to another volume) is known from then
     /// on. Any other link on the way to an item makes its removal fail: it was no link when the item was found.
     void refreshGuard();
+    /// A run of removals is over: lets go of the folders that were held open for it.
+    void forgetFoldersOfRemovals();
 
   private:
+    /// Where a removal takes place: the folder, held open, and the name in it.
+    struct RemovalPlace {
+        std::shared_ptr<const UniqueFd> parent;
+        std::string name;
+    };
+
     FileManager(UniqueFd root, std::string rootPath);
 
     Result<UniqueFd> openInRoot(std::string_view path, int flags) const;
+    [[nodiscard]] Result<RemovalPlace> placeForRemoval(std::string_view path) const;
+    [[nodiscard]] Result<void> refuseProtectedFolder(const RemovalPlace& place, std::string_view path) const;
     /// The path with its longest known beginning replaced by where that leads.
     [[nodiscard]] std::string withoutKnownLinks(std::string_view path) const;
 
@@ -133,6 +144,16 @@ class FileManager final {
     std::string m_rootPath;
     RemovalGuard m_guard;
     std::map<std::string, std::string, std::less<>> m_knownLinks; ///< protected path -> where it leads
+
+    /// The folder of the last removal. Items of one folder go one after another, and finding it anew for each would
+    /// cost more than the removal; held open, it is also sure to be the same one.
+    struct LastFolder {
+        std::string path;  ///< as it was asked for
+        std::string place; ///< without known links
+        std::shared_ptr<const UniqueFd> fd;
+    };
+    mutable std::mutex m_lastFolderMutex;
+    mutable LastFolder m_lastFolder; ///< guarded by m_lastFolderMutex
 };
 
 } // namespace sweeply

@@ -4,6 +4,10 @@
 #include "platform/FileManager.h"
 #include "platform/TargetPath.h"
 #include "platform/TreeSize.h"
+#include "platform/UniqueFd.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace sweeply {
 
@@ -12,11 +16,22 @@ std::uint64_t DiskSizes::charged(std::uint64_t size) const { return roundedUp(si
 std::uint64_t DiskSizes::folderSizeAtPath(std::string_view path) const { return path.empty() ? 0 : sizeOfFile(path); }
 
 std::uint64_t DiskSizes::sizeOfFile(std::string_view path) const {
-    const auto attributes = m_fileManager.attributesOfItemAtPath(path, Links::DontFollow);
-    if (attributes && attributes->type == FileType::Regular)
-        return charged(attributes->size);
-    auto folder = m_fileManager.openDirectory(path);
-    return folder ? sizeOfTree(std::move(*folder), allocationBlock(units())) : 0;
+    if (normalisedPath(path) == "/") {
+        auto root = m_fileManager.openDirectory(path);
+        return root ? sizeOfTree(std::move(*root), allocationBlock(units())) : 0;
+    }
+    const auto item = m_fileManager.locate(path);
+    return item ? sizeOfEntry(item->parent.get(), item->name) : 0;
+}
+
+std::uint64_t DiskSizes::sizeOfEntry(int folder, const std::string& name) const {
+    struct stat status {};
+    if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return 0;
+    if (S_ISREG(status.st_mode))
+        return charged(static_cast<std::uint64_t>(status.st_size));
+    UniqueFd opened(::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    return opened ? sizeOfTree(std::move(opened), allocationBlock(units())) : 0;
 }
 
 std::uint64_t DiskSizes::sizeOfAllFilesAtPathes(std::span<const std::string> paths) const {

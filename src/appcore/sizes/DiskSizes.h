@@ -23,9 +23,11 @@ class DiskSizes final {
 
     /// What everybody asks: the size of the file or the whole tree at `path`; 0 for no path.
     [[nodiscard]] std::uint64_t folderSizeAtPath(std::string_view path) const;
-    /// A file's own size; else that of all below. A link in the tree is charged for itself, a folder nothing. For a
-    /// link at `path` itself, the folder that it leads to is walked.
+    /// A file's own size; else that of all below. A link in the tree is charged for itself, a folder nothing. Nothing
+    /// is below a link at `path` itself.
     [[nodiscard]] std::uint64_t sizeOfFile(std::string_view path) const;
+    /// sizeOfFile of the entry `name` of a folder that is open, for those who ask for many of one folder.
+    [[nodiscard]] std::uint64_t sizeOfEntry(int folder, const std::string& name) const;
     /// The sum. What is listed twice, or stands in another listed folder, counts twice.
     [[nodiscard]] std::uint64_t sizeOfAllFilesAtPathes(std::span<const std::string> paths) const;
     /// The size by a plain walk that leaves out links which lead to folders or nowhere. To compare with.

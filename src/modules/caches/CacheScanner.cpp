@@ -9,13 +9,12 @@
 
 namespace sweeply {
 
-CacheNodeMaker::CacheNodeMaker(const CacheServices& services) : m_sizes(services.sizes) {
+CacheNodeMaker::CacheNodeMaker(const CacheServices& services) {
     for (auto& key : services.ignoreList.ignoreListForController(kCachesModuleKey))
         m_ignored.insert(std::move(key));
 }
 
-Node::Pointer CacheNodeMaker::nodeFor(std::string_view name, std::string path) const {
-    const std::uint64_t size = m_sizes.folderSizeAtPath(path);
+Node::Pointer CacheNodeMaker::nodeFor(std::string_view name, std::string path, std::uint64_t size) const {
     const bool isIgnored = !m_ignored.empty() && m_ignored.contains(ignoreKeyForPath(path));
     auto node = Node::nodeWithName(name, Icon::ItsOwn, 0, size, std::move(path), !isIgnored);
     node->setNeedExpand(true);
@@ -30,9 +29,10 @@ void scanCachesInPath(const std::string& path, ADScanController& module, const C
             return;
         }
     }
+    const auto folder = services.files.openDirectory(path);
     const auto entries = services.files.contentsOfDirectoryAtPath(path);
-    if (!entries) {
-        module.reportProblem(entries.error());
+    if (!folder || !entries) {
+        module.reportProblem(folder ? entries.error() : folder.error());
         return;
     }
     module.incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
@@ -43,7 +43,8 @@ void scanCachesInPath(const std::string& path, ADScanController& module, const C
         if (entry.name != ".DS_Store") {
             std::string item = joinedPath(path, entry.name);
             module.setCurrentItem(item);
-            module.addChildNode(maker.nodeFor(entry.name, std::move(item)));
+            const std::uint64_t size = services.sizes.sizeOfEntry(folder->get(), entry.name);
+            module.addChildNode(maker.nodeFor(entry.name, std::move(item), size));
         }
         module.sleepAfterItem();
         module.incProgress();

@@ -12,16 +12,16 @@ namespace sweeply {
 /// The switch-independent key under which all cache modules keep their unchecked items.
 inline constexpr const char* kCachesModuleKey = "Caches";
 
-/// Makes the cache modules' nodes: sized, and unchecked where the person unchecked them before.
+/// Makes the cache modules' nodes: unchecked where the person unchecked them before.
 class CacheNodeMaker final {
   public:
     /// Reads the ignore list as it is now.
     explicit CacheNodeMaker(const CacheServices& services);
 
-    [[nodiscard]] Node::Pointer nodeFor(std::string_view name, std::string path) const;
+    /// `size` in bytes, as DiskSizes charges it.
+    [[nodiscard]] Node::Pointer nodeFor(std::string_view name, std::string path, std::uint64_t size) const;
 
   private:
-    const DiskSizes& m_sizes;
     std::unordered_set<std::string> m_ignored;
 };
 

@@ -1,6 +1,7 @@
 #include "modules/caches/PhotoSyncCachesController.h"
 
 #include "appcore/FolderConstants.h"
+#include "appcore/sizes/DiskSizes.h"
 #include "modules/caches/CacheScanner.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/Localization.h"
@@ -81,7 +82,8 @@ void PhotoSyncCachesController::scanThread() {
         if (lastPathComponent(entry->path) == kCacheName && holdsPhotos(path)) {
             walk.skipDescendants();
             const auto library = lastPathComponent(pathWithoutLastComponent(entry->path));
-            addChildNode(maker.nodeFor(localizedFormat("\"%@\" Photo Cache", {library}), std::move(path)));
+            const std::uint64_t size = m_caches.sizes.folderSizeAtPath(path);
+            addChildNode(maker.nodeFor(localizedFormat("\"%@\" Photo Cache", {library}), std::move(path), size));
             sleepAfterItem();
             rootNodeChanged();
         }
