@@ -120,14 +120,19 @@ class TestWorld {
     EngineServices services() { return {*defaults, *notifications, loop, log, treeLock, pace, units}; }
     bool exists(const std::string& path) { return files().attributesOfItemAtPath(path, Links::DontFollow).has_value(); }
 
-    void restart(IgnoreList* list = nullptr) {
+    /// With the ignore list that `makeList` returns, or one that only records.
+    void restart(const std::function<std::unique_ptr<IgnoreList>(UserDefaults&)>& makeList = {}) {
         end();
+        ownList.reset();
         notifications = std::make_unique<NotificationCenter>();
         defaults = std::make_unique<UserDefaults>(files(), kPreferences, log);
         authorisation = std::make_unique<AuthorisationSession>(privileged, alerts, loop, log, false);
         statistics = std::make_unique<SpaceStatistics>(services());
+        if (makeList)
+            ownList = makeList(*defaults);
+        IgnoreList& list = ownList ? *ownList : ignored;
         coordinator = std::make_unique<ScanController>(
-            services(), ScanController::Helpers{removals, *authorisation, reports, *statistics, list ? *list : ignored,
+            services(), ScanController::Helpers{removals, *authorisation, reports, *statistics, list,
                                                 [] { return std::string("June 1, 2009"); }});
     }
     void end() {
@@ -178,6 +183,7 @@ class TestWorld {
     RecordingIgnoreList ignored;
     std::unique_ptr<NotificationCenter> notifications;
     std::unique_ptr<UserDefaults> defaults;
+    std::unique_ptr<IgnoreList> ownList;
     std::unique_ptr<AuthorisationSession> authorisation;
     std::unique_ptr<SpaceStatistics> statistics;
     std::unique_ptr<ScanController> coordinator;

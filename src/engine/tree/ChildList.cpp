@@ -20,7 +20,7 @@ const std::vector<ChildList::Pointer>& ChildList::all() const {
 void ChildList::append(Pointer child) {
     child->m_slot = static_cast<std::uint32_t>(m_slots.size());
     if (m_byPath && !child->path().empty())
-        m_byPath->emplace(child->path(), child.get());
+        m_byPath->add(*child);
     m_slots.push_back(std::move(child));
     ++m_count;
 }
@@ -45,17 +45,14 @@ std::vector<ChildList::Pointer> ChildList::takeEqual(const Node& child) {
         return taken;
     }
     if (!m_byPath) {
-        m_byPath = std::make_unique<PathIndex>();
-        m_byPath->reserve(m_count);
+        m_byPath = std::make_unique<PathIndex>(m_count);
         for (const auto& present : m_slots) {
             if (present && !present->path().empty())
-                m_byPath->emplace(present->path(), present.get());
+                m_byPath->add(*present);
         }
     }
-    const auto [first, last] = m_byPath->equal_range(child.path());
-    for (auto found = first; found != last; ++found)
-        taken.push_back(takeSlot(found->second->m_slot));
-    m_byPath->erase(first, last); // the keys are the paths of those just taken
+    while (const Node* equal = m_byPath->takeOne(child.path()))
+        taken.push_back(takeSlot(equal->m_slot));
     return taken;
 }
 
@@ -63,13 +60,8 @@ ChildList::Pointer ChildList::takeAt(std::size_t index) {
     squeeze();
     if (index >= m_slots.size())
         return nullptr;
-    if (m_byPath) {
-        const auto [first, last] = m_byPath->equal_range(m_slots[index]->path());
-        if (const auto found =
-                std::find_if(first, last, [&](const auto& entry) { return entry.second == m_slots[index].get(); });
-            found != last)
-            m_byPath->erase(found);
-    }
+    if (m_byPath)
+        m_byPath->remove(*m_slots[index]);
     return takeSlot(index);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "engine/tree/PathIndex.h"
+
 #include <cstddef>
 #include <memory>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace sweeply {
@@ -34,8 +34,6 @@ class ChildList final {
     void forgetPaths() { m_byPath.reset(); }
 
   private:
-    using PathIndex = std::unordered_multimap<std::string_view, Node*>;
-
     /// Leaves the index as it is.
     Pointer takeSlot(std::size_t slot);
     void squeeze() const;
