@@ -1,5 +1,7 @@
 #include "app/ModuleCatalog.h"
 
+#include "platform/Localization.h"
+
 #include <array>
 
 namespace sweeply {
@@ -13,7 +15,7 @@ constexpr std::array kCaches{
 };
 
 constexpr std::array kRows{
-    ModuleRow{"caches", "Caches", "Files that applications can make again", 1, kCaches},
+    ModuleRow{"caches", translatable("Caches"), translatable("Files that applications can make again"), 1, kCaches},
 };
 
 } // namespace

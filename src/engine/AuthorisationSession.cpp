@@ -67,7 +67,7 @@ void AuthorisationSession::authentificate() {
 }
 
 std::string AuthorisationSession::menuItemTitle() const {
-    return localizedString(m_privileged.isAuthorised() ? "Deauthorize…" : "Authorize…");
+    return m_privileged.isAuthorised() ? localizedString("Deauthorize…") : localizedString("Authorize…");
 }
 
 } // namespace sweeply

@@ -12,14 +12,18 @@ void RunReports::warn(std::string_view title, std::string_view text) {
                        .buttons = {localizedButton("Ok")}});
 }
 
-void RunReports::nothingToScan() { warn("There is nothing to scan", "Please check at least one object to scan!"); }
+void RunReports::nothingToScan() {
+    warn(translatable("There is nothing to scan"), translatable("Please check at least one object to scan!"));
+}
 
-void RunReports::systemIsClean() { warn("Your System is clean!", {}); }
+void RunReports::systemIsClean() { warn(translatable("Your System is clean!"), {}); }
 
-void RunReports::nothingToClean() { warn("There is nothing to clean", "Please check at least one object to clean!"); }
+void RunReports::nothingToClean() {
+    warn(translatable("There is nothing to clean"), translatable("Please check at least one object to clean!"));
+}
 
 void RunReports::nothingToUninstall() {
-    warn("There is nothing to uninstall", "Please check at least one object to uninstall!");
+    warn(translatable("There is nothing to uninstall"), translatable("Please check at least one object to uninstall!"));
 }
 
 bool RunReports::confirmsStop(std::string_view title, std::string_view text) {
@@ -31,8 +35,8 @@ bool RunReports::confirmsStop(std::string_view title, std::string_view text) {
 }
 
 bool RunReports::confirmsStoppingScan() {
-    return confirmsStop("Are you sure you want to stop the Scan now?",
-                        "It is recommended to finish the scan for best results.");
+    return confirmsStop(translatable("Are you sure you want to stop the Scan now?"),
+                        translatable("It is recommended to finish the scan for best results."));
 }
 
 void RunReports::notify(std::string_view title, std::string_view format, std::uint64_t bytes, const char* name) {
@@ -44,16 +48,18 @@ void RunReports::notify(std::string_view title, std::string_view format, std::ui
 }
 
 void RunReports::scanIsFinished(std::uint64_t foundSize) {
-    notify("Scan is finished", "Sweeply can clean %@ from your Mac!", foundSize, "SCAN_FINISHED");
+    notify(translatable("Scan is finished"), translatable("Sweeply can clean %@ from your Mac!"), foundSize,
+           "SCAN_FINISHED");
 }
 
 void RunReports::cleanIsFinished(std::uint64_t removedSize, bool couldntRemoveSomething) {
     if (!couldntRemoveSomething) {
-        notify("Clean is finished", "Sweeply has cleaned %@ from your Mac!", removedSize, "CLEAN_FINISHED");
+        notify(translatable("Clean is finished"), translatable("Sweeply has cleaned %@ from your Mac!"), removedSize,
+               "CLEAN_FINISHED");
         return;
     }
-    notify("Clean process has finished with errors",
-           "Sweeply has cleaned %@ from your Mac! But there were some errors.", removedSize, "ERROR");
+    notify(translatable("Clean process has finished with errors"),
+           translatable("Sweeply has cleaned %@ from your Mac! But there were some errors."), removedSize, "ERROR");
     someFilesStayed();
 }
 
@@ -63,8 +69,9 @@ void RunReports::uninstallationIsFinished(bool couldntRemoveSomething) {
 }
 
 void RunReports::someFilesStayed() {
-    warn("Sweeply could not remove some files",
-         "Please try cleaning in authorized mode!\nClick on the lock below to enter your user name and password.");
+    warn(translatable("Sweeply could not remove some files"),
+         translatable(
+             "Please try cleaning in authorized mode!\nClick on the lock below to enter your user name and password."));
 }
 
 void RunReports::requestUserAttention() { m_notifications.requestUserAttention(); }
