@@ -73,7 +73,7 @@ TEST_F(TreeRemoverTest, BigTreeGoesWholeAndItsLinksAreNotFollowed) {
 }
 
 TEST_F(TreeRemoverTest, TreeDeeperThanTheDescriptorsGoesWhole) {
-    m_folder.makeDeepTree("tree", 10000);
+    m_folder.makeDeepTree("tree", 1500);
     const FewDescriptors few(64);
     const auto removed = remove();
     EXPECT_TRUE(removed) << removed.error().message();
@@ -127,7 +127,7 @@ TEST_F(TreeRemoverTest, UnreadableFolderGoesOnlyIfEmpty) {
 }
 
 TEST_F(TreeRemoverTest, FolderSwappedForALinkDuringTheRemovalLeadsNowhere) {
-    for (int round = 0; round < 8; ++round) {
+    for (int round = 0; round < 4; ++round) {
         makeBigTree();
         std::atomic<bool> isOver = false;
         std::jthread swapper([&] {
@@ -147,6 +147,26 @@ TEST_F(TreeRemoverTest, FolderSwappedForALinkDuringTheRemovalLeadsNowhere) {
         swapper.join();
         expectVictimWhole();
         fs::remove_all(m_folder.path("tree"));
+    }
+}
+
+TEST_F(TreeRemoverTest, DeepFolderMovedElsewhereDuringTheRemovalDoesNotDrawItThere) {
+    std::string middle = "tree";
+    for (int i = 0; i < 60; ++i)
+        middle += "/d";
+    for (int round = 0; round < 4; ++round) {
+        m_folder.makeDeepTree("tree", 150);
+        std::jthread mover([&] {
+            // By now the removal may be above the folder, in it, or through with it.
+            while (m_folder.contains("tree/before"))
+                std::this_thread::yield();
+            ::rename(m_folder.path(middle).c_str(), m_folder.path("victim/inside/moved").c_str());
+        });
+        (void)remove(); // fails where the folder was pulled away from it
+        mover.join();
+        expectVictimWhole();
+        fs::remove_all(m_folder.path("tree"));
+        fs::remove_all(m_folder.path("victim/inside/moved"));
     }
 }
 
