@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <vector>
 
@@ -16,14 +17,27 @@ namespace sweeply {
 
 namespace {
 
-/// Starting the helpers costs about as much as looking at some hundred files.
+/// Starting a helper costs about as much as looking at some hundred files.
 constexpr unsigned kBigTree = 500;
-/// Warm, two would do; cold, the disk is kept busy by eight requests.
-constexpr unsigned kHelpers = 7;
+/// From memory, more threads than processors only get in each other's way. From the disk they keep eight requests under
+/// way, and wait rather than work.
+constexpr unsigned kHelpersFromMemory = 1;
+constexpr unsigned kHelpersFromDisk = 6;
+/// How often the first worker looks whether it reads from the disk: seldom enough to cost nothing.
+constexpr unsigned kFilesBetweenLooks = 64;
+/// Blocks of 512 bytes that the first worker may have read from the disk in what still counts as from memory.
+constexpr long kFewBlocks = 64;
 /// Of names: some 200 files, long enough to be worth the hand-over.
 constexpr std::size_t kBatchBytes = 4096;
 /// Folders below are walked by one thread with few descriptors.
 constexpr std::size_t kSharedLevels = 32;
+
+/// Blocks that this thread had to wait for since it began.
+long blocksRead() {
+    rusage usage{};
+    ::getrusage(RUSAGE_THREAD, &usage);
+    return usage.ru_inblock;
+}
 
 using SharedFd = std::shared_ptr<const UniqueFd>;
 
@@ -39,7 +53,7 @@ class Sum final {
     explicit Sum(std::uint64_t block) : m_block(block) {}
 
     std::uint64_t of(UniqueFd folder) {
-        Worker worker{{}, kBigTree, 0};
+        Worker worker{{}, kBigTree, kFilesBetweenLooks, 0};
         push(worker, std::move(folder));
         walk(worker);
         work(worker);
@@ -56,6 +70,7 @@ class Sum final {
     struct Worker {
         std::vector<Level> levels;  ///< the folders it is in
         unsigned entriesBeforeHelp; ///< 0 where no help is to be called
+        unsigned filesBeforeLook;   ///< at the disk; 0 for who need not look
         std::uint64_t total;
     };
 
@@ -82,7 +97,7 @@ class Sum final {
                 continue;
             }
             if (worker.entriesBeforeHelp > 0 && --worker.entriesBeforeHelp == 0)
-                callHelp();
+                callHelp(kHelpersFromMemory);
             if (entry->type != FileType::Directory)
                 addOrGive(worker, level, entry->name);
             else if (m_queue.wantsWork())
@@ -102,12 +117,18 @@ class Sum final {
             m_queue.give({level.fd, std::exchange(level.batch, {}), false});
     }
 
-    void addFiles(Worker& worker, int folder, const std::string& names) const {
+    void addFiles(Worker& worker, int folder, const std::string& names) {
         for (std::size_t at = 0; at < names.size(); at += std::strlen(names.c_str() + at) + 1)
             addFile(worker, folder, names.c_str() + at);
     }
 
-    void addFile(Worker& worker, int folder, const char* name) const {
+    void addFile(Worker& worker, int folder, const char* name) {
+        if (worker.filesBeforeLook > 0 && --worker.filesBeforeLook == 0) {
+            if (blocksRead() - m_blocksReadBefore < kFewBlocks)
+                worker.filesBeforeLook = kFilesBetweenLooks;
+            else
+                callHelp(kHelpersFromDisk);
+        }
         struct stat status {};
         if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && !S_ISDIR(status.st_mode))
             worker.total += roundedUp(static_cast<std::uint64_t>(status.st_size), m_block);
@@ -138,14 +159,15 @@ class Sum final {
         }
     }
 
-    void callHelp() {
-        m_queue.startHelpers(kHelpers, [this] {
-            Worker helper{{}, 0, 0};
+    void callHelp(unsigned helpers) {
+        m_queue.startHelpers(helpers, [this] {
+            Worker helper{{}, 0, 0, 0};
             work(helper);
         });
     }
 
     const std::uint64_t m_block;
+    const long m_blocksReadBefore = blocksRead();
     std::atomic<std::uint64_t> m_total = 0;
     WorkQueue<Task> m_queue; ///< last: its helpers use the rest
 };

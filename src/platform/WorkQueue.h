@@ -25,8 +25,8 @@ class WorkQueue final {
     WorkQueue(const WorkQueue&) = delete;
     WorkQueue& operator=(const WorkQueue&) = delete;
 
-    /// Starts threads that run `work`, which must call take() until there is nothing. Called by the first worker only,
-    /// at most once. Where the system gives fewer threads, fewer work.
+    /// Starts threads that run `work`, which must call take() until there is nothing. Called by the first worker only.
+    /// Where the system gives fewer threads, fewer work.
     template<typename Work>
     void startHelpers(unsigned count, const Work& work) {
         for (unsigned i = 0; i < count; ++i) {
