@@ -287,7 +287,7 @@ std::string FileManager::withoutKnownLinks(std::string_view path) const {
     std::string rest;
     while (known.size() > 1) {
         if (const auto found = m_knownLinks.find(known); found != m_knownLinks.end())
-            return rest.empty() ? known : joinedPath(found->second, rest);
+            return rest.empty() ? found->second : joinedPath(found->second, rest);
         const std::string name(lastPathComponent(known));
         rest = rest.empty() ? name : joinedPath(name, rest);
         known = std::string(pathWithoutLastComponent(known));
