@@ -22,7 +22,8 @@ Node::Pointer CacheNodeMaker::nodeFor(std::string_view name, std::string path, s
     return node;
 }
 
-void scanCachesInPath(const std::string& path, ADScanController& module, const CacheServices& services) {
+void scanCachesInPath(std::string_view folderPath, ADScanController& module, const CacheServices& services) {
+    const std::string path = normalisedPath(folderPath);
     if (!services.files.fileExistsAtPath(path)) {
         if (const auto made = services.files.createDirectoryAtPath(path); !made) {
             module.reportProblem(made.error());

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 
 namespace sweeply {
@@ -25,8 +26,8 @@ class CacheNodeMaker final {
     std::unordered_set<std::string> m_ignored;
 };
 
-/// Lists the direct entries of the caches folder `path`, each one an item of `module`, however deep it goes. A folder
-/// that does not exist is made. Runs on the module's scan thread.
-void scanCachesInPath(const std::string& path, ADScanController& module, const CacheServices& services);
+/// Lists the direct entries of the caches folder `folderPath`, each one an item of `module`, however deep it goes. A
+/// folder that does not exist is made. Runs on the module's scan thread.
+void scanCachesInPath(std::string_view folderPath, ADScanController& module, const CacheServices& services);
 
 } // namespace sweeply
