@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <functional>
 #include <utility>
 
 namespace sweeply {
@@ -88,7 +89,7 @@ void ADScanController::rootNodeChanged() {
     m_services.notifications.post(DataUpdated{});
     if (!m_viewDelegate || !m_viewDelegate->showsResults() || m_viewUpdatePending.exchange(true))
         return;
-    m_services.mainThread.runLater([this] {
+    runOnMainThreadLater([this] {
         m_viewUpdatePending = false;
         m_viewDelegate->updatedNode(*m_rootNode);
     });
@@ -100,7 +101,7 @@ void ADScanController::updateInterfaceAndWaitUntilDone(bool wait) {
         if (wait)
             m_services.mainThread.runAndWait(update);
         else
-            m_services.mainThread.runLater(update);
+            runOnMainThreadLater(update);
     }
     m_services.notifications.post(DataUpdated{});
 }
@@ -199,9 +200,16 @@ std::string ADScanController::currentItem() const {
     return m_currentItem;
 }
 
+void ADScanController::runOnMainThreadLater(std::function<void()> call) {
+    m_services.mainThread.runLater([isAlive = std::weak_ptr<const bool>(m_isAlive), call = std::move(call)] {
+        if (!isAlive.expired())
+            call();
+    });
+}
+
 void ADScanController::tellDelegate(void (ScanDelegate::*message)(ADScanController&)) {
     if (m_delegate)
-        m_services.mainThread.runLater([this, message] { (m_delegate->*message)(*this); });
+        runOnMainThreadLater([this, message] { (m_delegate->*message)(*this); });
 }
 
 void ADScanController::prepareForScan() {
@@ -300,7 +308,7 @@ void ADScanController::receiveDragDataThread(const std::vector<std::string>& pat
         m_services.log.log(formatText("Handle Exception %@ in main thread = %i", {exception.what(), 0}));
     }
     if (m_viewDelegate)
-        m_services.mainThread.runLater([this] { m_viewDelegate->refreshInterface(); });
+        runOnMainThreadLater([this] { m_viewDelegate->refreshInterface(); });
     finishScan();
 }
 

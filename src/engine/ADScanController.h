@@ -11,6 +11,8 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -162,12 +164,17 @@ class ADScanController : public ScanControllerProtocol, public WorkControl {
     [[nodiscard]] std::string rootSizeText() const;
     /// Does this module or the coordinator clean? Then progress is that of the clean, even while others work.
     [[nodiscard]] bool ifAnyCleanRunning() const;
+    /// Not run any more once this module is gone.
+    void runOnMainThreadLater(std::function<void()> call);
     void tellDelegate(void (ScanDelegate::*message)(ADScanController&));
 
     EngineServices m_services;
     ScanDelegate* m_delegate = nullptr;
     ScanViewDelegate* m_viewDelegate = nullptr;
     Node::Pointer m_rootNode; ///< its contents are guarded by the tree lock
+
+    /// Calls that wait for the main thread look whether this is still there; it goes on the main thread.
+    std::shared_ptr<const bool> m_isAlive = std::make_shared<const bool>(true);
 
     RunFlags m_flags;
     std::atomic<bool> m_scanRunning{false};
