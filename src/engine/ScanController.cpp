@@ -52,39 +52,32 @@ ADScanControllerView* ScanController::moduleForViewCode(std::uint8_t viewCode) c
 
 // Figures
 
-std::uint64_t ScanController::totalSize() const {
+template<typename Figure>
+std::uint64_t ScanController::sumOf(Figure figure) const {
     std::uint64_t sum = 0;
     for (const auto& module : m_modules)
-        sum += module->totalSize();
+        sum += figure(*module);
     return sum;
+}
+
+std::uint64_t ScanController::totalSize() const {
+    return sumOf([](const auto& module) { return module.totalSize(); });
 }
 
 std::uint64_t ScanController::foundSize() const {
-    std::uint64_t sum = 0;
-    for (const auto& module : m_modules)
-        sum += module->ifAnyEnabled() ? module->totalSize() : 0;
-    return sum;
+    return sumOf([](const auto& module) { return module.ifAnyEnabled() ? module.totalSize() : 0; });
 }
 
 std::uint64_t ScanController::filesFound() const {
-    std::uint64_t sum = 0;
-    for (const auto& module : m_modules)
-        sum += module->filesFound();
-    return sum;
+    return sumOf([](const auto& module) { return module.filesFound(); });
 }
 
 std::uint64_t ScanController::filesFoundInEnabled() const {
-    std::uint64_t sum = 0;
-    for (const auto& module : m_modules)
-        sum += module->filesFoundInEnabled();
-    return sum;
+    return sumOf([](const auto& module) { return module.filesFoundInEnabled(); });
 }
 
 std::uint64_t ScanController::filesFoundForRemove() const {
-    std::uint64_t sum = 0;
-    for (const auto& module : m_modules)
-        sum += module->filesFoundForRemove();
-    return sum;
+    return sumOf([](const auto& module) { return module.filesFoundForRemove(); });
 }
 
 float ScanController::totalProcentDone() const {

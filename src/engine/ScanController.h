@@ -119,6 +119,8 @@ class ScanController final : public ScanCoordinator {
     void finishUninstallation();
 
   private:
+    template<typename Figure>
+    [[nodiscard]] std::uint64_t sumOf(Figure figure) const;
     void prepareInterfaceForAnaliz();
     void beginScan(bool canPause);
     void joinScanThreads();
