@@ -1,6 +1,10 @@
 #include "engine/tree/Node.h"
 
 #include <benchmark/benchmark.h>
+#include <cstdlib>
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
 #include <string>
 #include <vector>
 
@@ -71,5 +75,24 @@ BENCHMARK(addOneByOne)->Arg(100'000)->Arg(200'000)->Unit(benchmark::kMillisecond
 BENCHMARK(removeOneByOne)->Arg(100'000)->Arg(200'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(toggleOneByOne)->Arg(100'000)->Arg(200'000)->Unit(benchmark::kMillisecond);
 
+/// Without this the allocator gives the memory of a big tree back between runs and that of a small one not, and the
+/// comparison of the two would be one of page faults.
+void keepFreedMemory() {
+#if defined(__GLIBC__)
+    constexpr int kPlenty = 1 << 30;
+    ::mallopt(M_TRIM_THRESHOLD, kPlenty);
+    ::mallopt(M_MMAP_THRESHOLD, kPlenty);
+#endif
+}
+
 } // namespace
 } // namespace sweeply
+
+int main(int argc, char** argv) {
+    sweeply::keepFreedMemory();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return EXIT_FAILURE;
+    benchmark::RunSpecifiedBenchmarks();
+    return EXIT_SUCCESS;
+}
