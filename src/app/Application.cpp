@@ -1,11 +1,14 @@
 #include "app/Application.h"
 
+#include "app/MakersServers.h"
 #include "app/ModuleCatalog.h"
+#include "appcore/AppleLanguages.h"
 #include "modules/caches/CachesScanController.h"
 #include "modules/caches/UserCacheDirectory.h"
 #include "platform/Alerts.h"
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
+#include "platform/TargetPath.h"
 
 #include <algorithm>
 #include <ctime>
@@ -38,7 +41,12 @@ Application::Application(Target target, const HostServices& host)
       m_registry(*m_target.files, m_target.folders.expandTilde(kSupportFolder) + "RegisteredApplications.plist"),
       m_applications(*m_target.files, m_target.folders, m_target.version.isOnLeopardOrBetter() ? &m_registry : nullptr,
                      host.log),
-      m_ignoreList(m_defaults, m_applications, host.log),
+      m_http(host.libexecFolder + "/fetch"),
+      m_ignoreList({m_defaults, *m_target.files, m_applications, host.alerts, host.mainThread, host.log, m_http,
+                    m_tools, joinedPath(host.shareFolder, SharedIgnoreList::kFileName),
+                    m_target.folders.expandTilde(kSupportFolder) + std::string(SharedIgnoreList::kFileName),
+                    [this] { return m_locale.formatDateAndTime(std::time(nullptr)); },
+                    makersServers(m_target.version, appleLanguages(*m_target.files, m_target.folders))}),
       m_authorisation(m_privileged, host.alerts, host.mainThread, host.log, SudoSetting::ofThisProcess().isRoot),
       m_reports(host.alerts, host.desktopNotifications, m_units), m_statistics(m_services),
       m_scanController(m_services, {m_removals, m_authorisation, m_reports, m_statistics, m_ignoreList,

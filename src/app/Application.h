@@ -9,8 +9,9 @@
 #include "engine/RunReports.h"
 #include "engine/ScanController.h"
 #include "engine/SpaceStatistics.h"
-#include "modules/IgnoreListController.h"
+#include "modules/ignorelist/IgnoreListController.h"
 #include "platform/Authorization.h"
+#include "platform/HttpClient.h"
 #include "platform/LaunchServices.h"
 #include "platform/Locale.h"
 #include "platform/NotificationCenter.h"
@@ -36,8 +37,9 @@ struct HostServices {
     DesktopNotifications& desktopNotifications;
     SystemLog& log;
     Pace pace;
-    /// The folder of our own tools, as an absolute path of this machine.
+    /// The folders of our own tools and of what else came with the program, as absolute paths of this machine.
     std::string libexecFolder;
+    std::string shareFolder;
 };
 
 /// The composition root: builds everything once, in the order of its members, and hands each part what it works with.
@@ -86,6 +88,7 @@ class Application final {
     Workspace m_workspace;
     RegisteredApplicationsFile m_registry;
     SWApplicationCore m_applications;
+    HttpClient m_http;
     IgnoreListController m_ignoreList;
 
     AuthorisationSession m_authorisation;

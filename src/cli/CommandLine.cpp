@@ -33,6 +33,9 @@ Commands:
   apps                 list the applications
   modules              list the modules and which are switched on
   ignore               list, add or remove the items that are never checked
+  ignore apps          the same for applications that are left alone
+  ignore --update      fetch a newer shared list of such applications
+  prefs [KEY [VALUE]]  list, read or set Sweeply's own settings
   size PATH...         say how much space files and folders take
   sample DIR           write a small Mac OS X volume to try things on
   COMMAND --help       more about one of them
@@ -103,6 +106,31 @@ Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine&
     return true;
 }
 
+void describeIgnore(CLI::App& ignore, CommandLine& line) {
+    line.ignoreAction = "list";
+    ignore.add_flag("--json", line.wantsJson, "Print one JSON object");
+    ignore.add_flag_callback(
+        "--update", [&line] { line.ignoreAction = "update"; }, "Fetch a newer shared list of applications");
+    ignore.require_subcommand(0, 1);
+    const auto addActions = [&line](CLI::App& list, const char* operands) {
+        const auto addAction = [&](const char* name, const char* description) {
+            auto* sub = list.add_subcommand(name, description);
+            sub->callback([&line, name] { line.ignoreAction = name; });
+            sub->fallthrough();
+            return sub;
+        };
+        addAction("list", "List them");
+        addAction("add", "Add some")->add_option("PATH", line.operands, operands)->required();
+        addAction("remove", "Remove some")->add_option("PATH", line.operands, operands)->required();
+    };
+    addActions(ignore, "Items of the target");
+    auto* apps = ignore.add_subcommand("apps", "The applications that are left alone");
+    apps->parse_complete_callback([&line] { line.ignoresApplications = true; });
+    apps->require_subcommand(0, 1);
+    apps->fallthrough();
+    addActions(*apps, "Applications, or folders that hold some");
+}
+
 void describeCommands(CLI::App& app, CommandLine& line) {
     app.require_subcommand(1);
     const auto add = [&](Command command, const char* name, const char* description) {
@@ -130,19 +158,11 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     modules->add_option("--enable", line.modulesToEnable, "Switch a module on");
     modules->add_option("--disable", line.modulesToDisable, "Switch a module off");
 
-    auto* ignore = add(Command::Ignore, "ignore", "The items that scans list unchecked");
-    addJson(ignore);
-    line.ignoreAction = "list";
-    ignore->require_subcommand(0, 1);
-    const auto addIgnore = [&](const char* name, const char* description) {
-        auto* sub = ignore->add_subcommand(name, description);
-        sub->callback([&line, name] { line.ignoreAction = name; });
-        sub->fallthrough();
-        return sub;
-    };
-    addIgnore("list", "List them");
-    addIgnore("add", "Add items")->add_option("PATH", line.operands, "Items of the target")->required();
-    addIgnore("remove", "Remove items")->add_option("PATH", line.operands, "Items of the target")->required();
+    describeIgnore(*add(Command::Ignore, "ignore", "The items that scans list unchecked"), line);
+
+    auto* prefs = add(Command::Prefs, "prefs", "List, read or set Sweeply's own settings");
+    addJson(prefs);
+    prefs->add_option("KEY VALUE", line.operands, "A setting, and what to set it to")->expected(0, 2);
 
     auto* size = add(Command::Size, "size", "Say how much space files and folders take, in whole blocks");
     addJson(size);
@@ -158,6 +178,7 @@ void describeCommands(CLI::App& app, CommandLine& line) {
 
 Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::string>& arguments, std::ostream& output) {
     CommandLine line;
+    line.arguments = arguments;
     std::vector<std::string> rest = arguments;
     const auto goesOn = readGlobalOptions(rest, line, output);
     if (!goesOn)

@@ -11,10 +11,12 @@
 
 namespace sweeply {
 
-enum class Command { ShowFolders, Scan, Clean, Apps, Modules, Ignore, Size, Sample };
+enum class Command { ShowFolders, Scan, Clean, Apps, Modules, Ignore, Prefs, Size, Sample };
 
 /// What the person typed, checked for form but not yet held against a target.
 struct CommandLine {
+    /// All of it as it was typed, the program's own name first.
+    std::vector<std::string> arguments;
     TargetOptions target;
     Pace pace = Pace::full();
     bool isVerbose = false;
@@ -28,8 +30,10 @@ struct CommandLine {
     std::vector<std::string> operands;
     std::vector<std::string> modulesToEnable;
     std::vector<std::string> modulesToDisable;
-    /// What to do with the ignore list: "list", "add" or "remove".
+    /// What to do with the ignore list: "list", "add", "remove", or "update" the shared one.
     std::string ignoreAction;
+    /// Applications, and not items, are listed, added or removed.
+    bool ignoresApplications = false;
     unsigned sampleScale = 1;
 };
 

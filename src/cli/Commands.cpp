@@ -30,6 +30,8 @@ ExitCode runOnTarget(const CommandLine& line) {
         return runModules(**session);
     case Command::Ignore:
         return runIgnore(**session);
+    case Command::Prefs:
+        return runPrefs(**session);
     case Command::ShowFolders:
     case Command::Size:
     case Command::Sample:

@@ -14,6 +14,7 @@ ExitCode runClean(Session& session);
 ExitCode runApps(Session& session);
 ExitCode runModules(Session& session);
 ExitCode runIgnore(Session& session);
+ExitCode runPrefs(Session& session);
 /// These two need no target.
 ExitCode runSize(const CommandLine& line);
 ExitCode runSample(const CommandLine& line);

@@ -13,11 +13,11 @@ namespace {
 
 constexpr std::chrono::milliseconds kTick{100};
 
-/// Our tools lie beside the program: "bin/sweeply-cli" and "libexec/sweeply/".
-std::string libexecFolder() {
+/// What came with the program lies beside it: "bin/sweeply-cli", "libexec/sweeply/", "share/sweeply/".
+std::string besideProgram(const char* folder) {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : (program.parent_path().parent_path() / "libexec" / "sweeply").string();
+    return error ? std::string() : (program.parent_path().parent_path() / folder / "sweeply").string();
 }
 
 } // namespace
@@ -34,7 +34,10 @@ Result<std::unique_ptr<Session>> Session::open(const CommandLine& line) {
 
 Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogLog> log)
     : m_commandLine(line), m_log(std::move(log)), m_alerts(m_terminal, line.wantsJson),
-      m_application(std::move(target), {m_loop, m_alerts, m_notifications, *m_log, line.pace, libexecFolder()}) {
+      m_application(std::move(target), {m_loop, m_alerts, m_notifications, *m_log, line.pace, besideProgram("libexec"),
+                                        besideProgram("share")}),
+      m_app(m_application, m_watchers, *m_log, line.arguments) {
+    m_app.start(ADApp::Face::Terminal);
     auto& center = m_application.notifications();
     m_subscriptions.push_back(
         center.observe<RemovedAmountOfSpace>([this](const RemovedAmountOfSpace&) { ++m_removedCount; }));
@@ -51,6 +54,13 @@ void Session::scan() {
 void Session::removeChecked() {
     m_application.scanController().remove();
     waitFor(&ScanController::isRemoving, &ScanController::stopRemoval, "Removing");
+}
+
+std::optional<UpdateReport> Session::updateSharedList() {
+    std::optional<UpdateReport> outcome;
+    m_application.ignoreList().updateButtonClick([&outcome](const UpdateReport& report) { outcome = report; });
+    m_loop.runUntil([&] { return outcome || interrupt::wasRequested(); }, kTick);
+    return outcome;
 }
 
 void Session::waitFor(bool (ScanController::*running)() const, void (ScanController::*stop)(), const char* activity) {

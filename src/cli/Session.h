@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ADApp.h"
 #include "app/Application.h"
 #include "cli/CommandLine.h"
 #include "cli/TerminalAlerts.h"
@@ -29,6 +30,8 @@ class Session final {
     void scan();
     /// The same for removing what is checked.
     void removeChecked();
+    /// Fetches a newer shared list of applications and shows how that went. Nothing when it was interrupted.
+    std::optional<UpdateReport> updateSharedList();
     /// Items removed by removeChecked().
     [[nodiscard]] std::size_t removedCount() const { return m_removedCount; }
 
@@ -42,6 +45,8 @@ class Session final {
     TerminalAlerts m_alerts;
     TerminalNotifications m_notifications;
     Application m_application;
+    Watchers m_watchers;
+    ADApp m_app;
     std::atomic<std::size_t> m_removedCount{0};
     std::vector<NotificationCenter::Subscription> m_subscriptions;
 };

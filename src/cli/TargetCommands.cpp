@@ -4,7 +4,6 @@
 #include "cli/JsonOutput.h"
 #include "cli/Session.h"
 #include "formats/Utf8.h"
-#include "platform/TargetPath.h"
 
 #include <algorithm>
 #include <iostream>
@@ -13,9 +12,6 @@
 namespace sweeply {
 
 namespace {
-
-/// Unchecked items are kept by module; all that can be found now is filed under this one.
-constexpr const char* kIgnoredItemsModule = "Caches";
 
 Json textOrNull(const std::optional<std::string>& text) { return text ? Json(validUtf8(*text)) : Json(nullptr); }
 
@@ -105,46 +101,6 @@ ExitCode runModules(Session& session) {
         std::cout << row.name << "\n";
         for (const auto& part : row.switches)
             std::cout << "  " << (defaults.boolForKey(part.defaultsName) ? "[x] " : "[ ] ") << part.name << "\n";
-    }
-    return outcome;
-}
-
-ExitCode runIgnore(Session& session) {
-    const CommandLine& line = session.commandLine();
-    auto& ignoreList = session.application().ignoreList();
-    ExitCode outcome = ExitCode::Done;
-    if (line.ignoreAction != "list") {
-        std::vector<std::string> keys;
-        for (const auto& operand : line.operands) {
-            const std::string path = normalisedPath(session.application().target().folders.expandTilde(operand));
-            if (!path.starts_with('/')) {
-                complain(operand + ": not an absolute path of the target");
-                return ExitCode::Usage;
-            }
-            keys.push_back(ignoreKeyForPath(path));
-        }
-        if (line.ignoreAction == "add")
-            ignoreList.addKeys(keys, kIgnoredItemsModule);
-        else if (ignoreList.removeKeys(keys, kIgnoredItemsModule) == 0)
-            outcome = ExitCode::Incomplete;
-        if (outcome == ExitCode::Incomplete)
-            complain(line.operands.front() + ": not on the ignore list");
-        if (const auto saved = saveSettings(session); !saved) {
-            complain(saved.error().message());
-            outcome = ExitCode::Incomplete;
-        }
-    }
-    if (line.wantsJson) {
-        Json items = Json::object();
-        for (const auto& key : ignoreList.moduleKeys())
-            items[key] = ignoreList.ignoreListForController(key);
-        printJson({{"target", targetJson(session.application())}, {"items", items}});
-    } else if (line.ignoreAction == "list") {
-        for (const auto& key : ignoreList.moduleKeys()) {
-            for (const auto& item : ignoreList.ignoreListForController(key))
-                std::cout << key << "\t" << (session.terminal().isOutputTerminal ? safeForTerminal(item) : item)
-                          << "\n";
-        }
     }
     return outcome;
 }

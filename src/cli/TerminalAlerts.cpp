@@ -19,6 +19,7 @@ AlertAnswer TerminalAlerts::runAlert(const Alert& alert) {
     }
     AlertAnswer answer;
     answer.button = canAsk ? ask(alert) : alert.safeButton;
+    answer.nobodyAnswered = isQuestion && !canAsk;
     if (isQuestion && !canAsk && !m_isQuiet)
         std::cerr << "[" << alert.buttons[answer.button] << "]\n";
     m_records.push_back({alert, answer});

@@ -14,8 +14,9 @@ class Node;
 /// list can hold. Two such paths may meet in one key; then both stay unchecked, which is the safe side.
 [[nodiscard]] inline std::string ignoreKeyForPath(std::string_view path) { return validUtf8(path); }
 
-/// What the user unchecked, remembered by module so that the next scan lists it unchecked again. The module key is the
-/// module's defaultsName. Thread-safe; nodes are read under the tree lock by the caller.
+/// What the user does not want touched: unchecked items, remembered by module so that the next scan lists them
+/// unchecked again, and applications to be left alone. The module key is the module's defaultsName. Thread-safe; nodes
+/// are read under the tree lock by the caller.
 class IgnoreList {
   public:
     virtual ~IgnoreList() = default;
@@ -28,6 +29,12 @@ class IgnoreList {
     void removeFromIgnoreListPath(const Node& node, std::string_view moduleKey) {
         removeFromIgnoreListNodes({&node}, moduleKey);
     }
+
+    /// Is the application at `path` to be left alone?
+    [[nodiscard]] virtual bool applicationInList(std::string_view path) const = 0;
+    /// The same for one that the user named himself: asks whether to go on all the same, and is false then. Waits for
+    /// the main thread.
+    [[nodiscard]] virtual bool applicationInListWithUserNotification(std::string_view path) = 0;
 };
 
 } // namespace sweeply

@@ -2,6 +2,7 @@
 
 #include "appcore/RemovalPrimitives.h"
 #include "engine/AuthorisationSession.h"
+#include "engine/CoordinatorPreferences.h"
 #include "engine/ModuleSettings.h"
 #include "engine/RunReports.h"
 #include "engine/SpaceStatistics.h"
@@ -18,7 +19,6 @@ namespace sweeply {
 
 namespace {
 
-constexpr const char* kLastScannedOn = "lastScannedOn";
 constexpr std::uint8_t kLastCleanerView = 6; // the later ones uninstall and erase what is dropped on them
 
 } // namespace
@@ -92,7 +92,7 @@ float ScanController::totalProcentDone() const {
 }
 
 std::string ScanController::lastScannedOn() const {
-    return m_services.defaults.stringForKey(kLastScannedOn).value_or(std::string());
+    return m_services.defaults.stringForKey(coordinator::kLastScannedOn).value_or(std::string());
 }
 
 bool ScanController::ifScanRunning() const {
@@ -191,7 +191,7 @@ void ScanController::beginScan(bool canPause) {
 
 void ScanController::prepareInterfaceForScan() {
     beginScan(true);
-    m_services.defaults.setString(kLastScannedOn, m_helpers.today());
+    m_services.defaults.setString(coordinator::kLastScannedOn, m_helpers.today());
 }
 
 void ScanController::prepareInterfaceForAnaliz() { beginScan(false); }

@@ -1,13 +1,10 @@
 #include "engine/SpaceStatistics.h"
 
+#include "engine/CoordinatorPreferences.h"
 #include "engine/EngineEvents.h"
 #include "platform/UserDefaults.h"
 
 namespace sweeply {
-
-namespace {
-constexpr const char* kTotalSizeSaved = "totalSizeSaved";
-}
 
 SpaceStatistics::SpaceStatistics(EngineServices services)
     : m_services(services),
@@ -18,7 +15,7 @@ void SpaceStatistics::removedAmoutOfSpace(std::uint64_t bytes) {
     m_currentRemovedAmountOfSpace += bytes;
     m_lastRunSizeSaved += bytes;
     // Added and not set, so that what another Sweeply saves at the same time counts too.
-    m_services.defaults.addToUnsigned(kTotalSizeSaved, bytes);
+    m_services.defaults.addToUnsigned(coordinator::kTotalSizeSaved, bytes);
     m_services.notifications.post(SizeSavedChanged{});
 }
 
@@ -28,11 +25,11 @@ void SpaceStatistics::setLastRunSizeSaved(std::uint64_t bytes) {
 }
 
 std::uint64_t SpaceStatistics::numberTotalSizeSaved() const {
-    return m_services.defaults.unsignedForKey(kTotalSizeSaved);
+    return m_services.defaults.unsignedForKey(coordinator::kTotalSizeSaved);
 }
 
 void SpaceStatistics::setTotalSizeSaved(std::uint64_t bytes) {
-    m_services.defaults.setUnsigned(kTotalSizeSaved, bytes);
+    m_services.defaults.setUnsigned(coordinator::kTotalSizeSaved, bytes);
     m_services.notifications.post(SizeSavedChanged{});
 }
 

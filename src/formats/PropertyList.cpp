@@ -88,4 +88,23 @@ std::optional<Uid> Value::asUid() const {
     return std::nullopt;
 }
 
+std::vector<std::string> textsOf(const Value& list) {
+    std::vector<std::string> texts;
+    if (const Array* array = list.asArray()) {
+        for (const Value& value : *array) {
+            if (const auto* text = value.asString())
+                texts.push_back(*text);
+        }
+    }
+    return texts;
+}
+
+Array arrayOf(const std::vector<std::string>& texts) {
+    Array array;
+    array.reserve(texts.size());
+    for (const auto& text : texts)
+        array.emplace_back(text);
+    return array;
+}
+
 } // namespace sweeply::plist

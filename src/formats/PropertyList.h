@@ -116,6 +116,10 @@ class Value final {
     Storage m_storage;
 };
 
+/// The texts of an array in order; other values in it are passed over, and anything but an array has none.
+[[nodiscard]] std::vector<std::string> textsOf(const Value& list);
+[[nodiscard]] Array arrayOf(const std::vector<std::string>& texts);
+
 /// Reads either form. What is damaged, nested deeper than 256 levels or made to swell in memory is an error, whose text
 /// says why. Texts come as they are in the file: they need not be valid UTF-8.
 [[nodiscard]] tl::expected<Value, std::string> parse(std::string_view bytes);

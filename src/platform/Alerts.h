@@ -24,6 +24,7 @@ struct Alert {
 struct AlertAnswer {
     std::size_t button = 0; ///< index into Alert::buttons
     bool suppressed = false;
+    bool nobodyAnswered = false; ///< there was nobody to ask, and the safe button stands in for an answer
 };
 
 /// Shows alerts: a dialog, a question in a terminal, a script of answers in a test.

@@ -19,6 +19,7 @@ enum class ErrorKind {
     Damaged,     ///< the contents do not parse
     TooLarge,
     Unavailable, ///< the service or tool is not there
+    Stopped,     ///< somebody asked for it
     Other,
 };
 

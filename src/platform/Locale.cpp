@@ -18,12 +18,16 @@ Locale::Locale(const std::string& name) : m_locale(open(name)) {}
 
 Locale::~Locale() { freelocale(m_locale); }
 
-std::string Locale::formatDate(std::time_t time) const {
+std::string Locale::format(const char* pattern, std::time_t time) const {
     std::tm parts{};
     if (!localtime_r(&time, &parts))
         return {};
     std::array<char, 256> text;
-    return {text.data(), strftime_l(text.data(), text.size(), "%B %e, %Y", &parts, m_locale)};
+    return {text.data(), strftime_l(text.data(), text.size(), pattern, &parts, m_locale)};
 }
+
+std::string Locale::formatDate(std::time_t time) const { return format("%B %e, %Y", time); }
+
+std::string Locale::formatDateAndTime(std::time_t time) const { return format("%b %e, %Y %X", time); }
 
 } // namespace sweeply

@@ -18,7 +18,12 @@ class Locale final {
     /// The day of `time` in the host's time zone, as "%B %e, %Y": "March  7, 2009".
     [[nodiscard]] std::string formatDate(std::time_t time) const;
 
+    /// The day and the time: "Mar  7, 2009 14:05:09", or as the language writes them.
+    [[nodiscard]] std::string formatDateAndTime(std::time_t time) const;
+
   private:
+    [[nodiscard]] std::string format(const char* pattern, std::time_t time) const;
+
     locale_t m_locale;
 };
 

@@ -144,13 +144,39 @@ int readSome(UniqueFd& from, std::string& to, std::size_t limit) {
     return 0;
 }
 
+/// Becomes readable when a stop is asked for; never where none can be.
+class StopPipe final {
+  public:
+    explicit StopPipe(const std::stop_token& stop) {
+        if (!stop.stop_possible() || ::pipe2(m_ends.data(), O_CLOEXEC) != 0)
+            return;
+        m_readEnd.reset(m_ends[0]);
+        m_callback.emplace(stop, Close{UniqueFd(m_ends[1])});
+    }
+
+    [[nodiscard]] int fd() const { return m_readEnd.get(); }
+
+  private:
+    struct Close {
+        UniqueFd writeEnd;
+        void operator()() { writeEnd.reset(); }
+    };
+
+    std::array<int, 2> m_ends{};
+    UniqueFd m_readEnd;
+    std::optional<std::stop_callback<Close>> m_callback;
+};
+
 /// Reads both pipes side by side: a child that fills one while we wait on the other would wait for ever.
-int readBoth(UniqueFd& output, UniqueFd& errors, ProcessResult& result, std::size_t limit) {
+int readBoth(UniqueFd& output, UniqueFd& errors, int stopped, ProcessResult& result, std::size_t limit) {
     while (output || errors) {
         // poll passes over descriptors that are negative.
-        std::array<pollfd, 2> waiting{pollfd{output.get(), POLLIN, 0}, pollfd{errors.get(), POLLIN, 0}};
+        std::array<pollfd, 3> waiting{pollfd{output.get(), POLLIN, 0}, pollfd{errors.get(), POLLIN, 0},
+                                      pollfd{stopped, POLLIN, 0}};
         if (::poll(waiting.data(), waiting.size(), -1) < 0 && errno != EINTR)
             return errno;
+        if (waiting[2].revents != 0)
+            return ECANCELED;
         int error = 0;
         if (output && waiting[0].revents != 0)
             error = readSome(output, result.output, limit);
@@ -215,10 +241,13 @@ Result<ProcessResult> runProcess(const std::string& program, const std::vector<s
     errors->writeEnd.reset();
 
     ProcessResult result;
-    const int readError = readBoth(output->readEnd, errors->readEnd, result, options.captureLimit);
+    const StopPipe stopped(options.stop);
+    const int readError = readBoth(output->readEnd, errors->readEnd, stopped.fd(), result, options.captureLimit);
     if (readError != 0)
         ::kill(*child, SIGKILL);
     const int waitError = waitFor(*child, result);
+    if (readError == ECANCELED)
+        return Failure(Error{ErrorKind::Stopped, program, "stopped"});
     if (readError == EFBIG)
         return Failure(Error{ErrorKind::TooLarge, program, "it wrote more than can be taken"});
     if (readError != 0 || waitError != 0)

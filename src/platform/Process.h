@@ -3,6 +3,7 @@
 #include "platform/Error.h"
 
 #include <cstddef>
+#include <stop_token>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,6 +35,8 @@ struct ProcessOptions {
     std::vector<std::pair<std::string, std::string>> environment;
     /// Bytes captured from each of the two streams before the child is killed and the run fails as TooLarge.
     std::size_t captureLimit = std::size_t{256} << 20U;
+    /// Kills the child while its output is captured; the run then fails as Stopped.
+    std::stop_token stop{};
 };
 
 /// How a child ended and what it wrote.

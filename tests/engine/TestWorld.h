@@ -19,6 +19,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 
 namespace sweeply {
 
@@ -91,7 +92,11 @@ class RecordingIgnoreList final : public IgnoreList {
         record("remove", nodes, key);
     }
 
+    bool applicationInList(std::string_view path) const override { return applications.contains(std::string(path)); }
+    bool applicationInListWithUserNotification(std::string_view path) override { return applicationInList(path); }
+
     std::vector<std::string> changes;
+    std::set<std::string> applications;
 
   private:
     void record(std::string text, const std::vector<const Node*>& nodes, std::string_view key) {

@@ -3,7 +3,7 @@
 #include "appcore/SWApplicationCore.h"
 #include "appcore/sizes/DiskSizes.h"
 #include "engine/TestWorld.h"
-#include "modules/IgnoreListController.h"
+#include "modules/IgnoreListWorld.h"
 #include "modules/caches/UserCacheDirectory.h"
 #include "platform/Workspace.h"
 
@@ -32,7 +32,7 @@ class CachesTest : public testing::Test {
     /// Builds the program anew over the same volume.
     void start(const std::string& leoUserCacheDir = {}) {
         m_world.restart([this](UserDefaults& defaults) {
-            return std::make_unique<IgnoreListController>(defaults, m_applications, m_world.log);
+            return std::make_unique<IgnoreListController>(m_ignoreList.services(defaults));
         });
         const CacheServices services{m_world.services(), m_world.files(), m_sizes, m_world.folders, *m_world.ownList};
         m_caches = &m_world.add(
@@ -59,7 +59,7 @@ class CachesTest : public testing::Test {
     TestWorld m_world;
     DiskSizes m_sizes{m_world.files(), m_version};
     Workspace m_workspace{m_world.files(), "/Applications"};
-    SWApplicationCore m_applications{m_world.files(), m_world.folders, nullptr, m_world.log};
+    IgnoreListWorld m_ignoreList{m_world};
     CachesScanController* m_caches = nullptr;
     NotificationCenter::Subscription m_subscription;
     std::vector<std::string> m_problems; ///< guarded by the tree lock

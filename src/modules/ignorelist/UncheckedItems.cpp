@@ -1,7 +1,10 @@
-#include "modules/IgnoreListController.h"
+#include "modules/ignorelist/UncheckedItems.h"
+
 
 #include "appcore/SWApplicationCore.h"
+#include "engine/IgnoreList.h"
 #include "engine/tree/Node.h"
+#include "modules/ignorelist/IgnoreListPreferences.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
 
@@ -12,43 +15,36 @@ namespace sweeply {
 
 namespace {
 
-constexpr const char* kDisabledNodes = "DisabledNodesIgnoreList";
+
 /// This module remembers applications, which may move, and not paths.
 constexpr std::string_view kLanguagesModule = "CleanLanguageTranslations";
 
-std::vector<std::string> textsOf(const plist::Value* list) {
-    std::vector<std::string> texts;
-    if (const auto* array = list ? list->asArray() : nullptr) {
-        for (const auto& value : *array) {
-            if (const auto* text = value.asString())
-                texts.push_back(*text);
-        }
-    }
-    return texts;
+std::vector<std::string> textsIn(const plist::Value* list) {
+    return list ? plist::textsOf(*list) : std::vector<std::string>();
 }
 
 } // namespace
 
-IgnoreListController::IgnoreListController(UserDefaults& defaults, const SWApplicationCore& applications,
+UncheckedItems::UncheckedItems(UserDefaults& defaults, const SWApplicationCore& applications,
                                            SystemLog& log)
     : m_defaults(defaults), m_applications(applications), m_log(log) {}
 
-void IgnoreListController::fetchOthersChanges() {
+void UncheckedItems::fetchOthersChanges() {
     // All lists are one value: without this, what another Sweeply remembered since we read it would be forgotten.
     (void)m_defaults.synchronize();
 }
 
-plist::Dictionary IgnoreListController::storedLists() const {
-    auto stored = m_defaults.objectForKey(kDisabledNodes);
+plist::Dictionary UncheckedItems::storedLists() const {
+    auto stored = m_defaults.objectForKey(ignorelist::kDisabledNodes);
     auto* lists = stored ? stored->asDictionary() : nullptr;
     return lists ? std::move(*lists) : plist::Dictionary();
 }
 
-std::vector<std::string> IgnoreListController::ignoreListForController(std::string_view moduleKey) const {
-    return textsOf(storedLists().find(moduleKey));
+std::vector<std::string> UncheckedItems::ignoreListForController(std::string_view moduleKey) const {
+    return textsIn(storedLists().find(moduleKey));
 }
 
-std::vector<std::string> IgnoreListController::moduleKeys() const {
+std::vector<std::string> UncheckedItems::moduleKeys() const {
     std::vector<std::string> keys;
     const auto lists = storedLists();
     for (const auto& [key, list] : lists.members())
@@ -56,7 +52,7 @@ std::vector<std::string> IgnoreListController::moduleKeys() const {
     return keys;
 }
 
-std::vector<std::string> IgnoreListController::keysOf(const std::vector<const Node*>& nodes,
+std::vector<std::string> UncheckedItems::keysOf(const std::vector<const Node*>& nodes,
                                                       std::string_view moduleKey) const {
     std::vector<std::string> keys;
     for (const Node* node : nodes) {
@@ -71,34 +67,34 @@ std::vector<std::string> IgnoreListController::keysOf(const std::vector<const No
     return keys;
 }
 
-void IgnoreListController::addToIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey) {
+void UncheckedItems::addToIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey) {
     addKeys(keysOf(nodes, moduleKey), moduleKey);
 }
 
-void IgnoreListController::removeFromIgnoreListNodes(const std::vector<const Node*>& nodes,
+void UncheckedItems::removeFromIgnoreListNodes(const std::vector<const Node*>& nodes,
                                                      std::string_view moduleKey) {
     removeKeys(keysOf(nodes, moduleKey), moduleKey);
 }
 
-std::size_t IgnoreListController::addKeys(const std::vector<std::string>& keys, std::string_view moduleKey) {
+std::size_t UncheckedItems::addKeys(const std::vector<std::string>& keys, std::string_view moduleKey) {
     if (keys.empty())
         return 0;
     std::lock_guard lock(m_mutex);
     fetchOthersChanges();
     auto lists = storedLists();
-    auto remembered = textsOf(lists.find(moduleKey));
+    auto remembered = textsIn(lists.find(moduleKey));
     remembered.insert(remembered.end(), keys.begin(), keys.end());
     store(std::move(lists), moduleKey, remembered);
     return keys.size();
 }
 
-std::size_t IgnoreListController::removeKeys(const std::vector<std::string>& keys, std::string_view moduleKey) {
+std::size_t UncheckedItems::removeKeys(const std::vector<std::string>& keys, std::string_view moduleKey) {
     std::lock_guard lock(m_mutex);
     fetchOthersChanges();
     auto lists = storedLists();
     if (!lists.find(moduleKey))
         return 0;
-    auto remembered = textsOf(lists.find(moduleKey));
+    auto remembered = textsIn(lists.find(moduleKey));
     auto sorted = keys;
     std::ranges::sort(sorted);
     const auto removed =
@@ -107,14 +103,10 @@ std::size_t IgnoreListController::removeKeys(const std::vector<std::string>& key
     return removed;
 }
 
-void IgnoreListController::store(plist::Dictionary lists, std::string_view moduleKey,
+void UncheckedItems::store(plist::Dictionary lists, std::string_view moduleKey,
                                  const std::vector<std::string>& keys) {
-    plist::Array array;
-    array.reserve(keys.size());
-    for (const auto& key : keys)
-        array.emplace_back(key);
-    lists.set(moduleKey, std::move(array));
-    m_defaults.setObject(kDisabledNodes, std::move(lists));
+    lists.set(moduleKey, plist::arrayOf(keys));
+    m_defaults.setObject(ignorelist::kDisabledNodes, std::move(lists));
     // At once: a person who keeps an item must find it kept even if the power fails next. A failure is logged by the
     // preferences themselves.
     (void)m_defaults.synchronize();

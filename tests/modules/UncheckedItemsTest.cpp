@@ -1,4 +1,4 @@
-#include "modules/IgnoreListController.h"
+#include "modules/ignorelist/UncheckedItems.h"
 
 #include "appcore/SWApplicationCore.h"
 #include "engine/TestWorld.h"
@@ -12,7 +12,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class IgnoreListControllerTest : public testing::Test {
+class UncheckedItemsTest : public testing::Test {
   protected:
     static Node::Pointer node(std::string path) {
         return Node::nodeWithName("n", Icon::None, 0, 0, std::move(path), true);
@@ -20,33 +20,33 @@ class IgnoreListControllerTest : public testing::Test {
 
     TestWorld m_world;
     SWApplicationCore m_applications{m_world.files(), m_world.folders, nullptr, m_world.log};
-    IgnoreListController m_list{*m_world.defaults, m_applications, m_world.log};
+    UncheckedItems m_list{*m_world.defaults, m_applications, m_world.log};
 };
 
-TEST_F(IgnoreListControllerTest, KeysAreKeptPerModuleInOrderAndTwiceWhenAddedTwice) {
+TEST_F(UncheckedItemsTest, KeysAreKeptPerModuleInOrderAndTwiceWhenAddedTwice) {
     const auto a = node("/a");
     m_list.addToIgnoreListNodes({a.get(), node("/b").get()}, "Caches");
-    m_list.addToIgnoreListPath(*a, "Caches");
-    m_list.addToIgnoreListPath(*a, "Logs");
+    m_list.addToIgnoreListNodes({a.get()}, "Caches");
+    m_list.addToIgnoreListNodes({a.get()}, "Logs");
     EXPECT_THAT(m_list.ignoreListForController("Caches"), ElementsAre("/a", "/b", "/a"));
-    m_list.removeFromIgnoreListPath(*a, "Caches");
+    m_list.removeFromIgnoreListNodes({a.get()}, "Caches");
     EXPECT_THAT(m_list.ignoreListForController("Caches"), ElementsAre("/b"));
     EXPECT_THAT(m_list.ignoreListForController("Logs"), ElementsAre("/a"));
-    m_list.removeFromIgnoreListPath(*a, "Unknown");
+    m_list.removeFromIgnoreListNodes({a.get()}, "Unknown");
     EXPECT_THAT(m_list.moduleKeys(), ElementsAre("Caches", "Logs"));
-    m_list.addToIgnoreListPath(*node(""), "Logs");
+    m_list.addToIgnoreListNodes({node("").get()}, "Logs");
     EXPECT_THAT(m_world.log.lines(), Contains("Node key in ignore list is nil"));
 }
 
-TEST_F(IgnoreListControllerTest, ApplicationsAreRememberedByTheirIdentifierInTheLanguagesModule) {
+TEST_F(UncheckedItemsTest, ApplicationsAreRememberedByTheirIdentifierInTheLanguagesModule) {
     m_world.target.makeBundle("/Applications/One.app", {{"CFBundleIdentifier", "com.example.one"}});
-    m_list.addToIgnoreListPath(*node("/Applications/One.app"), "CleanLanguageTranslations");
+    m_list.addToIgnoreListNodes({node("/Applications/One.app").get()}, "CleanLanguageTranslations");
     EXPECT_THAT(m_list.ignoreListForController("CleanLanguageTranslations"), ElementsAre("com.example.one"));
 }
 
-TEST_F(IgnoreListControllerTest, TwoProcessesAddToOneList) {
+TEST_F(UncheckedItemsTest, TwoProcessesAddToOneList) {
     UserDefaults otherDefaults(m_world.files(), TestWorld::kPreferences, m_world.log);
-    IgnoreListController other(otherDefaults, m_applications, m_world.log);
+    UncheckedItems other(otherDefaults, m_applications, m_world.log);
     m_list.addKeys({"/mine"}, "Caches");
     other.addKeys({"/theirs"}, "Caches"); // read the file before the first was added
     m_list.removeKeys({"/mine"}, "Caches");
@@ -54,16 +54,16 @@ TEST_F(IgnoreListControllerTest, TwoProcessesAddToOneList) {
     EXPECT_THAT(other.ignoreListForController("Caches"), ElementsAre("/theirs"));
 }
 
-TEST_F(IgnoreListControllerTest, StrangePreferencesCountAsNone) {
+TEST_F(UncheckedItemsTest, StrangePreferencesCountAsNone) {
     m_world.defaults->setObject("DisabledNodesIgnoreList", "text");
     EXPECT_THAT(m_list.ignoreListForController("Caches"), IsEmpty());
     EXPECT_EQ(m_list.addKeys({"/a"}, "Caches"), 1U);
     EXPECT_THAT(m_list.ignoreListForController("Caches"), ElementsAre("/a"));
 }
 
-TEST_F(IgnoreListControllerTest, PathThatIsNoUtf8IsKeptAndFound) {
+TEST_F(UncheckedItemsTest, PathThatIsNoUtf8IsKeptAndFound) {
     const std::string path = "/a/\xff";
-    m_list.addToIgnoreListPath(*node(path), "Caches");
+    m_list.addToIgnoreListNodes({node(path).get()}, "Caches");
     EXPECT_THAT(m_list.ignoreListForController("Caches"), ElementsAre(ignoreKeyForPath(path)));
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "engine/IgnoreList.h"
 #include "formats/PropertyList.h"
 
 #include <mutex>
@@ -10,25 +9,26 @@
 
 namespace sweeply {
 
+class Node;
 class SWApplicationCore;
 class SystemLog;
 class UserDefaults;
 
-/// What the user does not want touched, kept in the preferences: the items unchecked in each module's results.
+/// The items that the user unchecked in each module's results, kept in the preferences.
 ///
 /// Entries are never pruned: an item that is away for a while, on a disk that is not there now, is still unchecked when
 /// it comes back. Thread-safe.
-class IgnoreListController final : public IgnoreList {
+class UncheckedItems final {
   public:
     /// All outlive this.
-    IgnoreListController(UserDefaults& defaults, const SWApplicationCore& applications, SystemLog& log);
+    UncheckedItems(UserDefaults& defaults, const SWApplicationCore& applications, SystemLog& log);
 
     /// As the property list holds them: compare with ignoreKeyForPath.
-    [[nodiscard]] std::vector<std::string> ignoreListForController(std::string_view moduleKey) const override;
+    [[nodiscard]] std::vector<std::string> ignoreListForController(std::string_view moduleKey) const;
     /// Adds the nodes' keys at the end, also those that are there already, and writes the preferences.
-    void addToIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey) override;
+    void addToIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey);
     /// Removes every occurrence of the nodes' keys and writes the preferences.
-    void removeFromIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey) override;
+    void removeFromIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey);
 
     /// The same for items without a node. Return how many entries were added or removed.
     std::size_t addKeys(const std::vector<std::string>& keys, std::string_view moduleKey);

@@ -1,0 +1,109 @@
+#include "app/Preferences.h"
+
+#include "app/ModuleCatalog.h"
+#include "engine/CoordinatorPreferences.h"
+#include "modules/ignorelist/IgnoreListPreferences.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace sweeply {
+
+namespace {
+
+Failure wrongValue(const PreferenceKey& key, std::string expected) {
+    return Failure(Error{ErrorKind::WrongType, std::string(key.name), "takes " + std::move(expected)});
+}
+
+std::vector<std::string> separated(std::string_view text) {
+    std::vector<std::string> parts;
+    while (!text.empty()) {
+        const auto comma = text.find(',');
+        if (comma != 0)
+            parts.emplace_back(text.substr(0, comma));
+        text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
+    }
+    return parts;
+}
+
+} // namespace
+
+std::vector<PreferenceKey> documentedPreferences() {
+    std::vector<PreferenceKey> keys(coordinator::kPreferences.begin(), coordinator::kPreferences.end());
+    for (const auto& row : moduleCatalog()) {
+        for (const auto& part : row.switches)
+            keys.push_back({part.defaultsName, PreferenceKey::Type::Boolean, "the module takes part in scans",
+                            part.isOnByDefault});
+    }
+    keys.insert(keys.end(), ignorelist::kPreferences.begin(), ignorelist::kPreferences.end());
+    return keys;
+}
+
+Result<PreferenceKey> preferenceNamed(std::string_view name) {
+    const auto keys = documentedPreferences();
+    if (const auto found = std::ranges::find(keys, name, &PreferenceKey::name); found != keys.end())
+        return *found;
+    std::string known;
+    for (const auto& key : keys)
+        known += (known.empty() ? "" : ", ") + std::string(key.name);
+    return Failure(Error{ErrorKind::NotFound, std::string(name), "no such preference; there are " + known});
+}
+
+Result<plist::Value> preferenceValue(const PreferenceKey& key, std::string_view text) {
+    switch (key.type) {
+    case PreferenceKey::Type::Boolean:
+        if (text == "yes" || text == "true" || text == "1")
+            return plist::Value(true);
+        if (text == "no" || text == "false" || text == "0")
+            return plist::Value(false);
+        return wrongValue(key, "'yes' or 'no'");
+    case PreferenceKey::Type::Number: {
+        std::uint64_t number = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+        if (error != std::errc() || end != text.data() + text.size())
+            return wrongValue(key, "a whole number");
+        return plist::Value(number);
+    }
+    case PreferenceKey::Type::Text:
+        return plist::Value(text);
+    case PreferenceKey::Type::TextArray:
+        return plist::Value(plist::arrayOf(separated(text)));
+    case PreferenceKey::Type::Dictionary:
+        break;
+    }
+    return wrongValue(key, "no value here; other commands change it");
+}
+
+std::string_view nameOf(PreferenceKey::Type type) {
+    switch (type) {
+    case PreferenceKey::Type::Boolean:
+        return "boolean";
+    case PreferenceKey::Type::Number:
+        return "number";
+    case PreferenceKey::Type::Text:
+        return "text";
+    case PreferenceKey::Type::TextArray:
+        return "list";
+    case PreferenceKey::Type::Dictionary:
+        break;
+    }
+    return "dictionary";
+}
+
+bool fits(const PreferenceKey& key, const plist::Value& value) {
+    switch (key.type) {
+    case PreferenceKey::Type::Boolean:
+        return value.asBool().has_value();
+    case PreferenceKey::Type::Number:
+        return value.asUnsigned().has_value();
+    case PreferenceKey::Type::Text:
+        return value.asString() != nullptr;
+    case PreferenceKey::Type::TextArray:
+        return value.asArray() != nullptr;
+    case PreferenceKey::Type::Dictionary:
+        break;
+    }
+    return value.asDictionary() != nullptr;
+}
+
+} // namespace sweeply
