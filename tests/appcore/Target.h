@@ -2,12 +2,11 @@
 
 #include "formats/PropertyList.h"
 #include "platform/FileManager.h"
-#include "platform/SystemLog.h"
+#include "platform/RecordingLog.h"
 
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -45,23 +44,6 @@ class Target final {
   private:
     std::string m_root;
     std::unique_ptr<FileManager> m_files;
-};
-
-/// Keeps what was logged. Thread-safe.
-class RecordingLog final : public SystemLog {
-  public:
-    void log(std::string_view line) override {
-        std::lock_guard lock(m_mutex);
-        m_lines.emplace_back(line);
-    }
-    std::vector<std::string> lines() const {
-        std::lock_guard lock(m_mutex);
-        return m_lines;
-    }
-
-  private:
-    mutable std::mutex m_mutex;
-    std::vector<std::string> m_lines;
 };
 
 } // namespace sweeply
