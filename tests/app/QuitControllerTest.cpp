@@ -101,7 +101,7 @@ TEST(OwnProcessTest, ProcessEndsByTheSignalEvenWithAHandlerForIt) {
 }
 
 TEST(OwnProcessTest, RestartStartsTheProgramAgain) {
-    Target target;
+    TestTarget target;
     const std::string program = target.files().rootPath() + "/it's \"$(x)\"";
     const std::string proof = target.files().rootPath() + "/started";
     target.makeFile("/it's \"$(x)\"", "#!/bin/sh\n: >\"$(dirname \"$0\")/started\"\n");

@@ -1,6 +1,6 @@
 #include "appcore/ADTaskRunner.h"
 
-#include "Target.h"
+#include "appcore/TestTarget.h"
 #include "platform/ToolTable.h"
 #include "platform/UniqueFd.h"
 

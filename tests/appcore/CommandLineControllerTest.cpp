@@ -1,6 +1,6 @@
 #include "appcore/CommandLineController.h"
 
-#include "Target.h"
+#include "appcore/TestTarget.h"
 
 #include <gtest/gtest.h>
 #include <sstream>
@@ -21,7 +21,7 @@ class CommandLineControllerTest : public testing::Test {
         return result ? "no error" : result.error().message();
     }
 
-    Target m_target;
+    TestTarget m_target;
     RecordingLog m_log;
     FolderConstants m_folders{"ann"};
     std::ostringstream m_output;

@@ -2,7 +2,7 @@
 
 #include "appcore/FolderConstants.h"
 #include "appcore/PrivilegedExecution.h"
-#include "appcore/Target.h"
+#include "appcore/TestTarget.h"
 #include "platform/Authorization.h"
 #include "platform/Process.h"
 #include "platform/ToolTable.h"
@@ -73,7 +73,7 @@ class RemovalPrimitivesTest : public testing::Test {
         return paths;
     }
 
-    Target m_target;
+    TestTarget m_target;
     RecordingLog m_log;
     const FolderConstants m_folders{"sam"};
     OpeningRights m_rights;

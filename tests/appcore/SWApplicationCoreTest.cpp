@@ -1,6 +1,6 @@
 #include "appcore/SWApplicationCore.h"
 
-#include "Target.h"
+#include "appcore/TestTarget.h"
 #include "platform/LaunchServices.h"
 
 #include <gmock/gmock.h>
@@ -47,7 +47,7 @@ class SWApplicationCoreTest : public testing::Test {
   protected:
     SWApplicationCore core() { return {m_target.files(), m_folders, &m_registry, m_log}; }
 
-    Target m_target;
+    TestTarget m_target;
     FolderConstants m_folders{"ann"};
     FakeRegistry m_registry;
     RecordingLog m_log;

@@ -3,7 +3,7 @@
 #include "appcore/FolderConstants.h"
 #include "appcore/PrivilegedExecution.h"
 #include "appcore/RemovalPrimitives.h"
-#include "appcore/Target.h"
+#include "appcore/TestTarget.h"
 #include "engine/AuthorisationSession.h"
 #include "engine/IgnoreList.h"
 #include "engine/RunReports.h"
@@ -171,7 +171,7 @@ class TestWorld {
         waitUntil([this] { return !coordinator->isRemoving(); });
     }
 
-    Target target;
+    TestTarget target;
     const SizeUnits units;
     const FolderConstants folders{"sam"};
     RecordingLog log;

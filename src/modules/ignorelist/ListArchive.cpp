@@ -57,7 +57,7 @@ class Archive final {
     Result<std::string> readFromZip(std::string_view bytes) {
         if (auto written = write("list.zip", bytes); !written)
             return Failure(written.error());
-        const auto listing = run("/usr/bin/unzip", {"-Z", "-s", "-h-t", "list.zip"});
+        const auto listing = run("/usr/bin/unzip", {"-Z", "-s", "--h-t", "list.zip"});
         if (!listing)
             return Failure(listing.error());
         // "-rw-r--r--  3.0 unx  120 tx defN 09-Jun-02 10:00 NAME"

@@ -90,6 +90,10 @@ int fetch(const Request& request) {
         return complain(request, "the answer is longer than " + std::to_string(request.limit) + " bytes");
     if (code != CURLE_OK)
         return complain(request, reason.front() != '\0' ? reason.c_str() : curl_easy_strerror(code));
+    long status = 0;
+    curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
+    if (status < 200 || status >= 300) // such as a redirection to nowhere
+        return complain(request, "the server answered " + std::to_string(status));
     if (std::fflush(stdout) != 0)
         return complain(request, "standard output: could not be written");
     return 0;

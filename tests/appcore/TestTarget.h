@@ -13,16 +13,16 @@
 namespace sweeply {
 
 /// A small target volume in a folder of its own, for one test.
-class Target final {
+class TestTarget final {
   public:
-    Target() {
+    TestTarget() {
         std::string name = std::filesystem::temp_directory_path() / "target.XXXXXX";
         m_root = ::mkdtemp(name.data());
         m_files = std::move(FileManager::open(m_root).value());
     }
-    Target(const Target&) = delete;
-    Target& operator=(const Target&) = delete;
-    ~Target() { std::filesystem::remove_all(m_root); }
+    TestTarget(const TestTarget&) = delete;
+    TestTarget& operator=(const TestTarget&) = delete;
+    ~TestTarget() { std::filesystem::remove_all(m_root); }
 
     FileManager& files() { return *m_files; }
 
