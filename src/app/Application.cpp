@@ -67,9 +67,9 @@ void Application::addModules() {
         m_target.version.isOnLeopardOrBetter() ? userCacheDirectory(*m_target.files, m_target.folders) : std::string();
     if (!leoUserCacheDir.empty())
         m_target.files->guard().protect(leoUserCacheDir);
-    const CacheServices caches{m_services, *m_target.files, m_sizes, m_target.folders, m_ignoreList};
+    const ModuleServices services{m_services, *m_target.files, m_sizes, m_target.folders, m_ignoreList, m_applications};
     m_scanController.addModule(rowFor(kCachesView), std::make_unique<CachesScanController>(
-                                                        caches, m_scanController, m_workspace, leoUserCacheDir));
+                                                        services, m_scanController, m_workspace, leoUserCacheDir));
 }
 
 void Application::startInventory() {

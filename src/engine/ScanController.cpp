@@ -372,6 +372,14 @@ bool ScanController::tryToSecurelyRemoveFileAtPath(const std::string& path) {
     return m_helpers.removals.tryToSecurelyRemoveFileAtPath(path);
 }
 
+bool ScanController::tryToRemoveAllFilesInDirectory(const std::string& path) {
+    return m_helpers.removals.tryToRemoveAllFilesInDirectory(path);
+}
+
+bool ScanController::tryToEmptyFileAtPath(const std::string& path) {
+    return m_helpers.removals.tryToEmptyFileAtPath(path);
+}
+
 IgnoreList& ScanController::ignoreListController() { return m_helpers.ignoreList; }
 
 } // namespace sweeply

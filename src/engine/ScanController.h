@@ -115,6 +115,8 @@ class ScanController final : public ScanCoordinator {
     bool authorisationDemanded() override;
     bool tryToRemoveFileAtPath(const std::string& path) override;
     bool tryToSecurelyRemoveFileAtPath(const std::string& path) override;
+    bool tryToRemoveAllFilesInDirectory(const std::string& path) override;
+    bool tryToEmptyFileAtPath(const std::string& path) override;
     IgnoreList& ignoreListController() override;
     void finishUninstallation();
 

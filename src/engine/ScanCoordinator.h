@@ -29,6 +29,9 @@ class ScanCoordinator {
     /// Any thread. True when the item is gone, also when it never was there.
     virtual bool tryToRemoveFileAtPath(const std::string& path) = 0;
     virtual bool tryToSecurelyRemoveFileAtPath(const std::string& path) = 0;
+    virtual bool tryToRemoveAllFilesInDirectory(const std::string& path) = 0;
+    /// Any thread. Leaves the file with a single new-line character.
+    virtual bool tryToEmptyFileAtPath(const std::string& path) = 0;
 
     virtual IgnoreList& ignoreListController() = 0;
 };

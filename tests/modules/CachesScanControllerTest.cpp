@@ -34,7 +34,8 @@ class CachesTest : public testing::Test {
         m_world.restart([this](UserDefaults& defaults) {
             return std::make_unique<IgnoreListController>(m_ignoreList.services(defaults));
         });
-        const CacheServices services{m_world.services(), m_world.files(), m_sizes, m_world.folders, *m_world.ownList};
+        const ModuleServices services{m_world.services(), m_world.files(),  m_sizes,
+                                      m_world.folders,    *m_world.ownList, m_ignoreList.applications};
         m_caches = &m_world.add(
             1, std::make_unique<CachesScanController>(services, *m_world.coordinator, m_workspace, leoUserCacheDir));
         m_subscription = m_world.notifications->observe<ProblemFound>([this](const ProblemFound& problem) {

@@ -12,6 +12,8 @@ enum class Icon : std::uint8_t {
     UserCaches,
     PhotoSyncCaches,
     SystemCaches,
+    UserLogs,
+    SystemLogs,
 };
 
 } // namespace sweeply

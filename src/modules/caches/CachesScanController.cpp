@@ -7,7 +7,7 @@
 
 namespace sweeply {
 
-CachesScanController::CachesScanController(const CacheServices& services, ScanCoordinator& coordinator,
+CachesScanController::CachesScanController(const ModuleServices& services, ScanCoordinator& coordinator,
                                            const Workspace& workspace, const std::string& leoUserCacheDir)
     : ADGroupScanController(services.engine, coordinator) {
     rootNode()->setName(localizedString("Caches"));

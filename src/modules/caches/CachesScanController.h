@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/ADGroupScanController.h"
-#include "modules/caches/CacheServices.h"
+#include "modules/ModuleServices.h"
 
 #include <string>
 
@@ -9,13 +9,16 @@ namespace sweeply {
 
 class Workspace;
 
+/// The switch-independent key under which all cache modules keep their unchecked items.
+inline constexpr const char* kCachesModuleKey = "Caches";
+
 /// Everything that applications can rebuild: the user's caches, the photo caches, the machine's caches.
 class CachesScanController final : public ADGroupScanController {
   public:
-    CachesScanController(const CacheServices& services, ScanCoordinator& coordinator, const Workspace& workspace,
+    CachesScanController(const ModuleServices& services, ScanCoordinator& coordinator, const Workspace& workspace,
                          const std::string& leoUserCacheDir);
 
-    [[nodiscard]] std::string defaultsName() const override { return "Caches"; }
+    [[nodiscard]] std::string defaultsName() const override { return kCachesModuleKey; }
 
   private:
     [[nodiscard]] std::string className() const override { return "CachesScanController"; }

@@ -2,7 +2,8 @@
 
 #include "appcore/FolderConstants.h"
 #include "appcore/sizes/DiskSizes.h"
-#include "modules/caches/CacheScanner.h"
+#include "modules/FolderEntries.h"
+#include "modules/caches/CachesScanController.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/Localization.h"
 #include "platform/TargetPath.h"
@@ -27,7 +28,7 @@ bool isBookkeeping(std::string_view name) { return std::ranges::find(kBookkeepin
 
 } // namespace
 
-PhotoSyncCachesController::PhotoSyncCachesController(const CacheServices& services, const Workspace& workspace)
+PhotoSyncCachesController::PhotoSyncCachesController(const ModuleServices& services, const Workspace& workspace)
     : ADScanController(services.engine), m_caches(services), m_workspace(workspace) {
     rootNode()->setName(localizedString("iPod Photo Cache"));
     rootNode()->setIcon(Icon::PhotoSyncCaches);
@@ -58,7 +59,7 @@ void PhotoSyncCachesController::scanThread() {
         return;
     }
     incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
-    const CacheNodeMaker maker(m_caches);
+    const RememberedNodes nodes(m_caches.ignoreList, kCachesModuleKey);
     auto walk = m_caches.files.enumeratorAtPath(home);
     while (const auto entry = walk.next()) {
         waitWhilePaused();
@@ -83,7 +84,7 @@ void PhotoSyncCachesController::scanThread() {
             walk.skipDescendants();
             const auto library = lastPathComponent(pathWithoutLastComponent(entry->path));
             const std::uint64_t size = m_caches.sizes.folderSizeAtPath(path);
-            addChildNode(maker.nodeFor(localizedFormat("\"%@\" Photo Cache", {library}), std::move(path), size));
+            addChildNode(nodes.nodeFor(localizedFormat("\"%@\" Photo Cache", {library}), std::move(path), size));
             sleepAfterItem();
             rootNodeChanged();
         }

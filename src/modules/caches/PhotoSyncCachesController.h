@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/ADScanController.h"
-#include "modules/caches/CacheServices.h"
+#include "modules/ModuleServices.h"
 
 #include <string>
 #include <string_view>
@@ -14,7 +14,7 @@ class Workspace;
 /// home folder. Cleaning one leaves the folder and the files that keep its books.
 class PhotoSyncCachesController final : public ADScanController {
   public:
-    PhotoSyncCachesController(const CacheServices& services, const Workspace& workspace);
+    PhotoSyncCachesController(const ModuleServices& services, const Workspace& workspace);
     ~PhotoSyncCachesController() override { stopAndJoin(); }
 
     [[nodiscard]] std::string defaultsName() const override { return "CleanPhotoSyncCache"; }
@@ -30,7 +30,7 @@ class PhotoSyncCachesController final : public ADScanController {
     [[nodiscard]] bool isEntered(const std::string& path) const;
     [[nodiscard]] bool holdsPhotos(const std::string& path) const;
 
-    CacheServices m_caches;
+    ModuleServices m_caches;
     const Workspace& m_workspace;
 };
 

@@ -1,12 +1,13 @@
 #include "modules/caches/SystemCachesController.h"
 
 #include "appcore/FolderConstants.h"
-#include "modules/caches/CacheScanner.h"
+#include "modules/FolderEntries.h"
+#include "modules/caches/CachesScanController.h"
 #include "platform/Localization.h"
 
 namespace sweeply {
 
-SystemCachesController::SystemCachesController(const CacheServices& services)
+SystemCachesController::SystemCachesController(const ModuleServices& services)
     : ADScanController(services.engine), m_caches(services) {
     rootNode()->setName(localizedString("System Cache Files"));
     rootNode()->setIcon(Icon::SystemCaches);
@@ -15,7 +16,8 @@ SystemCachesController::SystemCachesController(const CacheServices& services)
 
 void SystemCachesController::scanThread() {
     prepareForScan();
-    scanCachesInPath(m_caches.folders.expandTilde(m_caches.folders.LIBRARYCACHESPATH), *this, m_caches);
+    scanEntriesOfFolder(m_caches.folders.expandTilde(m_caches.folders.LIBRARYCACHESPATH), *this, m_caches,
+                        {kCachesModuleKey});
 }
 
 } // namespace sweeply

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/ADScanController.h"
-#include "modules/caches/CacheServices.h"
+#include "modules/ModuleServices.h"
 
 #include <string>
 
@@ -11,7 +11,7 @@ namespace sweeply {
 /// administrator rights.
 class SystemCachesController final : public ADScanController {
   public:
-    explicit SystemCachesController(const CacheServices& services);
+    explicit SystemCachesController(const ModuleServices& services);
     ~SystemCachesController() override { stopAndJoin(); }
 
     [[nodiscard]] std::string defaultsName() const override { return "CleanSystemCaches"; }
@@ -26,7 +26,7 @@ class SystemCachesController final : public ADScanController {
   private:
     [[nodiscard]] std::string className() const override { return "SystemCachesController"; }
 
-    CacheServices m_caches;
+    ModuleServices m_caches;
 };
 
 } // namespace sweeply

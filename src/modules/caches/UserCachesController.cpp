@@ -1,14 +1,15 @@
 #include "modules/caches/UserCachesController.h"
 
 #include "appcore/FolderConstants.h"
-#include "modules/caches/CacheScanner.h"
+#include "modules/FolderEntries.h"
+#include "modules/caches/CachesScanController.h"
 #include "platform/Localization.h"
 
 #include <utility>
 
 namespace sweeply {
 
-UserCachesController::UserCachesController(const CacheServices& services, std::string leoUserCacheDir)
+UserCachesController::UserCachesController(const ModuleServices& services, std::string leoUserCacheDir)
     : ADScanController(services.engine), m_caches(services), m_leoUserCacheDir(std::move(leoUserCacheDir)) {
     rootNode()->setName(localizedString("User Cache Files"));
     rootNode()->setIcon(Icon::UserCaches);
@@ -17,9 +18,10 @@ UserCachesController::UserCachesController(const CacheServices& services, std::s
 
 void UserCachesController::scanThread() {
     prepareForScan();
-    scanCachesInPath(m_caches.folders.expandTilde(m_caches.folders.HOMECACHESPATH), *this, m_caches);
+    scanEntriesOfFolder(m_caches.folders.expandTilde(m_caches.folders.HOMECACHESPATH), *this, m_caches,
+                        {kCachesModuleKey});
     if (!m_leoUserCacheDir.empty() && !stopped())
-        scanCachesInPath(m_leoUserCacheDir, *this, m_caches);
+        scanEntriesOfFolder(m_leoUserCacheDir, *this, m_caches, {kCachesModuleKey});
 }
 
 } // namespace sweeply

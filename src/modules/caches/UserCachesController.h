@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/ADScanController.h"
-#include "modules/caches/CacheServices.h"
+#include "modules/ModuleServices.h"
 
 #include <string>
 
@@ -12,7 +12,7 @@ namespace sweeply {
 class UserCachesController final : public ADScanController {
   public:
     /// `leoUserCacheDir` is that folder, empty where there is none.
-    UserCachesController(const CacheServices& services, std::string leoUserCacheDir);
+    UserCachesController(const ModuleServices& services, std::string leoUserCacheDir);
     ~UserCachesController() override { stopAndJoin(); }
 
     [[nodiscard]] std::string defaultsName() const override { return "CleanCaches"; }
@@ -25,7 +25,7 @@ class UserCachesController final : public ADScanController {
   private:
     [[nodiscard]] std::string className() const override { return "UserCachesController"; }
 
-    CacheServices m_caches;
+    ModuleServices m_caches;
     std::string m_leoUserCacheDir;
 };
 

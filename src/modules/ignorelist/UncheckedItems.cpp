@@ -1,6 +1,5 @@
 #include "modules/ignorelist/UncheckedItems.h"
 
-
 #include "appcore/SWApplicationCore.h"
 #include "engine/IgnoreList.h"
 #include "engine/tree/Node.h"
@@ -15,7 +14,6 @@ namespace sweeply {
 
 namespace {
 
-
 /// This module remembers applications, which may move, and not paths.
 constexpr std::string_view kLanguagesModule = "CleanLanguageTranslations";
 
@@ -25,8 +23,7 @@ std::vector<std::string> textsIn(const plist::Value* list) {
 
 } // namespace
 
-UncheckedItems::UncheckedItems(UserDefaults& defaults, const SWApplicationCore& applications,
-                                           SystemLog& log)
+UncheckedItems::UncheckedItems(UserDefaults& defaults, const SWApplicationCore& applications, SystemLog& log)
     : m_defaults(defaults), m_applications(applications), m_log(log) {}
 
 void UncheckedItems::fetchOthersChanges() {
@@ -53,7 +50,7 @@ std::vector<std::string> UncheckedItems::moduleKeys() const {
 }
 
 std::vector<std::string> UncheckedItems::keysOf(const std::vector<const Node*>& nodes,
-                                                      std::string_view moduleKey) const {
+                                                std::string_view moduleKey) const {
     std::vector<std::string> keys;
     for (const Node* node : nodes) {
         std::string key = moduleKey == kLanguagesModule
@@ -71,8 +68,7 @@ void UncheckedItems::addToIgnoreListNodes(const std::vector<const Node*>& nodes,
     addKeys(keysOf(nodes, moduleKey), moduleKey);
 }
 
-void UncheckedItems::removeFromIgnoreListNodes(const std::vector<const Node*>& nodes,
-                                                     std::string_view moduleKey) {
+void UncheckedItems::removeFromIgnoreListNodes(const std::vector<const Node*>& nodes, std::string_view moduleKey) {
     removeKeys(keysOf(nodes, moduleKey), moduleKey);
 }
 
@@ -103,8 +99,7 @@ std::size_t UncheckedItems::removeKeys(const std::vector<std::string>& keys, std
     return removed;
 }
 
-void UncheckedItems::store(plist::Dictionary lists, std::string_view moduleKey,
-                                 const std::vector<std::string>& keys) {
+void UncheckedItems::store(plist::Dictionary lists, std::string_view moduleKey, const std::vector<std::string>& keys) {
     lists.set(moduleKey, plist::arrayOf(keys));
     m_defaults.setObject(ignorelist::kDisabledNodes, std::move(lists));
     // At once: a person who keeps an item must find it kept even if the power fails next. A failure is logged by the

@@ -7,17 +7,17 @@ namespace sweeply {
 class DiskSizes;
 class FileManager;
 class IgnoreList;
-class SystemVersion;
-class Workspace;
+class SWApplicationCore;
 struct FolderConstants;
 
-/// What the cache modules work with; all of it outlives them.
-struct CacheServices {
+/// What the scan modules work with; all of it outlives them.
+struct ModuleServices {
     EngineServices engine;
     FileManager& files;
     const DiskSizes& sizes;
     const FolderConstants& folders;
-    const IgnoreList& ignoreList;
+    IgnoreList& ignoreList;
+    const SWApplicationCore& applications;
 };
 
 } // namespace sweeply

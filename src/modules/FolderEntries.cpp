@@ -1,4 +1,4 @@
-#include "modules/caches/CacheScanner.h"
+#include "modules/FolderEntries.h"
 
 #include "appcore/sizes/DiskSizes.h"
 #include "engine/IgnoreList.h"
@@ -9,12 +9,12 @@
 
 namespace sweeply {
 
-CacheNodeMaker::CacheNodeMaker(const CacheServices& services) {
-    for (auto& key : services.ignoreList.ignoreListForController(kCachesModuleKey))
+RememberedNodes::RememberedNodes(const IgnoreList& ignoreList, std::string_view moduleKey) {
+    for (auto& key : ignoreList.ignoreListForController(moduleKey))
         m_ignored.insert(std::move(key));
 }
 
-Node::Pointer CacheNodeMaker::nodeFor(std::string_view name, std::string path, std::uint64_t size) const {
+Node::Pointer RememberedNodes::nodeFor(std::string_view name, std::string path, std::uint64_t size) const {
     const bool isIgnored = !m_ignored.empty() && m_ignored.contains(ignoreKeyForPath(path));
     auto node = Node::nodeWithName(name, Icon::ItsOwn, 0, size, std::move(path), !isIgnored);
     node->setNeedExpand(true);
@@ -22,7 +22,8 @@ Node::Pointer CacheNodeMaker::nodeFor(std::string_view name, std::string path, s
     return node;
 }
 
-void scanCachesInPath(std::string_view folderPath, ADScanController& module, const CacheServices& services) {
+void scanEntriesOfFolder(std::string_view folderPath, ADScanController& module, const ModuleServices& services,
+                         const EntryRules& rules) {
     const std::string path = normalisedPath(folderPath);
     if (!services.files.fileExistsAtPath(path)) {
         if (const auto made = services.files.createDirectoryAtPath(path); !made) {
@@ -37,7 +38,7 @@ void scanCachesInPath(std::string_view folderPath, ADScanController& module, con
         return;
     }
     module.incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
-    const CacheNodeMaker maker(services);
+    const RememberedNodes nodes(services.ignoreList, rules.moduleKey);
     for (const auto& entry : *entries) {
         if (module.stopped())
             return;
@@ -45,7 +46,8 @@ void scanCachesInPath(std::string_view folderPath, ADScanController& module, con
             std::string item = joinedPath(path, entry.name);
             module.setCurrentItem(item);
             const std::uint64_t size = services.sizes.sizeOfEntry(folder->get(), entry.name);
-            module.addChildNode(maker.nodeFor(entry.name, std::move(item), size));
+            if (size >= rules.smallestSize)
+                module.addChildNode(nodes.nodeFor(entry.name, std::move(item), size));
         }
         module.sleepAfterItem();
         module.incProgress();
