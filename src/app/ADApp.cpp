@@ -40,6 +40,7 @@ void ADApp::start(Face face) {
 void ADApp::initUserDefaults() {
     auto& defaults = m_application.defaults();
     registerDefaults(defaults, coordinator::kPreferences);
+    m_application.languageKeepList().updateAppleLanguageList();
     m_application.scanController().setUseSecureErase(defaults.boolForKey(coordinator::kUseSecureErase));
     if (!m_runningFromDMG)
         installWatchers();

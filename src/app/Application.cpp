@@ -5,6 +5,8 @@
 #include "appcore/AppleLanguages.h"
 #include "modules/caches/CachesScanController.h"
 #include "modules/caches/UserCacheDirectory.h"
+#include "modules/languages/LanguagesController.h"
+#include "modules/logs/LogsController.h"
 #include "platform/Alerts.h"
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
@@ -20,6 +22,8 @@ namespace {
 
 constexpr const char* kSupportFolder = "~/Library/Application Support/Sweeply/";
 constexpr std::uint8_t kCachesView = 1;
+constexpr std::uint8_t kLogsView = 2;
+constexpr std::uint8_t kLanguagesView = 3;
 
 std::unique_ptr<ScanObject> rowFor(std::uint8_t viewCode) {
     const auto row = std::ranges::find(moduleCatalog(), viewCode, &ModuleRow::viewCode);
@@ -42,18 +46,21 @@ Application::Application(Target target, const HostServices& host)
       m_applications(*m_target.files, m_target.folders, m_target.version.isOnLeopardOrBetter() ? &m_registry : nullptr,
                      host.log),
       m_http(host.libexecFolder + "/fetch"),
-      m_ignoreList({m_defaults, *m_target.files, m_applications, host.alerts, host.mainThread, host.log, m_http,
-                    m_tools, joinedPath(host.shareFolder, SharedIgnoreList::kFileName),
-                    m_target.folders.expandTilde(kSupportFolder) + std::string(SharedIgnoreList::kFileName),
-                    [this] { return m_locale.formatDateAndTime(std::time(nullptr)); },
-                    makersServers(m_target.version, appleLanguages(*m_target.files, m_target.folders))}),
+      m_ignoreList(
+          {m_defaults, *m_target.files, m_applications, host.alerts, host.mainThread, host.log, m_http, m_tools,
+           joinedPath(host.shareFolder, SharedIgnoreList::kFileName),
+           m_target.folders.expandTilde(kSupportFolder) + std::string(SharedIgnoreList::kFileName),
+           [this] { return m_locale.formatDateAndTime(std::time(nullptr)); },
+           makersServers(m_target.version,
+                         appleLanguages(*m_target.files, m_target.folders).value_or(std::vector<std::string>()))}),
+      m_languageKeepList(m_defaults, [this] { return appleLanguages(*m_target.files, m_target.folders); }),
       m_authorisation(m_privileged, host.alerts, host.mainThread, host.log, SudoSetting::ofThisProcess().isRoot),
       m_reports(host.alerts, host.desktopNotifications, m_units), m_statistics(m_services),
       m_scanController(m_services, {m_removals, m_authorisation, m_reports, m_statistics, m_ignoreList,
                                     [this] { return m_locale.formatDate(std::time(nullptr)); }}) {
     for (const auto& folder : m_target.folders.protectedFolders())
         m_target.files->guard().protect(folder);
-    addModules();
+    addModules(host);
     m_target.files->refreshGuard();
 }
 
@@ -62,7 +69,7 @@ Application::~Application() {
     (void)m_defaults.synchronize();
 }
 
-void Application::addModules() {
+void Application::addModules(const HostServices& host) {
     const std::string leoUserCacheDir =
         m_target.version.isOnLeopardOrBetter() ? userCacheDirectory(*m_target.files, m_target.folders) : std::string();
     if (!leoUserCacheDir.empty())
@@ -70,6 +77,11 @@ void Application::addModules() {
     const ModuleServices services{m_services, *m_target.files, m_sizes, m_target.folders, m_ignoreList, m_applications};
     m_scanController.addModule(rowFor(kCachesView), std::make_unique<CachesScanController>(
                                                         services, m_scanController, m_workspace, leoUserCacheDir));
+    m_scanController.addModule(rowFor(kLogsView), std::make_unique<LogsController>(services, m_scanController));
+    m_scanController.addModule(
+        rowFor(kLanguagesView),
+        std::make_unique<LanguagesController>(services, m_scanController, m_languageKeepList,
+                                              LanguagesController::Person{host.alerts, host.showLanguagePreferences}));
 }
 
 void Application::startInventory() {

@@ -10,6 +10,7 @@
 #include "engine/ScanController.h"
 #include "engine/SpaceStatistics.h"
 #include "modules/ignorelist/IgnoreListController.h"
+#include "modules/languages/LanguageKeepList.h"
 #include "platform/Authorization.h"
 #include "platform/HttpClient.h"
 #include "platform/LaunchServices.h"
@@ -20,6 +21,7 @@
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
 
+#include <functional>
 #include <string>
 #include <thread>
 
@@ -40,6 +42,8 @@ struct HostServices {
     /// The folders of our own tools and of what else came with the program, as absolute paths of this machine.
     std::string libexecFolder;
     std::string shareFolder;
+    /// Shows where a person chooses the languages to keep. Main thread.
+    std::function<void()> showLanguagePreferences = [] {};
 };
 
 /// The composition root: builds everything once, in the order of its members, and hands each part what it works with.
@@ -60,6 +64,7 @@ class Application final {
     [[nodiscard]] ScanController& scanController() { return m_scanController; }
     [[nodiscard]] const SWApplicationCore& applications() const { return m_applications; }
     [[nodiscard]] IgnoreListController& ignoreList() { return m_ignoreList; }
+    [[nodiscard]] LanguageKeepList& languageKeepList() { return m_languageKeepList; }
     [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
     [[nodiscard]] NotificationCenter& notifications() { return m_notifications; }
     [[nodiscard]] TreeLock& treeLock() { return m_treeLock; }
@@ -67,7 +72,7 @@ class Application final {
     [[nodiscard]] const SpaceStatistics& statistics() const { return m_statistics; }
 
   private:
-    void addModules();
+    void addModules(const HostServices& host);
 
     Target m_target;
     const Pace m_pace;
@@ -90,6 +95,7 @@ class Application final {
     SWApplicationCore m_applications;
     HttpClient m_http;
     IgnoreListController m_ignoreList;
+    LanguageKeepList m_languageKeepList;
 
     AuthorisationSession m_authorisation;
     RunReports m_reports;

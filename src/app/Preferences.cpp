@@ -3,6 +3,7 @@
 #include "app/ModuleCatalog.h"
 #include "engine/CoordinatorPreferences.h"
 #include "modules/ignorelist/IgnoreListPreferences.h"
+#include "modules/languages/LanguageKeepList.h"
 
 #include <algorithm>
 #include <charconv>
@@ -26,6 +27,26 @@ std::vector<std::string> separated(std::string_view text) {
     return parts;
 }
 
+std::optional<bool> truthIn(std::string_view text) {
+    if (text == "yes" || text == "true" || text == "1")
+        return true;
+    if (text == "no" || text == "false" || text == "0")
+        return false;
+    return std::nullopt;
+}
+
+Result<plist::Value> switchesIn(const PreferenceKey& key, std::string_view text) {
+    std::vector<plist::Dictionary::Member> members;
+    for (const auto& part : separated(text)) {
+        const auto sign = part.find('=');
+        const auto truth = sign == std::string::npos ? std::nullopt : truthIn(std::string_view(part).substr(sign + 1));
+        if (!truth || sign == 0)
+            return wrongValue(key, "'NAME=yes' and 'NAME=no', with commas between them");
+        members.emplace_back(part.substr(0, sign), *truth);
+    }
+    return plist::Value(plist::Dictionary(std::move(members)));
+}
+
 } // namespace
 
 std::vector<PreferenceKey> documentedPreferences() {
@@ -36,6 +57,7 @@ std::vector<PreferenceKey> documentedPreferences() {
                             part.isOnByDefault});
     }
     keys.insert(keys.end(), ignorelist::kPreferences.begin(), ignorelist::kPreferences.end());
+    keys.insert(keys.end(), languages::kPreferences.begin(), languages::kPreferences.end());
     return keys;
 }
 
@@ -52,10 +74,8 @@ Result<PreferenceKey> preferenceNamed(std::string_view name) {
 Result<plist::Value> preferenceValue(const PreferenceKey& key, std::string_view text) {
     switch (key.type) {
     case PreferenceKey::Type::Boolean:
-        if (text == "yes" || text == "true" || text == "1")
-            return plist::Value(true);
-        if (text == "no" || text == "false" || text == "0")
-            return plist::Value(false);
+        if (const auto truth = truthIn(text))
+            return plist::Value(*truth);
         return wrongValue(key, "'yes' or 'no'");
     case PreferenceKey::Type::Number: {
         std::uint64_t number = 0;
@@ -68,6 +88,8 @@ Result<plist::Value> preferenceValue(const PreferenceKey& key, std::string_view 
         return plist::Value(text);
     case PreferenceKey::Type::TextArray:
         return plist::Value(plist::arrayOf(separated(text)));
+    case PreferenceKey::Type::Switches:
+        return switchesIn(key, text);
     case PreferenceKey::Type::Dictionary:
         break;
     }
@@ -84,6 +106,8 @@ std::string_view nameOf(PreferenceKey::Type type) {
         return "text";
     case PreferenceKey::Type::TextArray:
         return "list";
+    case PreferenceKey::Type::Switches:
+        return "switches";
     case PreferenceKey::Type::Dictionary:
         break;
     }
@@ -100,6 +124,7 @@ bool fits(const PreferenceKey& key, const plist::Value& value) {
         return value.asString() != nullptr;
     case PreferenceKey::Type::TextArray:
         return value.asArray() != nullptr;
+    case PreferenceKey::Type::Switches:
     case PreferenceKey::Type::Dictionary:
         break;
     }

@@ -35,8 +35,14 @@ Json jsonOf(const plist::Value& value) {
 }
 
 /// As preferenceValue reads it, where that can be read at all.
-std::string textOf(const plist::Value& value) {
+std::string textOf(const PreferenceKey& key, const plist::Value& value) {
     const Json json = jsonOf(value);
+    if (key.type == PreferenceKey::Type::Switches) {
+        std::string list;
+        for (const auto& [name, truth] : json.items())
+            list += (list.empty() ? "" : ",") + name + (truth == true ? "=yes" : "=no");
+        return list;
+    }
     if (json.is_string())
         return json.get<std::string>();
     if (json.is_boolean())
@@ -73,7 +79,7 @@ void print(Session& session, const std::vector<PreferenceKey>& keys) {
     }
     for (const auto& key : keys) {
         const auto value = stored(session, key);
-        std::string text = value ? textOf(*value) : std::string("-");
+        std::string text = value ? textOf(key, *value) : std::string("-");
         if (session.terminal().isOutputTerminal)
             text = safeForTerminal(text);
         if (session.commandLine().operands.empty())

@@ -20,6 +20,11 @@ std::string besideProgram(const char* folder) {
     return error ? std::string() : (program.parent_path().parent_path() / folder / "sweeply").string();
 }
 
+void showLanguagePreferences() {
+    std::cerr
+        << "sweeply-cli prefs LanguagesToLeave   shows the languages to keep; \"fr=yes,de=no\" after it sets them\n";
+}
+
 } // namespace
 
 Result<std::unique_ptr<Session>> Session::open(const CommandLine& line) {
@@ -35,7 +40,7 @@ Result<std::unique_ptr<Session>> Session::open(const CommandLine& line) {
 Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogLog> log)
     : m_commandLine(line), m_log(std::move(log)), m_alerts(m_terminal, line.wantsJson),
       m_application(std::move(target), {m_loop, m_alerts, m_notifications, *m_log, line.pace, besideProgram("libexec"),
-                                        besideProgram("share")}),
+                                        besideProgram("share"), showLanguagePreferences}),
       m_app(m_application, m_watchers, *m_log, line.arguments) {
     m_app.start(ADApp::Face::Terminal);
     auto& center = m_application.notifications();
@@ -47,6 +52,7 @@ Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogL
 }
 
 void Session::scan() {
+    m_application.startInventory();
     m_application.scanController().startScan();
     waitFor(&ScanController::isScanning, &ScanController::stopScanActually, "Scanning");
 }

@@ -11,7 +11,7 @@ class UserDefaults;
 
 /// One documented key of the program's preferences. Whoever owns a key keeps it in a table of these.
 struct PreferenceKey {
-    enum class Type : std::uint8_t { Boolean, Number, Text, TextArray, Dictionary };
+    enum class Type : std::uint8_t { Boolean, Number, Text, TextArray, Switches, Dictionary };
     struct EmptyArray {};
 
     std::string_view name;

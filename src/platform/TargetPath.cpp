@@ -52,6 +52,12 @@ std::string_view pathExtension(std::string_view path) {
     return dot == std::string_view::npos || dot == 0 ? std::string_view{} : name.substr(dot + 1);
 }
 
+std::string_view nameWithoutExtension(std::string_view path) {
+    const auto name = lastPathComponent(path);
+    const auto extension = pathExtension(name);
+    return extension.empty() ? name : name.substr(0, name.size() - extension.size() - 1);
+}
+
 std::string joinedPath(std::string_view folder, std::string_view name) {
     std::string result;
     result.reserve(folder.size() + 1 + name.size());

@@ -14,6 +14,8 @@ namespace sweeply {
 [[nodiscard]] std::string_view pathWithoutLastComponent(std::string_view path);
 /// The extension of the last component without its dot: "app" of "/a/b.app"; empty for "/a/.hidden".
 [[nodiscard]] std::string_view pathExtension(std::string_view path);
+/// The last component without its extension: "b" of "/a/b.app".
+[[nodiscard]] std::string_view nameWithoutExtension(std::string_view path);
 /// `folder` and `name` with exactly one slash between them.
 [[nodiscard]] std::string joinedPath(std::string_view folder, std::string_view name);
 

@@ -85,7 +85,7 @@ TEST_F(ADAppTest, FirstStartWritesTheDefaultsAndTheSecondChangesNothing) {
     EXPECT_THAT(keys(), UnorderedElementsAre("UseSecureErase", "FirstVolumeCleaner", "FirstAutomaticAppUninstaller",
                                              "IgnoreApps", "BLneedUpdate", "IgnoreListSharingPermission",
                                              "IgnoreListSharingPermissionWasAsked", "GlobalIgnoreListAutoUpdate",
-                                             "GlobalIgnoreListAutoUpdateLastDate"));
+                                             "GlobalIgnoreListAutoUpdateLastDate", "LanguagesToLeave"));
     const auto first = preferences();
     for (const char* key : {"FirstVolumeCleaner", "FirstAutomaticAppUninstaller", "GlobalIgnoreListAutoUpdate"})
         EXPECT_EQ(first.find(key)->asBool(), true) << key;

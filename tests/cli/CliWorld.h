@@ -16,6 +16,7 @@ class CliTest : public VolumeTest {
     CliTest() {
         setVersion("10.6.8");
         makeFolder(kCaches);
+        makeFolder("/Users/sam/Library/Logs");
         makeFolder("/Users/sam/Library/Preferences");
         makeFolder("/Library/Caches");
     }

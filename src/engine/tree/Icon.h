@@ -14,6 +14,7 @@ enum class Icon : std::uint8_t {
     SystemCaches,
     UserLogs,
     SystemLogs,
+    Language,
 };
 
 } // namespace sweeply

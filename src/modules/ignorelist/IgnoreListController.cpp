@@ -32,11 +32,6 @@ Alert message(std::string title, std::string text) {
     return alert;
 }
 
-std::string withoutExtension(std::string_view name) {
-    const auto extension = pathExtension(name);
-    return std::string(extension.empty() ? name : name.substr(0, name.size() - extension.size() - 1));
-}
-
 std::string textFor(UpdateOutcome outcome) {
     switch (outcome) {
     case UpdateOutcome::Installed:
@@ -105,7 +100,7 @@ bool IgnoreListController::applicationInListWithUserNotification(std::string_vie
     bool goesAhead = false;
     m_services.mainThread.runAndWait([&] {
         const auto answer = m_services.alerts.runAlert(
-            question(localizedFormat("%@ is in the ignore list", {withoutExtension(lastPathComponent(path))}),
+            question(localizedFormat("%@ is in the ignore list", {nameWithoutExtension(path)}),
                      localizedString("Are you sure you want to slim it?")));
         goesAhead = answer.button == 0;
     });

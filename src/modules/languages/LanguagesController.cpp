@@ -1,0 +1,200 @@
+#include "modules/languages/LanguagesController.h"
+
+#include "appcore/FolderConstants.h"
+#include "appcore/SWApplicationCore.h"
+#include "appcore/sizes/DiskSizes.h"
+#include "engine/IgnoreList.h"
+#include "modules/languages/LanguageKeepList.h"
+#include "platform/Alerts.h"
+#include "platform/DirectoryEnumerator.h"
+#include "platform/FileManager.h"
+#include "platform/Languages.h"
+#include "platform/Localization.h"
+#include "platform/MainThread.h"
+#include "platform/SystemLog.h"
+#include "platform/TargetPath.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sweeply {
+
+namespace {
+
+constexpr std::string_view kExtension = ".lproj";
+/// What a bar shows before the number of applications is known.
+constexpr std::uint32_t kWaitingForApplications = 200;
+
+/// Folders that look like those of a language and hold what every language needs.
+bool isNoLanguage(std::string_view code) { return code == "base" || code == "default"; }
+
+} // namespace
+
+LanguagesController::LanguagesController(const ModuleServices& services, ScanCoordinator& coordinator,
+                                         const LanguageKeepList& keepList, Person person)
+    : ADScanControllerView(services.engine, coordinator), m_languages(services), m_keepList(keepList),
+      m_person(std::move(person)) {
+    rootNode()->setName(localizedString("LanguageFiles"));
+    initUserDefaults();
+}
+
+std::string LanguagesController::shortLanguageNameFromDirectoryTwoLetters(std::string_view path) {
+    const auto name = lastPathComponent(path);
+    const auto extension = name.find(kExtension);
+    if (extension == std::string_view::npos)
+        return std::string(path);
+    const auto prefix = name.substr(0, extension);
+    return canonicalLanguageIdentifier(prefix).value_or(std::string(prefix));
+}
+
+void LanguagesController::scanThread() {
+    prepareForScan();
+    if (!confirmsNativeLanguages())
+        return;
+    setTotalProcentage(kWaitingForApplications);
+    incProgress();
+    const auto applications = m_languages.applications.createApplicationsArrayForController(this);
+    setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
+    m_applications.clear();
+    for (const auto& application : applications) {
+        if (stopped())
+            return;
+        analyzeApplication(application);
+        incProgress();
+        sleepAfterItem();
+        waitWhilePaused();
+    }
+}
+
+bool LanguagesController::confirmsNativeLanguages() {
+    const auto found = m_keepList.nativeLanguages();
+    if (!found) {
+        reportProblem(found.error());
+        return false;
+    }
+    const auto& codes = *found;
+    if (codes.empty())
+        return true;
+    setTotalProcentage(kWaitingForApplications);
+    setPaused(true);
+    bool goesOn = false;
+    services().mainThread.runAndWait([&] { goesOn = showLanguageAlert(codes); });
+    setPaused(false);
+    return goesOn && !stopped();
+}
+
+bool LanguagesController::showLanguageAlert(const std::vector<std::string>& codes) {
+    Alert alert;
+    alert.style = Alert::Style::Informational;
+    alert.title = localizedString("Here is a list of languages you would probably like to keep in the applications of "
+                                  "your Mac and some of them could be your native languages:");
+    for (const auto& code : codes)
+        alert.text += formatText("%@\n", {languageNameForPeople(code)});
+    alert.text += localizedString("\nThese languages are set to be scanned for and removed in Sweeply Preferences at "
+                                  "this point. Please confirm what would you like to do next:");
+    alert.buttons = {localizedButton("Cancel"), localizedButton("Open Language Preferences"),
+                     localizedButton("Remove")};
+    enum Button : std::size_t { Cancel, OpenPreferences, Remove };
+    const auto answer = m_person.alerts.runAlert(alert).button;
+    if (answer == OpenPreferences)
+        services().mainThread.runLater(m_person.showLanguagePreferences);
+    return answer == Remove;
+}
+
+LanguagesController::Folders LanguagesController::languagesForApplicationAtPath(const std::string& path) {
+    Folders found;
+    auto walk = m_languages.files.enumeratorAtPath(path);
+    while (const auto entry = walk.next()) {
+        // Links among them lead to folders that are found at their own places, or in circles.
+        if (entry->type != FileType::Directory || pathExtension(entry->path) != kExtension.substr(1))
+            continue;
+        walk.skipDescendants();
+        const auto code = shortLanguageNameFromDirectoryTwoLetters(entry->path);
+        if (!isNoLanguage(code) && !m_keepList.shouldILeaveThisLanguage(code))
+            found[code].push_back(joinedPath(path, entry->path));
+        if (stopped())
+            break;
+    }
+    if (const auto& failure = walk.failure()) {
+        reportProblem({failure->kind, joinedPath(path, failure->path), failure->reason});
+        services().log.log(formatText("[Languages] Exception for app %@: %@", {escapedForLog(path), failure->reason}));
+    }
+    return found;
+}
+
+void LanguagesController::analyzeApplication(const std::string& path) {
+    setCurrentItem(path);
+    const auto& folders = m_applications[path] = languagesForApplicationAtPath(path);
+    if (folders.empty())
+        return;
+    const auto ignored = m_languages.ignoreList.ignoreListForController(kModuleKey);
+    const auto identifier = ignored.empty() ? std::nullopt : m_languages.applications.bundleIDForAppWithPath(path);
+    const bool isIgnored = identifier && std::ranges::find(ignored, *identifier) != ignored.end();
+    const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, !isIgnored);
+    application->setStoreState(true);
+    application->setNeedExpand(true);
+    for (const auto& [code, places] : folders) {
+        auto name = displayNameOfLanguage(code);
+        if (!name) {
+            services().log.log(formatText("Failed to get localized language name for %@", {escapedForLog(code)}));
+            name = code;
+        }
+        auto language =
+            Node::nodeWithName(*name, Icon::Language, static_cast<std::uint32_t>(places.size()),
+                               m_languages.sizes.sizeOfAllFilesAtPathes(places), code, application->ifEnabled());
+        language->setShouldWait(false);
+        application->addChild(std::move(language));
+        for (std::size_t i = 0; i < places.size(); ++i)
+            incFoundObjectsCount();
+    }
+    addChildNode(application);
+    updateInterfaceAndWaitUntilDone(false);
+}
+
+bool LanguagesController::isListed(const std::string& application) const {
+    const std::lock_guard lock(services().treeLock);
+    return rootNode()->childWithEqualPath(application) != nullptr;
+}
+
+void LanguagesController::analyzeFile(const std::string& path) {
+    if (const auto known = m_keepList.nativeLanguages(); !known)
+        return reportProblem(known.error());
+    const std::string item = normalisedPath(m_languages.folders.expandTilde(path));
+    const auto analyze = [this](const std::string& application) {
+        // What is listed already would count twice.
+        if (!isListed(application))
+            analyzeApplication(application);
+    };
+    if (pathExtension(item) == "app")
+        return analyze(item);
+    auto walk = m_languages.files.enumeratorAtPath(item);
+    while (const auto entry = walk.next()) {
+        if (stopped())
+            return;
+        if (entry->type != FileType::Directory || pathExtension(entry->path) != "app")
+            continue;
+        walk.skipDescendants();
+        analyze(joinedPath(item, entry->path));
+        waitWhilePaused();
+    }
+}
+
+bool LanguagesController::cleanThisNode(Node& node) {
+    const Node* application = node.parentNode();
+    return application && !node.path().empty() && removeLanguage(node.path(), application->path());
+}
+
+bool LanguagesController::removeLanguage(const std::string& code, const std::string& application) {
+    const auto record = m_applications.find(application);
+    const auto folders = record == m_applications.end() ? Folders::iterator() : record->second.find(code);
+    if (record == m_applications.end() || folders == record->second.end())
+        return false;
+    for (const auto& folder : folders->second) {
+        if (!tryToRemoveFileAtPath(folder))
+            return false;
+    }
+    record->second.erase(folders);
+    return true;
+}
+
+} // namespace sweeply

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "engine/ADScanControllerView.h"
+#include "modules/ModuleServices.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sweeply {
+
+class Alerts;
+class LanguageKeepList;
+
+/// Localizations in applications, of languages that the user does not want: one item for an application, and below it
+/// one for each language, which stands for all of that language's folders in it.
+class LanguagesController final : public ADScanControllerView {
+  public:
+    /// What it asks the person with, and what he may be shown in place of a scan; all outlives it.
+    struct Person {
+        Alerts& alerts;
+        /// Shows where the languages to keep are chosen. Main thread.
+        std::function<void()> showLanguagePreferences;
+    };
+    /// Folders of one language in one application, by the language's code.
+    using Folders = std::map<std::string, std::vector<std::string>, std::less<>>;
+
+    LanguagesController(const ModuleServices& services, ScanCoordinator& coordinator, const LanguageKeepList& keepList,
+                        Person person);
+    ~LanguagesController() override { stopAndJoin(); }
+
+    [[nodiscard]] std::string defaultsName() const override { return kModuleKey; }
+    [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
+    [[nodiscard]] bool shouldRespondToDragEvents() const override { return true; }
+    void analyzeFile(const std::string& path) override;
+
+    static constexpr const char* kModuleKey = "CleanLanguageTranslations";
+
+    /// The canonical code of the language that a folder "*.lproj" is for; of any other path the path itself.
+    [[nodiscard]] static std::string shortLanguageNameFromDirectoryTwoLetters(std::string_view path);
+
+  protected:
+    void scanThread() override;
+    bool cleanThisNode(Node& node) override;
+
+  private:
+    [[nodiscard]] std::string className() const override { return "LanguagesController"; }
+    /// False when the person does not want the scan.
+    bool confirmsNativeLanguages();
+    [[nodiscard]] bool showLanguageAlert(const std::vector<std::string>& codes);
+    [[nodiscard]] Folders languagesForApplicationAtPath(const std::string& path);
+    void analyzeApplication(const std::string& path);
+    [[nodiscard]] bool isListed(const std::string& application) const;
+    bool removeLanguage(const std::string& code, const std::string& application);
+
+    ModuleServices m_languages;
+    const LanguageKeepList& m_keepList;
+    const Person m_person;
+    /// What the last scan or drop found, by application. Written by the scan's thread; a removal waits for its end.
+    std::map<std::string, Folders, std::less<>> m_applications;
+};
+
+} // namespace sweeply
