@@ -3,8 +3,11 @@
 #include "app/MakersServers.h"
 #include "app/ModuleCatalog.h"
 #include "appcore/AppleLanguages.h"
+#include "modules/binaries/UniversalBinariesController.h"
 #include "modules/caches/CachesScanController.h"
 #include "modules/caches/UserCacheDirectory.h"
+#include "modules/devjunk/DevTrashController.h"
+#include "modules/eraser/EraserController.h"
 #include "modules/languages/LanguagesController.h"
 #include "modules/logs/LogsController.h"
 #include "platform/Alerts.h"
@@ -24,6 +27,9 @@ constexpr const char* kSupportFolder = "~/Library/Application Support/Sweeply/";
 constexpr std::uint8_t kCachesView = 1;
 constexpr std::uint8_t kLogsView = 2;
 constexpr std::uint8_t kLanguagesView = 3;
+constexpr std::uint8_t kBinariesView = 4;
+constexpr std::uint8_t kDevJunkView = 5;
+constexpr std::uint8_t kEraserView = 8;
 
 std::unique_ptr<ScanObject> rowFor(std::uint8_t viewCode) {
     const auto row = std::ranges::find(moduleCatalog(), viewCode, &ModuleRow::viewCode);
@@ -82,6 +88,15 @@ void Application::addModules(const HostServices& host) {
         rowFor(kLanguagesView),
         std::make_unique<LanguagesController>(services, m_scanController, m_languageKeepList,
                                               LanguagesController::Person{host.alerts, host.showLanguagePreferences}));
+    m_scanController.addModule(rowFor(kBinariesView),
+                               std::make_unique<UniversalBinariesController>(
+                                   services, m_scanController,
+                                   UniversalBinariesController::Tools{m_removals, m_privileged, m_tools, host.alerts},
+                                   m_target.processorFamily, m_target.version));
+    m_scanController.addModule(rowFor(kDevJunkView), std::make_unique<DevTrashController>(services, m_scanController));
+    m_scanController.addModule(
+        rowFor(kEraserView), std::make_unique<EraserController>(services, m_scanController,
+                                                                [this] { return m_scanController.useSecureErase(); }));
 }
 
 void Application::startInventory() {

@@ -2,6 +2,7 @@
 
 #include "platform/Localization.h"
 
+#include <algorithm>
 #include <array>
 
 namespace sweeply {
@@ -19,16 +20,29 @@ constexpr std::array kLogs{
     ModuleSwitch{"system-logs", "CleanSystemLogs", false},
 };
 constexpr std::array kLanguages{ModuleSwitch{"languages", "CleanLanguageTranslations", true}};
+constexpr std::array kBinaries{ModuleSwitch{"binaries", "CleanUniversalBinaries", true}};
+constexpr std::array kDevJunk{ModuleSwitch{"dev-junk", "CleanDevJunk", true}};
 
 constexpr std::array kRows{
     ModuleRow{"caches", translatable("Caches"), translatable("Files that applications can make again"), 1, kCaches},
     ModuleRow{"logs", translatable("Logs"), translatable("What programs wrote down about their work"), 2, kLogs},
     ModuleRow{"languages", translatable("Language Files"), translatable("Localizations in languages you do not use"), 3,
               kLanguages},
+    ModuleRow{"binaries", translatable("Universal Binaries"), translatable("Code for processors that the Mac has not"),
+              4, kBinaries},
+    ModuleRow{"dev-junk", translatable("Development Junk"),
+              translatable("Files for developers in applications, and clutter in folders you name"), 5, kDevJunk},
+    ModuleRow{"eraser", translatable("Quick Eraser"), translatable("Files and folders you name"), 8, {}},
 };
 
 } // namespace
 
 std::span<const ModuleRow> moduleCatalog() { return kRows; }
+
+std::span<const ModuleRow> scanModules() {
+    // The others come last.
+    const auto end = std::ranges::find_if(kRows, [](const ModuleRow& row) { return row.switches.empty(); });
+    return {kRows.begin(), end};
+}
 
 } // namespace sweeply

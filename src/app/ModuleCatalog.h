@@ -19,11 +19,13 @@ struct ModuleRow {
     std::string_view title;       ///< a key of the localised texts
     std::string_view description; ///< likewise
     std::uint8_t viewCode;
-    /// Its sub-modules in order; itself alone where it has none.
+    /// Its sub-modules in order; itself alone where it has none; empty for one that scans nothing.
     std::span<const ModuleSwitch> switches;
 };
 
 /// Every row, in the order in which modules scan, clean and are shown.
 [[nodiscard]] std::span<const ModuleRow> moduleCatalog();
+/// Those that scan, which come first.
+[[nodiscard]] std::span<const ModuleRow> scanModules();
 
 } // namespace sweeply

@@ -13,7 +13,7 @@ namespace {
 /// Every name that a person may use, for telling them.
 std::string knownNames() {
     std::string names;
-    for (const auto& row : moduleCatalog()) {
+    for (const auto& row : scanModules()) {
         names += (names.empty() ? "" : ", ") + std::string(row.name);
         for (const auto& part : row.switches) {
             if (part.name != row.name)
@@ -28,7 +28,7 @@ std::string knownNames() {
 Result<std::vector<std::string>> switchesNamed(const std::vector<std::string>& names) {
     std::vector<std::string> found;
     std::vector<std::string_view> unknown(names.begin(), names.end());
-    for (const auto& row : moduleCatalog()) {
+    for (const auto& row : scanModules()) {
         const bool isRowNamed = std::ranges::find(names, row.name) != names.end();
         std::erase(unknown, row.name);
         for (const auto& part : row.switches) {
@@ -45,7 +45,7 @@ Result<std::vector<std::string>> switchesNamed(const std::vector<std::string>& n
 
 std::vector<std::string> allSwitches() {
     std::vector<std::string> all;
-    for (const auto& row : moduleCatalog()) {
+    for (const auto& row : scanModules()) {
         for (const auto& part : row.switches)
             all.emplace_back(part.defaultsName);
     }

@@ -51,7 +51,7 @@ Result<plist::Value> switchesIn(const PreferenceKey& key, std::string_view text)
 
 std::vector<PreferenceKey> documentedPreferences() {
     std::vector<PreferenceKey> keys(coordinator::kPreferences.begin(), coordinator::kPreferences.end());
-    for (const auto& row : moduleCatalog()) {
+    for (const auto& row : scanModules()) {
         for (const auto& part : row.switches)
             keys.push_back({part.defaultsName, PreferenceKey::Type::Boolean, "the module takes part in scans",
                             part.isOnByDefault});

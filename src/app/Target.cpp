@@ -1,6 +1,7 @@
 #include "app/Target.h"
 
 #include "appcore/CommandLineController.h"
+#include "appcore/ProcessorFamily.h"
 #include "platform/TargetPath.h"
 
 #include <algorithm>
@@ -107,8 +108,10 @@ Result<std::optional<Target>> openTarget(const TargetOptions& options, SystemLog
     auto version = versionOf(**files, options);
     if (!version)
         return Failure(version.error());
+    auto family = options.processorFamily.value_or(processorFamily(**files, *version));
     auto preferencesFile = preferencesFileFor(**files, folders);
-    return Target{std::move(*files), std::move(folders), *std::move(version), std::move(preferencesFile)};
+    return Target{std::move(*files), std::move(folders), *std::move(version), std::move(family),
+                  std::move(preferencesFile)};
 }
 
 } // namespace sweeply

@@ -23,6 +23,8 @@ struct TargetOptions {
     std::vector<std::string> references;
     /// The generation, in place of what the target says of itself.
     std::optional<std::string> osVersion;
+    /// The machine's processor family, in place of what can be told by looking.
+    std::optional<std::string> processorFamily;
 };
 
 /// The system being cleaned: its files, one user of it, its generation. Stays as it is once opened.
@@ -30,6 +32,8 @@ struct Target {
     std::unique_ptr<FileManager> files;
     FolderConstants folders;
     SystemVersion version;
+    /// "intel", "ppc", or "unknown".
+    std::string processorFamily;
     /// Where the program keeps its preferences, as a target path.
     std::string preferencesFile;
 };

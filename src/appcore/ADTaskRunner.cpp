@@ -8,11 +8,13 @@
 namespace sweeply {
 
 std::optional<std::string> ADTaskRunner::getOutput(std::string_view tool, const Arguments& arguments,
-                                                   bool suppressErrorOutput) const {
+                                                   bool suppressErrorOutput,
+                                                   const std::vector<int>& inheritedDescriptors) const {
     const auto program = m_tools.programFor(tool);
     if (!program)
         return std::nullopt;
     ProcessOptions options;
+    options.inheritedDescriptors = inheritedDescriptors;
     options.errors = suppressErrorOutput ? OutputTo::Discard : OutputTo::Inherit;
     auto result = runProcess(*program, arguments, options);
     if (!result) {

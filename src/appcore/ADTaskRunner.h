@@ -19,9 +19,11 @@ class ADTaskRunner final {
     ADTaskRunner(const ToolTable& tools, SystemLog& log) : m_tools(tools), m_log(log) {}
 
     /// Everything the tool writes to its standard output, whatever its exit status. Nothing when there is no such tool
-    /// (silently) or it cannot be run to its end (logged). Standard error goes where ours goes unless suppressed.
+    /// (silently) or it cannot be run to its end (logged). Standard error goes where ours goes unless suppressed. The
+    /// tool has the inherited descriptors under the same numbers, for arguments such as "/dev/fd/5".
     [[nodiscard]] std::optional<std::string> getOutput(std::string_view tool, const Arguments& arguments,
-                                                       bool suppressErrorOutput = false) const;
+                                                       bool suppressErrorOutput = false,
+                                                       const std::vector<int>& inheritedDescriptors = {}) const;
 
     /// The tool's exit status, 128 and more when a signal ended it; nothing when it could not be run (logged). What it
     /// writes goes where ours goes.

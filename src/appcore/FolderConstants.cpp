@@ -112,6 +112,12 @@ std::string FolderConstants::expandTilde(std::string_view path) const {
     return std::string(path);
 }
 
+std::string FolderConstants::abbreviateWithTilde(std::string_view path) const {
+    if (path == home || (path.starts_with(home) && path[home.size()] == '/'))
+        return "~" + std::string(path.substr(home.size()));
+    return std::string(path);
+}
+
 std::vector<std::string> FolderConstants::protectedFolders() const {
     std::vector<std::string> folders{home};
     for (const std::string_view folder : kProtectedFolders)

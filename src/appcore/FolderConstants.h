@@ -51,6 +51,8 @@ struct FolderConstants {
 
     /// "~" and "~/..." with the home in place of the "~"; every other path as it is.
     [[nodiscard]] std::string expandTilde(std::string_view path) const;
+    /// The path with "~" for the home folder at its beginning.
+    [[nodiscard]] std::string abbreviateWithTilde(std::string_view path) const;
 
     /// The folders that nothing may remove, for RemovalGuard::protect: the system's, the user's, and those above, both
     /// where they are by default and where they are now.

@@ -39,19 +39,20 @@ bool PrivilegedExecution::deauthorize() {
     return true;
 }
 
+Result<int> PrivilegedExecution::statusOfCommandWithPrivilidges(const std::string& tool,
+                                                                const std::vector<std::string>& arguments,
+                                                                int workingDirectory) {
+    auto status = m_tools.programFor(tool).and_then(
+        [&](const std::string& program) { return m_service.run(program, arguments, workingDirectory); });
+    if (!status)
+        m_log.log(status.error().message());
+    return status;
+}
+
 bool PrivilegedExecution::executeCommandWithPrivilidges(const std::string& tool,
                                                         const std::vector<std::string>& arguments,
                                                         int workingDirectory) {
-    const auto program = m_tools.programFor(tool);
-    if (!program) {
-        m_log.log(program.error().message());
-        return false;
-    }
-    if (const auto status = m_service.run(*program, arguments, workingDirectory); !status) {
-        m_log.log(status.error().message());
-        return false;
-    }
-    return true;
+    return statusOfCommandWithPrivilidges(tool, arguments, workingDirectory).has_value();
 }
 
 } // namespace sweeply

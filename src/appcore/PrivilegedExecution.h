@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Error.h"
+
 #include <atomic>
 #include <string>
 #include <vector>
@@ -23,8 +25,12 @@ class PrivilegedExecution final {
     bool deauthorize();
     [[nodiscard]] bool isAuthorised() const { return m_authorized; }
 
-    /// Runs a Mac's tool, named by its path there, and waits for it. True once it has ended, whatever its exit status;
-    /// false when it could not be started. The working directory is a descriptor, or -1.
+    /// Runs a Mac's tool, named by its path there, and waits for it. Its exit status; an error when it could not be
+    /// started, which is logged. The working directory is a descriptor, or -1.
+    Result<int> statusOfCommandWithPrivilidges(const std::string& tool, const std::vector<std::string>& arguments,
+                                               int workingDirectory);
+    /// The same. True once it has ended, whatever its exit status;
+    /// false when it could not be started.
     bool executeCommandWithPrivilidges(const std::string& tool, const std::vector<std::string>& arguments,
                                        int workingDirectory);
 

@@ -101,8 +101,9 @@ bool RemovalPrimitives::tryToSecurelyRemoveFileAtPath(const std::string& path) {
             return failed(path, rm.error());
         const std::string command =
             formatText("\"%@\" -rfP \"%@\"", {escapedForShell(*rm), escapedForShell(seenFromItsFolder(item->name))});
-        if (!shell(command, item->parent.get(), {}))
-            return failed(path, {ErrorKind::Other, path, "could not be overwritten and removed"});
+        if (const auto erased = shell(command, item->parent.get(), {}); !erased)
+            return failed(path,
+                          {ErrorKind::Other, path, "could not be overwritten and removed: " + erased.error().reason});
     }
     if (m_files.attributesOfItemAtPath(path, Links::DontFollow))
         return failed(path, {ErrorKind::Other, path, "still there after its removal"});
@@ -146,15 +147,19 @@ bool RemovalPrimitives::tryToEmptyFileAtPath(const std::string& path) {
     return true;
 }
 
-bool RemovalPrimitives::shell(const std::string& command, int workingDirectory,
-                              const std::vector<int>& inheritedDescriptors) const {
+Result<void> RemovalPrimitives::shell(const std::string& command, int workingDirectory,
+                                      const std::vector<int>& inheritedDescriptors) const {
     ProcessOptions options;
     options.workingDirectory = workingDirectory;
     options.inheritedDescriptors = inheritedDescriptors;
     options.output = OutputTo::Discard;
-    options.errors = OutputTo::Discard;
+    options.errors = OutputTo::Capture;
     const auto result = runProcess("/bin/sh", {"-c", command}, options);
-    return result && result->succeeded();
+    if (!result)
+        return Failure(result.error());
+    if (!result->succeeded())
+        return Failure(Error{ErrorKind::Other, {}, result->errors.substr(0, result->errors.find('\n'))});
+    return {};
 }
 
 } // namespace sweeply

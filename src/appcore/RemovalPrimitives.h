@@ -46,6 +46,8 @@ class RemovalPrimitives final {
     /// Did anything fail since startRun()?
     [[nodiscard]] bool couldntRemoveSomething() const { return m_couldntRemoveSomething; }
     void setCouldntRemoveSomething() { m_couldntRemoveSomething = true; }
+    /// Keeps and logs the failure of a removal that is done elsewhere. Always false.
+    bool failed(const std::string& path, Error error);
     /// What failed since startRun(), and why.
     [[nodiscard]] std::vector<RemovalFailure> failures() const;
     /// A run starts: forgets failures, and looks again which folders are protected. No removal may be under way.
@@ -54,10 +56,9 @@ class RemovalPrimitives final {
     void finishRun();
 
   private:
-    bool failed(const std::string& path, Error error);
-    /// Runs a shell command on the item, with its folder as the working directory.
-    [[nodiscard]] bool shell(const std::string& command, int workingDirectory,
-                             const std::vector<int>& inheritedDescriptors) const;
+    /// Runs a shell command on the item, with its folder as the working directory. The error is what the command said.
+    [[nodiscard]] Result<void> shell(const std::string& command, int workingDirectory,
+                                     const std::vector<int>& inheritedDescriptors) const;
 
     FileManager& m_files;
     const FolderConstants& m_folders;

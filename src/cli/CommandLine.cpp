@@ -22,6 +22,7 @@ Options, before the command:
   --root DIR           the Mac's disk, image or backup is in DIR (else: this machine)
   -u, --user NAME      whose files are meant (else: the only user there)
   --os VERSION         which system it is: 10.4, 10.5, 10.6 (else: as it says itself)
+  --arch intel|ppc     which processors the Mac has (else: as its system tells)
   --pace full|gentle   full speed, or with rests between the items
   --verbose            copy the lines of the system log to standard error
   --version            print the version
@@ -29,7 +30,9 @@ Options, before the command:
 
 Commands:
   scan [MODULE...]     show what would be removed; changes nothing but Sweeply's own settings
+  scan MODULE PATH...  the same for applications and folders
   clean [MODULE...]    scan, show, ask, remove
+  erase PATH...        show, ask, remove; overwrite first with --secure
   apps                 list the applications
   modules              list the modules and which are switched on
   ignore               list, add or remove the items that are never checked
@@ -77,7 +80,7 @@ Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine&
         }
         if (option == "--verbose") {
             line.isVerbose = true;
-        } else if (option == "--root" || option == "--os" || option == "--pace") {
+        } else if (option == "--root" || option == "--os" || option == "--arch" || option == "--pace") {
             auto value = valueOf(option);
             if (!value)
                 return Failure(value.error());
@@ -85,6 +88,10 @@ Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine&
                 line.target.root = *value;
             else if (option == "--os")
                 line.target.osVersion = *value;
+            else if (option == "--arch" && (*value == "intel" || *value == "ppc"))
+                line.target.processorFamily = *value;
+            else if (option == "--arch")
+                return complaint(formatText("--arch: '%@' is neither 'intel' nor 'ppc'", {*value}));
             else if (*value == "full" || *value == "gentle")
                 line.pace = *value == "full" ? Pace::full() : Pace::gentle();
             else
@@ -140,7 +147,9 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     };
     const auto addJson = [&](CLI::App* sub) { sub->add_flag("--json", line.wantsJson, "Print one JSON object"); };
     const auto addModules = [&](CLI::App* sub) {
-        sub->add_option("MODULE", line.operands, "Modules, by the names that 'modules' lists; none: those switched on");
+        sub->add_option("MODULE", line.operands,
+                        "Modules, by the names that 'modules' lists; none: those switched on. Paths after them are "
+                        "looked at in place of a scan");
         sub->add_flag("--all", line.wantsAllModules, "Every module, also those switched off");
         addJson(sub);
     };
@@ -150,6 +159,15 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     auto* clean = add(Command::Clean, "clean", "Scan, show what was found, ask, and remove what is checked");
     addModules(clean);
     clean->add_flag("--yes", line.saysYes, "Remove without asking");
+
+    auto* erase = add(Command::Erase, "erase", "Remove files and folders, overwritten first if that is wanted");
+    addJson(erase);
+    erase->add_option("PATH", line.operands, "Items of the target")->required();
+    erase->add_flag("--secure", line.isSecure,
+                    "Overwrite files first; disks with flash memory, snapshots and file systems that copy on writing "
+                    "may keep the old contents elsewhere");
+    erase->add_flag("--dry-run", line.isDryRun, "Show what would be removed, and remove nothing");
+    erase->add_flag("--yes", line.saysYes, "Remove without asking");
 
     addJson(add(Command::Apps, "apps", "List the applications"));
 
@@ -172,6 +190,17 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     sample->add_option("DIR", line.operands, "A folder that is empty or not there yet")->required()->expected(1);
     sample->add_option("--scale", line.sampleScale, "Multiplies caches, logs and applications")
         ->check(CLI::Range(1U, kLargestSampleScale));
+}
+
+/// Modules and paths stand in one row; paths show by how they begin.
+void separatePaths(CommandLine& line) {
+    if (line.command != Command::Scan && line.command != Command::Clean)
+        return;
+    const auto paths = std::ranges::stable_partition(line.operands, [](const std::string& operand) {
+        return operand.empty() || std::string_view("/~.").find(operand.front()) == std::string_view::npos;
+    });
+    line.paths.assign(paths.begin(), paths.end());
+    line.operands.erase(paths.begin(), paths.end());
 }
 
 } // namespace
@@ -203,6 +232,7 @@ Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::strin
     } catch (const CLI::ParseError& error) {
         return complaint(std::string(error.what()));
     }
+    separatePaths(line);
     return line;
 }
 

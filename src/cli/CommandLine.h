@@ -11,7 +11,7 @@
 
 namespace sweeply {
 
-enum class Command { ShowFolders, Scan, Clean, Apps, Modules, Ignore, Prefs, Size, Sample };
+enum class Command { ShowFolders, Scan, Clean, Erase, Apps, Modules, Ignore, Prefs, Size, Sample };
 
 /// What the person typed, checked for form but not yet held against a target.
 struct CommandLine {
@@ -28,6 +28,11 @@ struct CommandLine {
     bool wantsAllModules = false;
     /// Modules or paths, as the command takes them.
     std::vector<std::string> operands;
+    /// Items for the named modules to look at, in place of a scan.
+    std::vector<std::string> paths;
+    /// Overwrite what is erased.
+    bool isSecure = false;
+    bool isDryRun = false;
     std::vector<std::string> modulesToEnable;
     std::vector<std::string> modulesToDisable;
     /// What to do with the ignore list: "list", "add", "remove", or "update" the shared one.

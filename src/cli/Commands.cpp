@@ -24,6 +24,8 @@ ExitCode runOnTarget(const CommandLine& line) {
         return runScan(**session);
     case Command::Clean:
         return runClean(**session);
+    case Command::Erase:
+        return runErase(**session);
     case Command::Apps:
         return runApps(**session);
     case Command::Modules:

@@ -11,6 +11,7 @@ class Session;
 
 ExitCode runScan(Session& session);
 ExitCode runClean(Session& session);
+ExitCode runErase(Session& session);
 ExitCode runApps(Session& session);
 ExitCode runModules(Session& session);
 ExitCode runIgnore(Session& session);

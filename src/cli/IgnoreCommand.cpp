@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/JsonOutput.h"
 #include "cli/Session.h"
+#include "cli/TargetPaths.h"
 #include "platform/TargetPath.h"
 
 #include <iostream>
@@ -12,16 +13,6 @@ namespace {
 
 /// Unchecked items are kept by module; those named here are filed under this one.
 constexpr const char* kIgnoredItemsModule = "Caches";
-
-Result<std::vector<std::string>> targetPaths(Session& session) {
-    std::vector<std::string> paths;
-    for (const auto& operand : session.commandLine().operands) {
-        paths.push_back(normalisedPath(session.application().target().folders.expandTilde(operand)));
-        if (!paths.back().starts_with('/'))
-            return Failure(Error{ErrorKind::Other, operand, "not an absolute path of the target"});
-    }
-    return paths;
-}
 
 /// What could not be done, if anything.
 Result<void> changeItems(Session& session, const std::vector<std::string>& paths) {
@@ -103,7 +94,7 @@ ExitCode runIgnore(Session& session) {
         // An identifier stands for an application that is not there any more.
         const auto paths = line.ignoresApplications && line.ignoreAction == "remove"
                                ? Result<std::vector<std::string>>(line.operands)
-                               : targetPaths(session);
+                               : targetPaths(session.application().target(), line.operands);
         if (!paths) {
             complain(paths.error().message());
             return ExitCode::Usage;

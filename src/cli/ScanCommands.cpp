@@ -1,11 +1,14 @@
+#include "app/ModuleCatalog.h"
 #include "app/ModuleSelection.h"
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "cli/JsonOutput.h"
 #include "cli/Session.h"
+#include "cli/TargetPaths.h"
 #include "cli/TextOutput.h"
 #include "platform/Localization.h"
 
+#include <algorithm>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -24,6 +27,47 @@ Result<void> chooseModules(Session& session) {
         return Failure(switches.error());
     selectModules(session.application().scanController(), *switches);
     return {};
+}
+
+/// The named modules, each of which must take paths.
+Result<std::vector<ADScanController*>> modulesForPaths(Session& session) {
+    const auto& names = session.commandLine().operands;
+    if (names.empty())
+        return Failure(Error{ErrorKind::Other, {}, "name the modules that shall look at these paths"});
+    std::vector<ADScanController*> modules;
+    for (const auto& row : scanModules()) {
+        if (std::ranges::find(names, row.name) == names.end())
+            continue;
+        auto* module = session.application().scanController().moduleForViewCode(row.viewCode);
+        if (!module->shouldRespondToDragEvents())
+            return Failure(Error{ErrorKind::Other, std::string(row.name), "takes no paths"});
+        modules.push_back(module);
+    }
+    return modules;
+}
+
+/// A scan, or a look at what the person named. False, with a complaint, when the command line is wrong.
+bool find(Session& session) {
+    const CommandLine& line = session.commandLine();
+    const auto chosen = chooseModules(session);
+    if (!chosen) {
+        complain(chosen.error().message());
+        return false;
+    }
+    if (line.paths.empty()) {
+        session.scan();
+        return true;
+    }
+    const auto modules = modulesForPaths(session);
+    const auto paths = targetPaths(session.application().target(), line.paths);
+    for (const auto* error : {modules ? nullptr : &modules.error(), paths ? nullptr : &paths.error()}) {
+        if (error) {
+            complain(error->message());
+            return false;
+        }
+    }
+    session.analyze(*modules, *paths);
+    return true;
 }
 
 /// One line for each item that stayed.
@@ -52,32 +96,9 @@ ExitCode finishClean(Session& session) {
     return application.removals().couldntRemoveSomething() ? ExitCode::Incomplete : ExitCode::Done;
 }
 
-} // namespace
-
-ExitCode runScan(Session& session) {
-    if (const auto chosen = chooseModules(session); !chosen) {
-        complain(chosen.error().message());
-        return ExitCode::Usage;
-    }
-    session.scan();
-    if (session.commandLine().wantsJson)
-        printJson(scanJson(session.application()));
-    else
-        printResults(session.application(), session.terminal(), std::cout);
-    return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Done;
-}
-
-ExitCode runClean(Session& session) {
+/// Shows what was found, asks unless that is answered already, removes, and says how it went.
+ExitCode removeAfterQuestion(Session& session) {
     const CommandLine& line = session.commandLine();
-    if (!line.saysYes && !session.terminal().isInteractive()) {
-        complain("nobody here to ask; say --yes to remove without a question");
-        return ExitCode::Usage;
-    }
-    if (const auto chosen = chooseModules(session); !chosen) {
-        complain(chosen.error().message());
-        return ExitCode::Usage;
-    }
-    session.scan();
     auto& controller = session.application().scanController();
     if (!line.wantsJson)
         printResults(session.application(), session.terminal(), std::cout);
@@ -91,6 +112,76 @@ ExitCode runClean(Session& session) {
     }
     session.removeChecked();
     return finishClean(session);
+}
+
+bool canAskOrNeedNot(const Session& session) {
+    if (session.commandLine().saysYes || session.terminal().isInteractive())
+        return true;
+    complain("nobody here to ask; say --yes to remove without a question");
+    return false;
+}
+
+/// Has the eraser take the named items. False when one of them is not there.
+bool dropOnEraser(Session& session, const std::vector<std::string>& paths) {
+    auto& application = session.application();
+    bool isComplete = true;
+    for (const auto& path : paths) {
+        const auto attributes = application.target().files->attributesOfItemAtPath(path, Links::DontFollow);
+        if (attributes)
+            continue;
+        complain(attributes.error().message());
+        isComplete = false;
+    }
+    const auto row = std::ranges::find(moduleCatalog(), std::string_view("eraser"), &ModuleRow::name);
+    session.analyze({application.scanController().moduleForViewCode(row->viewCode)}, paths);
+    return isComplete;
+}
+
+} // namespace
+
+ExitCode runScan(Session& session) {
+    if (!find(session))
+        return ExitCode::Usage;
+    if (session.commandLine().wantsJson)
+        printJson(scanJson(session.application()));
+    else
+        printResults(session.application(), session.terminal(), std::cout);
+    return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Done;
+}
+
+ExitCode runClean(Session& session) {
+    if (!canAskOrNeedNot(session) || !find(session))
+        return ExitCode::Usage;
+    return removeAfterQuestion(session);
+}
+
+ExitCode runErase(Session& session) {
+    const CommandLine& line = session.commandLine();
+    auto& controller = session.application().scanController();
+    if (!line.isDryRun && !canAskOrNeedNot(session))
+        return ExitCode::Usage;
+    const auto paths = targetPaths(session.application().target(), line.operands);
+    if (!paths) {
+        complain(paths.error().message());
+        return ExitCode::Usage;
+    }
+    selectModules(controller, {});
+    controller.setUseSecureErase(line.isSecure || controller.useSecureErase());
+    const bool isComplete = dropOnEraser(session, *paths);
+    if (line.isDryRun) {
+        if (line.wantsJson)
+            printJson(scanJson(session.application()));
+        else
+            printResults(session.application(), session.terminal(), std::cout);
+        return isComplete ? ExitCode::Done : ExitCode::Incomplete;
+    }
+    if (controller.useSecureErase() && !line.wantsJson)
+        std::cerr << localizedString(
+                         "Files are overwritten where they lie. Disks with flash memory, snapshots and file "
+                         "systems that copy on writing may keep the old contents elsewhere.")
+                  << "\n";
+    const auto outcome = removeAfterQuestion(session);
+    return outcome == ExitCode::Done && !isComplete ? ExitCode::Incomplete : outcome;
 }
 
 } // namespace sweeply

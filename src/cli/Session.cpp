@@ -4,6 +4,7 @@
 #include "cli/Progress.h"
 #include "engine/EngineEvents.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
@@ -53,13 +54,22 @@ Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogL
 
 void Session::scan() {
     m_application.startInventory();
-    m_application.scanController().startScan();
-    waitFor(&ScanController::isScanning, &ScanController::stopScanActually, "Scanning");
+    auto& controller = m_application.scanController();
+    controller.startScan();
+    waitFor([&] { return controller.isScanning(); }, [&] { controller.stopScanActually(); }, "Scanning");
+}
+
+void Session::analyze(const std::vector<ADScanController*>& modules, const std::vector<std::string>& paths) {
+    for (auto* module : modules)
+        module->receiveDragData(paths);
+    waitFor([&] { return std::ranges::any_of(modules, &ADScanController::ifScanRunning); },
+            [&] { std::ranges::for_each(modules, &ADScanController::stopRun); }, "Scanning");
 }
 
 void Session::removeChecked() {
-    m_application.scanController().remove();
-    waitFor(&ScanController::isRemoving, &ScanController::stopRemoval, "Removing");
+    auto& controller = m_application.scanController();
+    controller.remove();
+    waitFor([&] { return controller.isRemoving(); }, [&] { controller.stopRemoval(); }, "Removing");
 }
 
 std::optional<UpdateReport> Session::updateSharedList() {
@@ -69,15 +79,14 @@ std::optional<UpdateReport> Session::updateSharedList() {
     return outcome;
 }
 
-void Session::waitFor(bool (ScanController::*running)() const, void (ScanController::*stop)(), const char* activity) {
-    auto& controller = m_application.scanController();
+void Session::waitFor(const std::function<bool()>& isRunning, const std::function<void()>& stop, const char* activity) {
     Progress progress(m_application, activity, m_terminal.isErrorTerminal);
     bool isStopping = false;
-    m_loop.runUntil([&] { return !(controller.*running)(); }, kTick,
+    m_loop.runUntil([&] { return !isRunning(); }, kTick,
                     [&] {
                         if (interrupt::wasRequested() && !isStopping) {
                             isStopping = true;
-                            (controller.*stop)();
+                            stop();
                         }
                         progress.draw();
                     });

@@ -7,6 +7,7 @@
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -28,6 +29,8 @@ class Session final {
 
     /// Scans the chosen modules and returns when that has ended, shows how far it is, and stops it at an interrupt.
     void scan();
+    /// Has these modules look at items of the target in place of a scan; the same otherwise.
+    void analyze(const std::vector<ADScanController*>& modules, const std::vector<std::string>& paths);
     /// The same for removing what is checked.
     void removeChecked();
     /// Fetches a newer shared list of applications and shows how that went. Nothing when it was interrupted.
@@ -36,7 +39,7 @@ class Session final {
     [[nodiscard]] std::size_t removedCount() const { return m_removedCount; }
 
   private:
-    void waitFor(bool (ScanController::*running)() const, void (ScanController::*stop)(), const char* activity);
+    void waitFor(const std::function<bool()>& isRunning, const std::function<void()>& stop, const char* activity);
 
     const CommandLine m_commandLine;
     const Terminal m_terminal = Terminal::ofThisProcess();

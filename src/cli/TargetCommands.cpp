@@ -23,7 +23,7 @@ Result<void> switchModules(Session& session, const std::vector<std::string>& nam
     const auto named = switchesNamed(names);
     if (!named)
         return Failure(named.error());
-    for (const auto& row : moduleCatalog()) {
+    for (const auto& row : scanModules()) {
         const bool isRowNamed = std::ranges::find(names, row.name) != names.end();
         for (const auto& part : row.switches) {
             const bool isPartNamed = std::ranges::find(names, part.name) != names.end();
@@ -36,7 +36,7 @@ Result<void> switchModules(Session& session, const std::vector<std::string>& nam
 
 Json moduleSwitchesJson(const Application& application, const UserDefaults& defaults) {
     Json list = Json::array();
-    for (const auto& row : moduleCatalog()) {
+    for (const auto& row : scanModules()) {
         Json parts = Json::array();
         for (const auto& part : row.switches)
             parts.push_back({{"module", part.name},
@@ -97,7 +97,7 @@ ExitCode runModules(Session& session) {
         printJson(moduleSwitchesJson(session.application(), defaults));
         return outcome;
     }
-    for (const auto& row : moduleCatalog()) {
+    for (const auto& row : scanModules()) {
         std::cout << row.name << "\n";
         for (const auto& part : row.switches)
             std::cout << "  " << (defaults.boolForKey(part.defaultsName) ? "[x] " : "[ ] ") << part.name << "\n";

@@ -146,7 +146,7 @@ class ScanController final : public ScanCoordinator {
     WorkMode m_workMode = WorkMode::Cleaner;
     std::size_t m_selectedRow = 0;
     bool m_terminating = false;
-    bool m_useSecureErase = false;
+    std::atomic<bool> m_useSecureErase{false}; ///< read while removing
 
     std::atomic<bool> m_paused{false};
     std::atomic<bool> m_stopped{true};

@@ -40,6 +40,14 @@ constexpr std::array kArchitectures{
     Architecture{"armv5", kCpuArm, 7},
     Architecture{"xscale", kCpuArm, 8},
     Architecture{"armv7", kCpuArm, 9},
+    Architecture{"m68k", 6, 1},
+    Architecture{"m68040", 6, 2},
+    Architecture{"m68030", 6, 3},
+    Architecture{"hppa", 11, 0},
+    Architecture{"hppa7100LC", 11, 1},
+    Architecture{"m88k", 13, 0},
+    Architecture{"sparc", 14, 0},
+    Architecture{"i860", 15, 0},
 };
 
 constexpr std::uint32_t kExecutableFile = 2;
@@ -148,17 +156,28 @@ std::uint32_t subtypeInFile(const Architecture& architecture) {
 std::span<const Architecture> architectures() { return kArchitectures; }
 
 const Architecture* findArchitecture(std::string_view name) {
+    if (name == "i586" || name == "i686")
+        name = name == "i586" ? "pentium" : "pentpro";
     const auto* found = std::ranges::find(kArchitectures, name, &Architecture::name);
     return found == kArchitectures.end() ? nullptr : found;
 }
 
-std::string fatHeader(std::span<const FatArch> table) {
+std::string fatHeader(std::span<const FatArch> table, bool isWide) {
     ByteWriter out(std::endian::big);
-    out.u32(kFatMagic);
+    out.u32(isWide ? kFatMagic64 : kFatMagic);
     out.u32(static_cast<std::uint32_t>(table.size()));
     for (const FatArch& arch : table) {
-        for (std::uint32_t field : {arch.cpuType, arch.cpuSubtype, arch.offset, arch.size, arch.alignment})
-            out.u32(field);
+        out.u32(arch.cpuType);
+        out.u32(arch.cpuSubtype);
+        for (const std::uint64_t field : {arch.offset, arch.size}) {
+            if (isWide)
+                out.u64(field);
+            else
+                out.u32(static_cast<std::uint32_t>(field));
+        }
+        out.u32(arch.alignment);
+        if (isWide)
+            out.u32(0); // reserved
     }
     return out.take();
 }
@@ -209,7 +228,7 @@ std::string universalExecutable(std::span<const Architecture* const> list, std::
     }
     std::string file = fatHeader(table);
     for (std::size_t i = 0; i < images.size(); ++i) {
-        file.resize(table[i].offset, '\0');
+        file.resize(static_cast<std::size_t>(table[i].offset), '\0');
         file += images[i];
     }
     return file;

@@ -11,12 +11,14 @@
 /// processor behind a table. Pure functions over bytes, safe from any thread.
 namespace sweeply::macho {
 
-inline constexpr std::uint32_t kFatMagic = 0xcafebabe; ///< always big-endian
-inline constexpr std::uint32_t kMagic32 = 0xfeedface;  ///< in the processor's own byte order, like all of a thin file
+inline constexpr std::uint32_t kFatMagic = 0xcafebabe;   ///< always big-endian
+inline constexpr std::uint32_t kFatMagic64 = 0xcafebabf; ///< with offsets and sizes of 64 bits
+inline constexpr std::uint32_t kMagic32 = 0xfeedface;    ///< in the processor's own byte order, like all of a thin file
 inline constexpr std::uint32_t kMagic64 = 0xfeedfacf;
 
 inline constexpr std::uint32_t kFatHeaderSize = 8; ///< magic and number of slices
 inline constexpr std::uint32_t kFatArchSize = 20;  ///< one slice in the table
+inline constexpr std::uint32_t kFatArchSize64 = 32;
 /// Slices for these processors start at multiples of 2^12, the size of their pages.
 inline constexpr std::uint32_t kPageAlignment = 12;
 
@@ -46,20 +48,21 @@ struct Architecture {
 
 /// Every processor with a name.
 [[nodiscard]] std::span<const Architecture> architectures();
-/// The one called `name`, or nullptr.
+/// The one called `name`, also by another of its names ("i586"), or nullptr.
 [[nodiscard]] const Architecture* findArchitecture(std::string_view name);
 
 /// One row of a fat file's table.
 struct FatArch {
     std::uint32_t cpuType = 0;
     std::uint32_t cpuSubtype = 0;
-    std::uint32_t offset = 0; ///< of the slice in the file
-    std::uint32_t size = 0;
+    std::uint64_t offset = 0; ///< of the slice in the file
+    std::uint64_t size = 0;
     std::uint32_t alignment = 0; ///< as a power of two
 };
 
-/// The head of a fat file: magic, count and table, without padding.
-[[nodiscard]] std::string fatHeader(std::span<const FatArch> table);
+/// The head of a fat file: magic, count and table, without padding. A wide one has room for 64 bits; in another one
+/// nothing may lie beyond 4 GiB.
+[[nodiscard]] std::string fatHeader(std::span<const FatArch> table, bool isWide = false);
 
 /// A thin executable that ends at once with status 0, its code filled with zeros up to `codeSize` bytes (less than the
 /// code itself needs is taken as just that). `architecture` must be one of ppc, ppc64, i386 and x86_64, of any subtype.

@@ -137,6 +137,17 @@ Result<FileAttributes> DirectoryEnumerator::attributes() const {
     return attributesFrom(status);
 }
 
+Result<UniqueFd> DirectoryEnumerator::openFile() const {
+    const State& state = *m_state;
+    if (state.levels.empty())
+        return Failure(systemError(ENOENT, state.path));
+    UniqueFd file(::openat(state.levels.back().fd.get(), state.path.c_str() + state.nameOffset,
+                           O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file)
+        return Failure(systemError(errno, state.path));
+    return file;
+}
+
 const std::optional<Error>& DirectoryEnumerator::failure() const { return m_state->failure; }
 
 } // namespace sweeply

@@ -35,6 +35,9 @@ class DirectoryEnumerator final {
     /// Attributes of the entry just returned, not following a link.
     [[nodiscard]] Result<FileAttributes> attributes() const;
 
+    /// The file just returned, opened for reading; a link is not followed, and a pipe does not block.
+    [[nodiscard]] Result<UniqueFd> openFile() const;
+
     /// The first folder that could not be read, if any; its path is relative to the folder walked.
     [[nodiscard]] const std::optional<Error>& failure() const;
 

@@ -121,15 +121,34 @@ DirectoryEnumerator FileManager::enumeratorAtPath(std::string_view path) const {
     return DirectoryEnumerator(openDirectory(path));
 }
 
-Result<std::string> FileManager::contentsAtPath(std::string_view path, std::size_t limit) const {
+Result<UniqueFd> FileManager::openForReading(std::string_view path) const {
     auto fd = openInRoot(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (!fd)
-        return Failure(fd.error());
+        return fd;
     struct stat status {};
     if (::fstat(fd->get(), &status) != 0)
         return failed(path);
     if (!S_ISREG(status.st_mode))
         return Failure(Error{ErrorKind::WrongType, std::string(path), "not a regular file"});
+    return fd;
+}
+
+Result<std::string> FileManager::beginningOfFileAtPath(std::string_view path, std::size_t size) const {
+    const auto fd = openForReading(path);
+    if (!fd)
+        return Failure(fd.error());
+    std::string bytes(size, '\0');
+    const ssize_t length = ::pread(fd->get(), bytes.data(), size, 0);
+    if (length < 0)
+        return failed(path);
+    bytes.resize(static_cast<std::size_t>(length));
+    return bytes;
+}
+
+Result<std::string> FileManager::contentsAtPath(std::string_view path, std::size_t limit) const {
+    const auto fd = openForReading(path);
+    if (!fd)
+        return Failure(fd.error());
     // The size is only a hint: the file may grow or shrink while it is read.
     std::string contents;
     for (;;) {
@@ -279,6 +298,15 @@ Result<void> FileManager::moveItemAtPath(std::string_view from, std::string_view
     if (::renameat2(source->parent.get(), source->name.c_str(), destination->parent.get(), destination->name.c_str(),
                     RENAME_NOREPLACE) != 0)
         return failed(errno == EEXIST ? to : from);
+    return {};
+}
+
+Result<void> FileManager::replaceFile(const Located& item, const std::string& replacement) {
+    if (::renameat(item.parent.get(), replacement.c_str(), item.parent.get(), item.name.c_str()) != 0)
+        return Failure(systemError(errno, item.name));
+    const UniqueFd folder(::openat(item.parent.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder)
+        ::fsync(folder.get()); // where a folder cannot be synced, the rename is still all or nothing
     return {};
 }
 

@@ -70,8 +70,12 @@ class FileManager final {
     /// The whole file; TooLarge beyond `limit` bytes, WrongType for anything but a regular file (a named pipe in a
     /// stranger's volume must not block us).
     [[nodiscard]] Result<std::string> contentsAtPath(std::string_view path, std::size_t limit) const;
+    /// Its first bytes, `size` of them or all there are, under the same rules.
+    [[nodiscard]] Result<std::string> beginningOfFileAtPath(std::string_view path, std::size_t size) const;
     [[nodiscard]] Result<std::string> destinationOfSymbolicLinkAtPath(std::string_view path) const;
 
+    /// The regular file at `path`; anything else is WrongType and does not block.
+    [[nodiscard]] Result<UniqueFd> openForReading(std::string_view path) const;
     /// The folder at `path`, opened for reading its entries.
     [[nodiscard]] Result<UniqueFd> openDirectory(std::string_view path) const;
     /// The item at `path`, without read or write access: for handing its identity to a tool.
@@ -104,6 +108,9 @@ class FileManager final {
     Result<void> createSymbolicLinkAtPath(std::string_view path, const std::string& destination);
     /// Renames within the target; an item at `to` is not replaced.
     Result<void> moveItemAtPath(std::string_view from, std::string_view to);
+    /// Renames the file `replacement` of the located item's folder over the item, which must be no folder, and has that
+    /// on the disk before it returns.
+    Result<void> replaceFile(const Located& item, const std::string& replacement);
     /// Removes the item and all below it; a link goes as a link. Refuses what the guard protects, the root, mount
     /// points and everything beyond one. Nothing at the path is NotFound. What could be removed of a tree is gone even
     /// when the rest fails; the error is the first one met.

@@ -10,7 +10,8 @@ namespace {
 
 using Name = std::pair<std::string_view, std::string_view>;
 
-// Sorted. clang-format off
+// Sorted.
+// clang-format off
 constexpr auto kNames = std::to_array<Name>({
     {"Afrikaans", "af"}, {"Albanian", "sq"}, {"Amharic", "am"}, {"Arabic", "ar"}, {"Armenian", "hy"},
     {"Assamese", "as"}, {"Aymara", "ay"}, {"Azerbaijani", "az"}, {"Basque", "eu"}, {"Belarusian", "be"},

@@ -49,7 +49,7 @@ class ADAppTest : public VolumeTest {
     /// One start and end of the program.
     void startProgram(bool isOnDiskImage = false) {
         std::ostringstream output;
-        auto target = openTarget({m_folder + "/root", {}, {}}, m_log, output);
+        auto target = openTarget({m_folder + "/root", {}, {}, {}}, m_log, output);
         Application application(*std::move(target.value()), {m_loop, m_alerts, m_desktop, m_log, Pace::full(),
                                                              SWEEPLY_LIBEXEC, m_folder + "/share"});
         ADApp app(application, m_watchers, m_log, {"sweeply", "a\nb"});

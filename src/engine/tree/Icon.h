@@ -15,6 +15,11 @@ enum class Icon : std::uint8_t {
     UserLogs,
     SystemLogs,
     Language,
+    DevelopmentJunk,
+    FinderJunk,
+    Trashes,
+    OtherJunk,
+    WindowsJunk,
 };
 
 } // namespace sweeply

@@ -1,0 +1,254 @@
+#include "modules/binaries/UniversalBinariesController.h"
+
+#include "appcore/ADTaskRunner.h"
+#include "appcore/FolderConstants.h"
+#include "appcore/SWApplicationCore.h"
+#include "engine/IgnoreList.h"
+#include "formats/MachOReader.h"
+#include "modules/binaries/LipoReport.h"
+#include "platform/Alerts.h"
+#include "platform/DirectoryEnumerator.h"
+#include "platform/Localization.h"
+#include "platform/MainThread.h"
+#include "platform/SystemLog.h"
+#include "platform/SystemVersion.h"
+#include "platform/TargetPath.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace sweeply {
+
+namespace {
+
+constexpr const char* kLipo = "/usr/bin/lipo";
+constexpr const char* kMarker = ".Clean";
+constexpr std::array<std::string_view, 3> kKnownNotExecutables{".DS_Store", "PkgInfo", "CodeResources"};
+/// So many executables are asked about at once: starting a process costs more than reading one.
+constexpr std::size_t kAtOnce = 16;
+/// What a bar shows before the number of applications is known.
+constexpr std::uint32_t kWaitingForApplications = 200;
+constexpr std::uint32_t kWaitingForFolder = 100;
+constexpr mode_t kAnyExecution = 0111;
+
+std::string nameOfDescriptor(const UniqueFd& file) { return "/dev/fd/" + std::to_string(file.get()); }
+
+bool beginsLikeFat(const UniqueFd& file) {
+    std::array<char, macho::kFatHeaderSize> head{};
+    const ssize_t length = ::pread(file.get(), head.data(), head.size(), 0);
+    return length == static_cast<ssize_t>(head.size()) && macho::mayBeFat({head.data(), head.size()});
+}
+
+} // namespace
+
+UniversalBinariesController::UniversalBinariesController(const ModuleServices& services, ScanCoordinator& coordinator,
+                                                         Tools tools, std::string family, const SystemVersion& version)
+    : ADScanControllerView(services.engine, coordinator), m_binaries(services), m_alerts(tools.alerts),
+      m_family(std::move(family)), m_hasManyNames(version.isOnLeopardOrBetter()),
+      m_keptSlices(allArchitecturesToLeavForArchitecture(m_family)),
+      m_tasks(std::make_unique<ADTaskRunner>(tools.table, services.engine.log)),
+      m_slimmer(services.files, tools.removals, tools.privileged, tools.table) {
+    rootNode()->setName(localizedString("UniversalBinaries"));
+    initUserDefaults();
+}
+
+UniversalBinariesController::~UniversalBinariesController() { stopAndJoin(); }
+
+std::vector<std::string>
+UniversalBinariesController::allArchitecturesToLeavForArchitecture(std::string_view family) const {
+    if (family == "intel") {
+        return m_hasManyNames ? std::vector<std::string>{"i386", "x86_64",  "i486",     "i486SX",  "pentium",
+                                                         "i586", "pentpro", "pentIIm3", "pentIIm5"}
+                              : std::vector<std::string>{"i386", "x86_64"};
+    }
+    if (family == "ppc") {
+        return m_hasManyNames
+                   ? std::vector<std::string>{"ppc",    "ppc64",   "ppc601", "ppc603",  "ppc603e", "ppc603ev",
+                                              "ppc604", "ppc604e", "ppc750", "ppc7400", "ppc7450"}
+                   : std::vector<std::string>{"ppc", "ppc64"};
+    }
+    return {};
+}
+
+bool UniversalBinariesController::knowsArchitecture() {
+    if (!m_keptSlices.empty())
+        return true;
+    if (m_saidUnknown.exchange(true))
+        return false;
+    services().log.log("Error: Couldn't find arch utility");
+    Alert alert;
+    alert.style = Alert::Style::Informational;
+    alert.title = localizedString("Universal Binaries module error");
+    alert.text = localizedString(
+        "We apologize, but Sweeply couldn't define your Mac's architecture. Probably, you do not have /usr/bin/arch "
+        "program installed, and this is why Universal Binary plugin is unable to find anything.");
+    alert.buttons = {localizedButton("OK")};
+    services().mainThread.runAndWait([&] { m_alerts.runAlert(alert); });
+    return false;
+}
+
+bool UniversalBinariesController::shouldCleanApplication(const std::string& path) {
+    return !isSlimedApplicationAtPath(path) && !m_binaries.ignoreList.applicationInList(path);
+}
+
+bool UniversalBinariesController::isSlimedApplicationAtPath(const std::string& path) const {
+    return m_binaries.files.attributesOfItemAtPath(joinedPath(path, kMarker), Links::DontFollow).has_value();
+}
+
+bool UniversalBinariesController::markApplicationAtPathAsSlimed(const std::string& path) {
+    return isSlimedApplicationAtPath(path) ||
+           m_binaries.files.createFileAtPath(joinedPath(path, kMarker), {}).has_value();
+}
+
+void UniversalBinariesController::scanThread() {
+    prepareForScan();
+    if (!knowsArchitecture())
+        return;
+    setTotalProcentage(kWaitingForApplications);
+    incProgress();
+    const auto applications = m_binaries.applications.createApplicationsArrayForController(this);
+    setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
+    for (const auto& application : applications) {
+        if (stopped())
+            return;
+        if (shouldCleanApplication(application)) {
+            searchForUBInPath(application);
+            sleepAfterItem();
+            waitWhilePaused();
+        }
+        incProgress();
+    }
+}
+
+void UniversalBinariesController::analyzeFile(const std::string& path) {
+    if (!knowsArchitecture())
+        return;
+    const std::string item = normalisedPath(m_binaries.folders.expandTilde(path));
+    if (pathExtension(item) == "app")
+        return analyzeApplication(item);
+    setTotalProcentage(kWaitingForFolder);
+    incProgress();
+    const auto applications = m_binaries.applications.createApplicationsArrayInPathDeep(item, this);
+    setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
+    for (const auto& application : applications) {
+        if (stopped())
+            return;
+        analyzeApplication(application);
+        incProgress();
+        sleepAfterItem();
+        waitWhilePaused();
+    }
+}
+
+void UniversalBinariesController::analyzeApplication(const std::string& path) {
+    {
+        // What is listed already would count twice.
+        const std::lock_guard lock(services().treeLock);
+        if (rootNode()->childWithEqualPath(path))
+            return;
+    }
+    if (!m_binaries.ignoreList.applicationInListWithUserNotification(path))
+        searchForUBInPath(path);
+}
+
+void UniversalBinariesController::searchForUBInPath(const std::string& application) {
+    setCurrentItem(application);
+    std::vector<Candidate> candidates;
+    Node::Pointer node;
+    auto walk = m_binaries.files.enumeratorAtPath(application);
+    while (const auto entry = walk.next()) {
+        if (stopped())
+            return;
+        const auto name = lastPathComponent(entry->path);
+        const auto extension = pathExtension(name);
+        if (extension == "lproj")
+            walk.skipDescendants();
+        if (!extension.empty() || entry->type != FileType::Regular ||
+            std::ranges::find(kKnownNotExecutables, name) != kKnownNotExecutables.end())
+            continue;
+        const auto attributes = walk.attributes();
+        if (!attributes || attributes->type != FileType::Regular || (attributes->mode & kAnyExecution) == 0)
+            continue;
+        auto file = walk.openFile();
+        if (!file || !beginsLikeFat(*file))
+            continue;
+        candidates.push_back({joinedPath(application, entry->path), std::move(*file)});
+        if (candidates.size() == kAtOnce)
+            addSlimmable(candidates, application, node);
+    }
+    addSlimmable(candidates, application, node);
+    if (const auto& failure = walk.failure())
+        reportProblem({failure->kind, joinedPath(application, failure->path), failure->reason});
+}
+
+void UniversalBinariesController::addSlimmable(std::vector<Candidate>& candidates, const std::string& application,
+                                               Node::Pointer& node) {
+    const auto sizes = foreignBytesOf(candidates);
+    for (std::size_t i = 0; i < sizes.size() && !stopped(); ++i) {
+        if (sizes[i] == 0)
+            continue;
+        if (!node) {
+            node = Node::nodeWithName(nameWithoutExtension(application), Icon::ItsOwn, 0, 0, application, true);
+            addChildNode(node);
+        }
+        {
+            const std::lock_guard lock(services().treeLock);
+            node->addChild(Node::nodeWithName(m_binaries.folders.abbreviateWithTilde(candidates[i].path), Icon::None, 0,
+                                              sizes[i], candidates[i].path, true));
+        }
+        incFoundObjectsCount();
+        rootNodeChanged();
+        waitWhilePaused();
+    }
+    candidates.clear();
+}
+
+std::vector<std::uint64_t> UniversalBinariesController::foreignBytesOf(const std::vector<Candidate>& candidates) {
+    if (candidates.empty())
+        return {};
+    // By descriptor: what the tool looks at is the file that was found, and its name is none to stumble over.
+    ADTaskRunner::Arguments arguments{"-detailed_info"};
+    std::vector<int> descriptors;
+    for (const auto& candidate : candidates) {
+        arguments.push_back(nameOfDescriptor(candidate.file));
+        descriptors.push_back(candidate.file.get());
+    }
+    const auto output = m_tasks->getOutput(kLipo, arguments, true, descriptors);
+    const auto report = foreignBytesOfFiles(output.value_or(std::string()), m_keptSlices, services().log);
+    std::vector<std::uint64_t> sizes;
+    for (const auto& candidate : candidates) {
+        const auto found = report.find(nameOfDescriptor(candidate.file));
+        // The tool gives up at the first file that it cannot read.
+        const bool asksAlone = found == report.end() && candidates.size() > 1;
+        sizes.push_back(asksAlone ? getUBSize(candidate.path) : found == report.end() ? 0 : found->second);
+    }
+    return sizes;
+}
+
+std::uint64_t UniversalBinariesController::getUBSize(const std::string& path) {
+    if (path.empty())
+        return 0;
+    auto file = m_binaries.files.openForReading(path);
+    if (!file || !beginsLikeFat(*file))
+        return 0;
+    std::vector<Candidate> alone;
+    alone.push_back({path, std::move(*file)});
+    return foreignBytesOf(alone).front();
+}
+
+bool UniversalBinariesController::cleanThisNode(Node& node) {
+    if (!m_slimmer.slimBinaryAtPath(node.path(), m_keptSlices))
+        return false;
+    std::string finished;
+    {
+        const std::lock_guard lock(services().treeLock);
+        if (const Node* application = node.parentNode(); application && application->childrenCount() == 1)
+            finished = application->path();
+    }
+    if (!finished.empty())
+        markApplicationAtPathAsSlimed(finished);
+    return true;
+}
+
+} // namespace sweeply

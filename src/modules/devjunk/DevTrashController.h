@@ -1,0 +1,58 @@
+#pragma once
+
+#include "engine/ADScanControllerView.h"
+#include "modules/ModuleServices.h"
+
+#include <string>
+#include <vector>
+
+namespace sweeply {
+
+/// What serves only the developers of applications, left inside their bundles; and in folders that the user drops on
+/// it, the clutter that the desktop, the trash and other systems leave behind.
+class DevTrashController final : public ADScanControllerView {
+  public:
+    DevTrashController(const ModuleServices& services, ScanCoordinator& coordinator);
+    ~DevTrashController() override { stopAndJoin(); }
+
+    [[nodiscard]] std::string defaultsName() const override { return "CleanDevJunk"; }
+    [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
+    [[nodiscard]] bool shouldRespondToDragEvents() const override { return true; }
+    [[nodiscard]] bool shouldBeDragSource() const override { return true; }
+    bool shouldCleanApplication(const std::string& path) override;
+    void analyzeFile(const std::string& path) override;
+
+    /// The direct entries of a folder, as full paths; none where it cannot be listed.
+    [[nodiscard]] static std::vector<std::string> enumerateAllTrashAtPath(const FileManager& files,
+                                                                          const std::string& path);
+    /// The direct entries of each direct entry of a folder.
+    [[nodiscard]] static std::vector<std::string> enumerateAllTrashesAtPath(const FileManager& files,
+                                                                            const std::string& path);
+
+  protected:
+    void scanThread() override;
+    bool cleanThisNode(Node& node) override { return tryToRemoveFileAtPath(node.path()); }
+
+  private:
+    [[nodiscard]] std::string className() const override { return "DevTrashController"; }
+    [[nodiscard]] std::vector<std::string> nibsJunkForApplicationAtPath(const std::string& path);
+    void analyzeApplication(const std::string& path);
+    void analyzeApplications(const std::vector<std::string>& paths);
+    void analyzeFolder(const std::string& path);
+    /// Below the category, under a node for the dropped folder.
+    void addObject(const std::string& item, const Node::Pointer& category, const std::string& folderPath);
+    void addObjectFromArray(const std::vector<std::string>& items, const Node::Pointer& category);
+    /// Puts a category under the root, emptied, unless it is there.
+    void show(const Node::Pointer& category);
+    void hideIfEmpty(const Node::Pointer& category);
+    [[nodiscard]] Node::Pointer itemNode(const std::string& path, Icon icon) const;
+
+    ModuleServices m_junk;
+    const Node::Pointer m_applicationNode;
+    const Node::Pointer m_dsStoreNode;
+    const Node::Pointer m_trashNode;
+    const Node::Pointer m_othersNode;
+    const Node::Pointer m_windowsNode;
+};
+
+} // namespace sweeply

@@ -1,0 +1,69 @@
+#include "modules/eraser/EraserController.h"
+
+#include "modules/ModuleWorld.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+
+namespace sweeply {
+namespace {
+
+using testing::HasSubstr;
+
+/// With the real tools, which overwriting needs.
+class EraserTest : public ModuleTest {
+  protected:
+    EraserTest() {
+        m_module = &m_world.add(8, std::make_unique<EraserController>(services(), *m_world.coordinator, [this] {
+                                    return m_world.coordinator->useSecureErase();
+                                }));
+    }
+    std::string listed() { return textOf(*m_module->rootNode()); }
+
+    EraserController* m_module = nullptr;
+};
+
+TEST_F(EraserTest, DroppedItemsAreListedOnceAndRemoved) {
+    write("/Users/sam/Documents/a");
+    write("/tmp/folder/b");
+    m_world.target.makeLink("/tmp/link", "/Users/sam/Documents");
+    drop(*m_module, {"~/Documents/a", "/tmp/folder/", "/tmp/folder", "/tmp/link", "/nothing"});
+    EXPECT_EQ(listed(), "[x] ~/Documents/a 4000\n[x] /tmp/folder 4000\n[x] /tmp/link 0\n");
+    m_world.remove();
+    EXPECT_EQ(listed(), "");
+    EXPECT_FALSE(m_world.exists("/tmp/folder") || m_world.exists("/tmp/link"));
+    EXPECT_TRUE(m_world.exists("/Users/sam/Documents"));
+}
+
+TEST_F(EraserTest, ScanIsOverAtOnceAndTheDropAreaForgetsItems) {
+    write("/a");
+    drop(*m_module, {"/a"});
+    m_world.scan();
+    EXPECT_EQ(listed(), "[x] /a 4000\n");
+    m_module->showDropImageView();
+    EXPECT_EQ(listed(), "");
+    EXPECT_FALSE(m_module->ifAnyEnabled());
+    drop(*m_module, {"/a"});
+    EXPECT_TRUE(m_module->ifAnyEnabled());
+}
+
+TEST_F(EraserTest, SecureEraseOverwritesAWholeTreeAndSaysWhatStays) {
+    m_world.coordinator->setUseSecureErase(true);
+    write("/tmp/it's $(x)/secret", std::string(5000, 's'));
+    const UniqueFd held(::open(host("/tmp/it's $(x)/secret").c_str(), O_RDONLY | O_CLOEXEC));
+    write("/tmp/other/linked", "contents");
+    std::filesystem::create_hard_link(host("/tmp/other/linked"), host("/name"));
+    RemovalPrimitives removals(m_world.files(), m_world.folders, m_world.privileged, m_ignoreList.tools, m_world.log);
+    EXPECT_TRUE(removals.tryToSecurelyRemoveFileAtPath("/tmp/it's $(x)"));
+    EXPECT_FALSE(m_world.exists("/tmp/it's $(x)"));
+    std::string left(5000, '\0');
+    EXPECT_EQ(::pread(held.get(), left.data(), left.size(), 0), 5000);
+    EXPECT_EQ(left, std::string(5000, '\xff'));
+    EXPECT_FALSE(removals.tryToSecurelyRemoveFileAtPath("/tmp/other"));
+    EXPECT_THAT(removals.failures().at(0).error.reason, HasSubstr("hard link"));
+    EXPECT_EQ(read("/name"), "contents");
+    EXPECT_FALSE(removals.tryToSecurelyRemoveFileAtPath("/Users/sam/Library"));
+}
+
+} // namespace
+} // namespace sweeply
