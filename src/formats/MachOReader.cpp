@@ -15,7 +15,6 @@ constexpr std::uint32_t kMaximalAlignment = 15;
 constexpr std::uint32_t kFewerThanJava = 43;
 
 std::optional<FatArch> sliceAt(const ByteReader& in, std::uint64_t at, bool isWide) {
-    FatArch slice;
     const auto type = in.u32(at);
     const auto subtype = in.u32(at + 4);
     const auto alignment = in.u32(at + (isWide ? 24 : 16));

@@ -137,6 +137,10 @@ Result<FileAttributes> DirectoryEnumerator::attributes() const {
     return attributesFrom(status);
 }
 
+int DirectoryEnumerator::folder() const { return m_state->levels.empty() ? -1 : m_state->levels.back().fd.get(); }
+
+std::string DirectoryEnumerator::name() const { return m_state->path.substr(m_state->nameOffset); }
+
 Result<UniqueFd> DirectoryEnumerator::openFile() const {
     const State& state = *m_state;
     if (state.levels.empty())

@@ -35,6 +35,9 @@ class DirectoryEnumerator final {
     /// Attributes of the entry just returned, not following a link.
     [[nodiscard]] Result<FileAttributes> attributes() const;
 
+    /// The folder that holds the entry just returned, open until the next call of next(); and the entry's name in it.
+    [[nodiscard]] int folder() const;
+    [[nodiscard]] std::string name() const;
     /// The file just returned, opened for reading; a link is not followed, and a pipe does not block.
     [[nodiscard]] Result<UniqueFd> openFile() const;
 

@@ -19,13 +19,12 @@ class DirectoryReader final {
         FileType type;    ///< of the entry itself, links not followed
     };
 
-    /// Starts with the first entry, wherever the descriptor stood.
-    explicit DirectoryReader(int directory) : DirectoryReader(directory, kStart) {}
-
     /// Where a reader stands, for going on with another descriptor of the same folder.
     using Position = std::int64_t;
     static constexpr Position kStart = 0;
-    DirectoryReader(int directory, Position position);
+
+    /// The descriptor is fresh: nothing was read through it before.
+    explicit DirectoryReader(int directory, Position position = kStart);
 
     DirectoryReader(DirectoryReader&&) noexcept;
     DirectoryReader& operator=(DirectoryReader&&) noexcept;

@@ -27,7 +27,7 @@ struct DirectoryReader::Stream {
 
     // Not an aggregate on purpose: making one must not clear the buffer.
     Stream(int directoryFd, Position start) : directory(directoryFd), position(start) {
-        if (::lseek(directory, position, SEEK_SET) < 0)
+        if (position != kStart && ::lseek(directory, position, SEEK_SET) < 0)
             errorNumber = errno;
     }
 

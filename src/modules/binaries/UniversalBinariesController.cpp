@@ -10,6 +10,7 @@
 #include "platform/DirectoryEnumerator.h"
 #include "platform/Localization.h"
 #include "platform/MainThread.h"
+#include "platform/Pace.h"
 #include "platform/SystemLog.h"
 #include "platform/SystemVersion.h"
 #include "platform/TargetPath.h"
@@ -26,7 +27,7 @@ constexpr const char* kLipo = "/usr/bin/lipo";
 constexpr const char* kMarker = ".Clean";
 constexpr std::array<std::string_view, 3> kKnownNotExecutables{".DS_Store", "PkgInfo", "CodeResources"};
 /// So many executables are asked about at once: starting a process costs more than reading one.
-constexpr std::size_t kAtOnce = 16;
+constexpr std::size_t kAtOnce = 64;
 /// What a bar shows before the number of applications is known.
 constexpr std::uint32_t kWaitingForApplications = 200;
 constexpr std::uint32_t kWaitingForFolder = 100;
@@ -103,6 +104,7 @@ bool UniversalBinariesController::markApplicationAtPathAsSlimed(const std::strin
 
 void UniversalBinariesController::scanThread() {
     prepareForScan();
+    m_candidates.clear(); // of a scan that was stopped
     if (!knowsArchitecture())
         return;
     setTotalProcentage(kWaitingForApplications);
@@ -119,14 +121,17 @@ void UniversalBinariesController::scanThread() {
         }
         incProgress();
     }
+    addSlimmable();
 }
 
 void UniversalBinariesController::analyzeFile(const std::string& path) {
     if (!knowsArchitecture())
         return;
     const std::string item = normalisedPath(m_binaries.folders.expandTilde(path));
-    if (pathExtension(item) == "app")
-        return analyzeApplication(item);
+    if (pathExtension(item) == "app") {
+        analyzeApplication(item);
+        return addSlimmable();
+    }
     setTotalProcentage(kWaitingForFolder);
     incProgress();
     const auto applications = m_binaries.applications.createApplicationsArrayInPathDeep(item, this);
@@ -139,6 +144,7 @@ void UniversalBinariesController::analyzeFile(const std::string& path) {
         sleepAfterItem();
         waitWhilePaused();
     }
+    addSlimmable();
 }
 
 void UniversalBinariesController::analyzeApplication(const std::string& path) {
@@ -154,8 +160,6 @@ void UniversalBinariesController::analyzeApplication(const std::string& path) {
 
 void UniversalBinariesController::searchForUBInPath(const std::string& application) {
     setCurrentItem(application);
-    std::vector<Candidate> candidates;
-    Node::Pointer node;
     auto walk = m_binaries.files.enumeratorAtPath(application);
     while (const auto entry = walk.next()) {
         if (stopped())
@@ -171,57 +175,68 @@ void UniversalBinariesController::searchForUBInPath(const std::string& applicati
         if (!attributes || attributes->type != FileType::Regular || (attributes->mode & kAnyExecution) == 0)
             continue;
         auto file = walk.openFile();
-        if (!file || !beginsLikeFat(*file))
-            continue;
-        candidates.push_back({joinedPath(application, entry->path), std::move(*file)});
-        if (candidates.size() == kAtOnce)
-            addSlimmable(candidates, application, node);
+        if (file && beginsLikeFat(*file))
+            m_candidates.push_back({application, joinedPath(application, entry->path), std::move(*file)});
+        if (m_candidates.size() >= kAtOnce)
+            addSlimmable();
     }
-    addSlimmable(candidates, application, node);
+    // Who rests between applications has the time to show each at once.
+    if (services().pace.threadSleep.count() > 0)
+        addSlimmable();
     if (const auto& failure = walk.failure())
         reportProblem({failure->kind, joinedPath(application, failure->path), failure->reason});
 }
 
-void UniversalBinariesController::addSlimmable(std::vector<Candidate>& candidates, const std::string& application,
-                                               Node::Pointer& node) {
-    const auto sizes = foreignBytesOf(candidates);
+void UniversalBinariesController::addSlimmable() {
+    const auto sizes = foreignBytesOf(m_candidates);
     for (std::size_t i = 0; i < sizes.size() && !stopped(); ++i) {
-        if (sizes[i] == 0)
-            continue;
-        if (!node) {
-            node = Node::nodeWithName(nameWithoutExtension(application), Icon::ItsOwn, 0, 0, application, true);
-            addChildNode(node);
-        }
-        {
-            const std::lock_guard lock(services().treeLock);
-            node->addChild(Node::nodeWithName(m_binaries.folders.abbreviateWithTilde(candidates[i].path), Icon::None, 0,
-                                              sizes[i], candidates[i].path, true));
-        }
-        incFoundObjectsCount();
-        rootNodeChanged();
+        if (sizes[i] > 0)
+            add(m_candidates[i], sizes[i]);
         waitWhilePaused();
     }
-    candidates.clear();
+    m_candidates.clear();
 }
 
-std::vector<std::uint64_t> UniversalBinariesController::foreignBytesOf(const std::vector<Candidate>& candidates) {
-    if (candidates.empty())
-        return {};
-    // By descriptor: what the tool looks at is the file that was found, and its name is none to stumble over.
-    ADTaskRunner::Arguments arguments{"-detailed_info"};
-    std::vector<int> descriptors;
-    for (const auto& candidate : candidates) {
-        arguments.push_back(nameOfDescriptor(candidate.file));
-        descriptors.push_back(candidate.file.get());
+void UniversalBinariesController::add(const Candidate& candidate, std::uint64_t size) {
+    auto executable = Node::nodeWithName(m_binaries.folders.abbreviateWithTilde(candidate.path), Icon::None, 0, size,
+                                         candidate.path, true);
+    Node::Pointer application;
+    {
+        const std::lock_guard lock(services().treeLock);
+        application = rootNode()->childWithEqualPath(candidate.application);
     }
-    const auto output = m_tasks->getOutput(kLipo, arguments, true, descriptors);
-    const auto report = foreignBytesOfFiles(output.value_or(std::string()), m_keptSlices, services().log);
+    if (!application) {
+        application = Node::nodeWithName(nameWithoutExtension(candidate.application), Icon::ItsOwn, 0, 0,
+                                         candidate.application, true);
+        addChildNode(application);
+    }
+    {
+        const std::lock_guard lock(services().treeLock);
+        application->addChild(std::move(executable));
+    }
+    incFoundObjectsCount();
+    rootNodeChanged();
+}
+
+std::vector<std::uint64_t> UniversalBinariesController::foreignBytesOf(std::span<const Candidate> candidates) {
     std::vector<std::uint64_t> sizes;
-    for (const auto& candidate : candidates) {
-        const auto found = report.find(nameOfDescriptor(candidate.file));
-        // The tool gives up at the first file that it cannot read.
-        const bool asksAlone = found == report.end() && candidates.size() > 1;
-        sizes.push_back(asksAlone ? getUBSize(candidate.path) : found == report.end() ? 0 : found->second);
+    while (sizes.size() < candidates.size()) {
+        // By descriptor: what the tool looks at is the file that was found, and its name is none to stumble over.
+        const auto rest = candidates.subspan(sizes.size());
+        ADTaskRunner::Arguments arguments{"-detailed_info"};
+        std::vector<int> descriptors;
+        for (const auto& candidate : rest) {
+            arguments.push_back(nameOfDescriptor(candidate.file));
+            descriptors.push_back(candidate.file.get());
+        }
+        const auto output = m_tasks->getOutput(kLipo, arguments, true, descriptors);
+        const auto report = foreignBytesOfFiles(output.value_or(std::string()), m_keptSlices, services().log);
+        for (const auto& candidate : rest) {
+            const auto found = report.find(nameOfDescriptor(candidate.file));
+            sizes.push_back(found == report.end() ? 0 : found->second);
+            if (found == report.end())
+                break; // the tool gives up at the first file that it cannot read: on with those after it
+        }
     }
     return sizes;
 }
@@ -232,9 +247,8 @@ std::uint64_t UniversalBinariesController::getUBSize(const std::string& path) {
     auto file = m_binaries.files.openForReading(path);
     if (!file || !beginsLikeFat(*file))
         return 0;
-    std::vector<Candidate> alone;
-    alone.push_back({path, std::move(*file)});
-    return foreignBytesOf(alone).front();
+    const Candidate alone{{}, path, std::move(*file)};
+    return foreignBytesOf({&alone, 1}).front();
 }
 
 bool UniversalBinariesController::cleanThisNode(Node& node) {

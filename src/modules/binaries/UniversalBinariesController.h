@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -60,6 +61,7 @@ class UniversalBinariesController final : public ADScanControllerView {
   private:
     /// An executable that is fat by its first bytes, held open.
     struct Candidate {
+        std::string application;
         std::string path;
         UniqueFd file;
     };
@@ -67,10 +69,13 @@ class UniversalBinariesController final : public ADScanControllerView {
     [[nodiscard]] std::string className() const override { return "UniversalBinariesController"; }
     /// False, and the person is told once, when nobody knows the processors.
     bool knowsArchitecture();
+    /// Gathers candidates, and adds those that can be slimmed once there are many.
     void searchForUBInPath(const std::string& application);
-    /// Adds those of the candidates that can be slimmed; makes the application's node for the first.
-    void addSlimmable(std::vector<Candidate>& candidates, const std::string& application, Node::Pointer& node);
-    [[nodiscard]] std::vector<std::uint64_t> foreignBytesOf(const std::vector<Candidate>& candidates);
+    /// Adds those of the candidates gathered so far that can be slimmed.
+    void addSlimmable();
+    void add(const Candidate& candidate, std::uint64_t size);
+    /// Bytes to be freed of each, in order.
+    [[nodiscard]] std::vector<std::uint64_t> foreignBytesOf(std::span<const Candidate> candidates);
     void analyzeApplication(const std::string& path);
 
     ModuleServices m_binaries;
@@ -80,6 +85,7 @@ class UniversalBinariesController final : public ADScanControllerView {
     const std::vector<std::string> m_keptSlices;
     const std::unique_ptr<ADTaskRunner> m_tasks;
     BinarySlimmer m_slimmer;
+    std::vector<Candidate> m_candidates; ///< the scan thread's
     std::atomic<bool> m_saidUnknown{false};
 };
 

@@ -110,8 +110,8 @@ void DevTrashController::analyzeApplications(const std::vector<std::string>& pat
     hideIfEmpty(m_applicationNode);
 }
 
-std::vector<std::string> DevTrashController::nibsJunkForApplicationAtPath(const std::string& path) {
-    std::vector<std::string> found;
+std::vector<DevTrashController::Junk> DevTrashController::nibsJunkForApplicationAtPath(const std::string& path) {
+    std::vector<Junk> found;
     auto walk = m_junk.files.enumeratorAtPath(path);
     while (const auto entry = walk.next()) {
         if (stopped())
@@ -119,7 +119,7 @@ std::vector<std::string> DevTrashController::nibsJunkForApplicationAtPath(const 
         if (!isDeveloperJunk(entry->path))
             continue;
         walk.skipDescendants(); // it goes as a whole
-        found.push_back(joinedPath(path, entry->path));
+        found.push_back({joinedPath(path, entry->path), m_junk.sizes.sizeOfEntry(walk.folder(), walk.name())});
     }
     if (const auto& failure = walk.failure()) {
         reportProblem({failure->kind, joinedPath(path, failure->path), failure->reason});
@@ -143,7 +143,7 @@ void DevTrashController::analyzeApplication(const std::string& path) {
     const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true);
     application->setNeedExpand(true);
     for (const auto& item : junk)
-        application->addInvisibleChild(itemNode(item, Icon::None));
+        application->addInvisibleChild(itemNode(item.path, Icon::None, item.size));
     {
         const std::lock_guard lock(services().treeLock);
         m_applicationNode->addChild(application);
@@ -155,6 +155,7 @@ void DevTrashController::analyzeApplication(const std::string& path) {
 void DevTrashController::analyzeFolder(const std::string& path) {
     std::unordered_set<std::string> trashed;
     auto walk = m_junk.files.enumeratorAtPath(path);
+    const auto sizeOfThis = [&] { return m_junk.sizes.sizeOfEntry(walk.folder(), walk.name()); };
     while (const auto entry = walk.next()) {
         if (stopped())
             break;
@@ -168,13 +169,13 @@ void DevTrashController::analyzeFolder(const std::string& path) {
             addObjectFromArray(found, m_trashNode);
             trashed.insert(found.begin(), found.end());
         } else if (isIn(macOsJunkFiles, name)) {
-            addObject(item, m_dsStoreNode, path);
+            addObject({item, sizeOfThis()}, m_dsStoreNode, path);
             walk.skipDescendants();
         } else if (isIn(windowsFiles, name)) {
-            addObject(item, m_windowsNode, path);
+            addObject({item, sizeOfThis()}, m_windowsNode, path);
             walk.skipDescendants();
         } else if (isIn(otherFiles, name)) {
-            addObject(item, m_othersNode, path);
+            addObject({item, sizeOfThis()}, m_othersNode, path);
             walk.skipDescendants();
         }
         waitWhilePaused();
@@ -209,17 +210,16 @@ std::vector<std::string> DevTrashController::enumerateAllTrashesAtPath(const Fil
     return paths;
 }
 
-Node::Pointer DevTrashController::itemNode(const std::string& path, Icon icon) const {
-    auto node = Node::nodeWithName(lastPathComponent(path), icon, 0, m_junk.sizes.folderSizeAtPath(path), path, true);
+Node::Pointer DevTrashController::itemNode(const std::string& path, Icon icon, std::uint64_t size) {
+    auto node = Node::nodeWithName(lastPathComponent(path), icon, 0, size, path, true);
     node->setShouldWait(false);
     return node;
 }
 
-void DevTrashController::addObject(const std::string& item, const Node::Pointer& category,
-                                   const std::string& folderPath) {
-    setCurrentItem(item);
+void DevTrashController::addObject(const Junk& item, const Node::Pointer& category, const std::string& folderPath) {
+    setCurrentItem(item.path);
     show(category);
-    auto node = itemNode(item, Icon::None);
+    auto node = itemNode(item.path, Icon::None, item.size);
     {
         const std::lock_guard lock(services().treeLock);
         auto folder = category->childWithEqualPath(folderPath);
@@ -229,7 +229,7 @@ void DevTrashController::addObject(const std::string& item, const Node::Pointer&
             category->addChild(folder);
         }
         const auto& listed = folder->invisibleChildren();
-        if (std::ranges::any_of(listed, [&](const auto& other) { return other->path() == item; }))
+        if (std::ranges::any_of(listed, [&](const auto& other) { return other->path() == item.path; }))
             return;
         folder->addInvisibleChild(std::move(node));
     }
@@ -243,7 +243,7 @@ void DevTrashController::addObjectFromArray(const std::vector<std::string>& item
     show(category);
     for (const auto& item : items) {
         setCurrentItem(item);
-        auto node = itemNode(item, Icon::ItsOwn);
+        auto node = itemNode(item, Icon::ItsOwn, m_junk.sizes.folderSizeAtPath(item));
         {
             const std::lock_guard lock(services().treeLock);
             if (category->childWithEqualPath(item))

@@ -35,17 +35,21 @@ class DevTrashController final : public ADScanControllerView {
 
   private:
     [[nodiscard]] std::string className() const override { return "DevTrashController"; }
-    [[nodiscard]] std::vector<std::string> nibsJunkForApplicationAtPath(const std::string& path);
+    struct Junk {
+        std::string path;
+        std::uint64_t size; ///< charged bytes
+    };
+    [[nodiscard]] std::vector<Junk> nibsJunkForApplicationAtPath(const std::string& path);
     void analyzeApplication(const std::string& path);
     void analyzeApplications(const std::vector<std::string>& paths);
     void analyzeFolder(const std::string& path);
     /// Below the category, under a node for the dropped folder.
-    void addObject(const std::string& item, const Node::Pointer& category, const std::string& folderPath);
+    void addObject(const Junk& item, const Node::Pointer& category, const std::string& folderPath);
     void addObjectFromArray(const std::vector<std::string>& items, const Node::Pointer& category);
     /// Puts a category under the root, emptied, unless it is there.
     void show(const Node::Pointer& category);
     void hideIfEmpty(const Node::Pointer& category);
-    [[nodiscard]] Node::Pointer itemNode(const std::string& path, Icon icon) const;
+    [[nodiscard]] static Node::Pointer itemNode(const std::string& path, Icon icon, std::uint64_t size);
 
     ModuleServices m_junk;
     const Node::Pointer m_applicationNode;

@@ -101,8 +101,8 @@ bool LanguagesController::showLanguageAlert(const std::vector<std::string>& code
     return answer == Remove;
 }
 
-LanguagesController::Folders LanguagesController::languagesForApplicationAtPath(const std::string& path) {
-    Folders found;
+LanguagesController::Localizations LanguagesController::languagesForApplicationAtPath(const std::string& path) {
+    Localizations found;
     auto walk = m_languages.files.enumeratorAtPath(path);
     while (const auto entry = walk.next()) {
         // Links among them lead to folders that are found at their own places, or in circles.
@@ -110,8 +110,11 @@ LanguagesController::Folders LanguagesController::languagesForApplicationAtPath(
             continue;
         walk.skipDescendants();
         const auto code = shortLanguageNameFromDirectoryTwoLetters(entry->path);
-        if (!isNoLanguage(code) && !m_keepList.shouldILeaveThisLanguage(code))
-            found[code].push_back(joinedPath(path, entry->path));
+        if (!isNoLanguage(code) && !m_keepList.shouldILeaveThisLanguage(code)) {
+            auto& localization = found[code];
+            localization.folders.push_back(joinedPath(path, entry->path));
+            localization.size += m_languages.sizes.sizeOfEntry(walk.folder(), walk.name());
+        }
         if (stopped())
             break;
     }
@@ -124,8 +127,8 @@ LanguagesController::Folders LanguagesController::languagesForApplicationAtPath(
 
 void LanguagesController::analyzeApplication(const std::string& path) {
     setCurrentItem(path);
-    const auto& folders = m_applications[path] = languagesForApplicationAtPath(path);
-    if (folders.empty())
+    const auto& localizations = m_applications[path] = languagesForApplicationAtPath(path);
+    if (localizations.empty())
         return;
     const auto ignored = m_languages.ignoreList.ignoreListForController(kModuleKey);
     const auto identifier = ignored.empty() ? std::nullopt : m_languages.applications.bundleIDForAppWithPath(path);
@@ -133,18 +136,18 @@ void LanguagesController::analyzeApplication(const std::string& path) {
     const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, !isIgnored);
     application->setStoreState(true);
     application->setNeedExpand(true);
-    for (const auto& [code, places] : folders) {
+    for (const auto& [code, localization] : localizations) {
         auto name = displayNameOfLanguage(code);
         if (!name) {
             services().log.log(formatText("Failed to get localized language name for %@", {escapedForLog(code)}));
             name = code;
         }
         auto language =
-            Node::nodeWithName(*name, Icon::Language, static_cast<std::uint32_t>(places.size()),
-                               m_languages.sizes.sizeOfAllFilesAtPathes(places), code, application->ifEnabled());
+            Node::nodeWithName(*name, Icon::Language, static_cast<std::uint32_t>(localization.folders.size()),
+                               localization.size, code, application->ifEnabled());
         language->setShouldWait(false);
         application->addChild(std::move(language));
-        for (std::size_t i = 0; i < places.size(); ++i)
+        for (std::size_t i = 0; i < localization.folders.size(); ++i)
             incFoundObjectsCount();
     }
     addChildNode(application);
@@ -186,14 +189,16 @@ bool LanguagesController::cleanThisNode(Node& node) {
 
 bool LanguagesController::removeLanguage(const std::string& code, const std::string& application) {
     const auto record = m_applications.find(application);
-    const auto folders = record == m_applications.end() ? Folders::iterator() : record->second.find(code);
-    if (record == m_applications.end() || folders == record->second.end())
+    if (record == m_applications.end())
         return false;
-    for (const auto& folder : folders->second) {
+    const auto localization = record->second.find(code);
+    if (localization == record->second.end())
+        return false;
+    for (const auto& folder : localization->second.folders) {
         if (!tryToRemoveFileAtPath(folder))
             return false;
     }
-    record->second.erase(folders);
+    record->second.erase(localization);
     return true;
 }
 

@@ -24,8 +24,13 @@ class LanguagesController final : public ADScanControllerView {
         /// Shows where the languages to keep are chosen. Main thread.
         std::function<void()> showLanguagePreferences;
     };
-    /// Folders of one language in one application, by the language's code.
-    using Folders = std::map<std::string, std::vector<std::string>, std::less<>>;
+    /// What one application has of a language.
+    struct Localization {
+        std::vector<std::string> folders;
+        std::uint64_t size = 0; ///< charged bytes
+    };
+    /// By the language's code.
+    using Localizations = std::map<std::string, Localization, std::less<>>;
 
     LanguagesController(const ModuleServices& services, ScanCoordinator& coordinator, const LanguageKeepList& keepList,
                         Person person);
@@ -50,7 +55,7 @@ class LanguagesController final : public ADScanControllerView {
     /// False when the person does not want the scan.
     bool confirmsNativeLanguages();
     [[nodiscard]] bool showLanguageAlert(const std::vector<std::string>& codes);
-    [[nodiscard]] Folders languagesForApplicationAtPath(const std::string& path);
+    [[nodiscard]] Localizations languagesForApplicationAtPath(const std::string& path);
     void analyzeApplication(const std::string& path);
     [[nodiscard]] bool isListed(const std::string& application) const;
     bool removeLanguage(const std::string& code, const std::string& application);
@@ -59,7 +64,7 @@ class LanguagesController final : public ADScanControllerView {
     const LanguageKeepList& m_keepList;
     const Person m_person;
     /// What the last scan or drop found, by application. Written by the scan's thread; a removal waits for its end.
-    std::map<std::string, Folders, std::less<>> m_applications;
+    std::map<std::string, Localizations, std::less<>> m_applications;
 };
 
 } // namespace sweeply
