@@ -10,6 +10,7 @@
 #include "modules/eraser/EraserController.h"
 #include "modules/languages/LanguagesController.h"
 #include "modules/logs/LogsController.h"
+#include "modules/uninstaller/ApplicationUninstaller.h"
 #include "platform/Alerts.h"
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
@@ -29,6 +30,7 @@ constexpr std::uint8_t kLogsView = 2;
 constexpr std::uint8_t kLanguagesView = 3;
 constexpr std::uint8_t kBinariesView = 4;
 constexpr std::uint8_t kDevJunkView = 5;
+constexpr std::uint8_t kUninstallerView = 7;
 constexpr std::uint8_t kEraserView = 8;
 
 std::unique_ptr<ScanObject> rowFor(std::uint8_t viewCode) {
@@ -51,6 +53,12 @@ Application::Application(Target target, const HostServices& host)
       m_registry(*m_target.files, m_target.folders.expandTilde(kSupportFolder) + "RegisteredApplications.plist"),
       m_applications(*m_target.files, m_target.folders, m_target.version.isOnLeopardOrBetter() ? &m_registry : nullptr,
                      host.log),
+      m_tasks(m_tools, host.log), m_loginItems(*m_target.files, m_target.folders, host.log),
+      m_packages({*m_target.files, m_target.folders, m_target.version, m_tools, m_privileged, host.alerts,
+                  host.mainThread, host.log}),
+      m_resources({*m_target.files, m_target.folders, m_sizes, m_applications, m_loginItems, m_packages, host.log},
+                  m_treeLock),
+      m_processes({*m_target.files, m_tools, m_privileged, host.alerts, host.mainThread, host.log}),
       m_http(host.libexecFolder + "/fetch"),
       m_ignoreList(
           {m_defaults, *m_target.files, m_applications, host.alerts, host.mainThread, host.log, m_http, m_tools,
@@ -94,6 +102,11 @@ void Application::addModules(const HostServices& host) {
                                    UniversalBinariesController::Tools{m_removals, m_privileged, m_tools, host.alerts},
                                    m_target.processorFamily, m_target.version));
     m_scanController.addModule(rowFor(kDevJunkView), std::make_unique<DevTrashController>(services, m_scanController));
+    m_scanController.addModule(rowFor(kUninstallerView),
+                               std::make_unique<ApplicationUninstaller>(
+                                   services, m_scanController,
+                                   ApplicationUninstaller::Parts{m_resources, m_processes, m_loginItems, m_packages,
+                                                                 m_tasks, host.alerts, m_target.version}));
     m_scanController.addModule(
         rowFor(kEraserView), std::make_unique<EraserController>(services, m_scanController,
                                                                 [this] { return m_scanController.useSecureErase(); }));

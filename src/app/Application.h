@@ -1,9 +1,14 @@
 #pragma once
 
 #include "app/Target.h"
+#include "appcore/ADTaskRunner.h"
+#include "appcore/LoginItems.h"
 #include "appcore/PrivilegedExecution.h"
 #include "appcore/RemovalPrimitives.h"
+#include "appcore/ResourceFinder.h"
 #include "appcore/SWApplicationCore.h"
+#include "appcore/processes/ProcessControl.h"
+#include "appcore/receipts/PackageManager.h"
 #include "appcore/sizes/DiskSizes.h"
 #include "engine/AuthorisationSession.h"
 #include "engine/RunReports.h"
@@ -64,6 +69,7 @@ class Application final {
     [[nodiscard]] ScanController& scanController() { return m_scanController; }
     [[nodiscard]] const SWApplicationCore& applications() const { return m_applications; }
     [[nodiscard]] IgnoreListController& ignoreList() { return m_ignoreList; }
+    [[nodiscard]] PackageManager& packages() { return m_packages; }
     [[nodiscard]] LanguageKeepList& languageKeepList() { return m_languageKeepList; }
     [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
     [[nodiscard]] NotificationCenter& notifications() { return m_notifications; }
@@ -93,6 +99,11 @@ class Application final {
     Workspace m_workspace;
     RegisteredApplicationsFile m_registry;
     SWApplicationCore m_applications;
+    ADTaskRunner m_tasks;
+    LoginItems m_loginItems;
+    PackageManager m_packages;
+    ResourceFinder m_resources;
+    ProcessControl m_processes;
     HttpClient m_http;
     IgnoreListController m_ignoreList;
     LanguageKeepList m_languageKeepList;

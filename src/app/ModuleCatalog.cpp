@@ -32,6 +32,8 @@ constexpr std::array kRows{
               4, kBinaries},
     ModuleRow{"dev-junk", translatable("Development Junk"),
               translatable("Files for developers in applications, and clutter in folders you name"), 5, kDevJunk},
+    ModuleRow{"uninstaller", translatable("Application Uninstaller"),
+              translatable("Applications with everything that belongs to them"), 7, {}},
     ModuleRow{"eraser", translatable("Quick Eraser"), translatable("Files and folders you name"), 8, {}},
 };
 

@@ -33,6 +33,8 @@ Commands:
   scan MODULE PATH...  the same for applications and folders
   clean [MODULE...]    scan, show, ask, remove
   erase PATH...        show, ask, remove; overwrite first with --secure
+  uninstall PATH...    remove applications and packages with everything that belongs to them
+  receipts             list what installer packages left behind
   apps                 list the applications
   modules              list the modules and which are switched on
   ignore               list, add or remove the items that are never checked
@@ -168,6 +170,15 @@ void describeCommands(CLI::App& app, CommandLine& line) {
                     "may keep the old contents elsewhere");
     erase->add_flag("--dry-run", line.isDryRun, "Show what would be removed, and remove nothing");
     erase->add_flag("--yes", line.saysYes, "Remove without asking");
+
+    auto* uninstall =
+        add(Command::Uninstall, "uninstall", "Remove applications and packages with everything that belongs to them");
+    addJson(uninstall);
+    uninstall->add_option("PATH", line.operands, "Applications, packages, or folders of them")->required();
+    uninstall->add_flag("--dry-run", line.isDryRun, "Show what would be removed, and remove nothing");
+    uninstall->add_flag("--yes", line.saysYes, "Remove without asking; other questions get their safe answers");
+
+    addJson(add(Command::Receipts, "receipts", "List the receipts of installer packages"));
 
     addJson(add(Command::Apps, "apps", "List the applications"));
 

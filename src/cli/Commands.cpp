@@ -26,6 +26,10 @@ ExitCode runOnTarget(const CommandLine& line) {
         return runClean(**session);
     case Command::Erase:
         return runErase(**session);
+    case Command::Uninstall:
+        return runUninstall(**session);
+    case Command::Receipts:
+        return runReceipts(**session);
     case Command::Apps:
         return runApps(**session);
     case Command::Modules:

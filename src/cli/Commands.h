@@ -12,6 +12,8 @@ class Session;
 ExitCode runScan(Session& session);
 ExitCode runClean(Session& session);
 ExitCode runErase(Session& session);
+ExitCode runUninstall(Session& session);
+ExitCode runReceipts(Session& session);
 ExitCode runApps(Session& session);
 ExitCode runModules(Session& session);
 ExitCode runIgnore(Session& session);

@@ -97,7 +97,7 @@ ExitCode finishClean(Session& session) {
 }
 
 /// Shows what was found, asks unless that is answered already, removes, and says how it went.
-ExitCode removeAfterQuestion(Session& session) {
+ExitCode removeAfterQuestion(Session& session, void (Session::*remove)()) {
     const CommandLine& line = session.commandLine();
     auto& controller = session.application().scanController();
     if (!line.wantsJson)
@@ -110,7 +110,7 @@ ExitCode removeAfterQuestion(Session& session) {
             printJson(cleanJson(session, interrupt::wasRequested()));
         return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Incomplete;
     }
-    session.removeChecked();
+    (session.*remove)();
     return finishClean(session);
 }
 
@@ -121,20 +121,39 @@ bool canAskOrNeedNot(const Session& session) {
     return false;
 }
 
-/// Has the eraser take the named items. False when one of them is not there.
-bool dropOnEraser(Session& session, const std::vector<std::string>& paths) {
+ADScanController* moduleNamed(Session& session, std::string_view name) {
+    const auto row = std::ranges::find(moduleCatalog(), name, &ModuleRow::name);
+    return session.application().scanController().moduleForViewCode(row->viewCode);
+}
+
+/// Has a module take the named items, shows what it makes of them, and removes that unless it is only to be shown.
+ExitCode removeNamedItems(Session& session, ADScanController& module, void (Session::*remove)()) {
+    const CommandLine& line = session.commandLine();
     auto& application = session.application();
-    bool isComplete = true;
-    for (const auto& path : paths) {
-        const auto attributes = application.target().files->attributesOfItemAtPath(path, Links::DontFollow);
-        if (attributes)
-            continue;
-        complain(attributes.error().message());
-        isComplete = false;
+    const auto paths = targetPaths(application.target(), line.operands);
+    if (!paths) {
+        complain(paths.error().message());
+        return ExitCode::Usage;
     }
-    const auto row = std::ranges::find(moduleCatalog(), std::string_view("eraser"), &ModuleRow::name);
-    session.analyze({application.scanController().moduleForViewCode(row->viewCode)}, paths);
-    return isComplete;
+    bool isComplete = true;
+    for (const auto& path : *paths) {
+        const auto attributes = application.target().files->attributesOfItemAtPath(path, Links::DontFollow);
+        if (!attributes) {
+            complain(attributes.error().message());
+            isComplete = false;
+        }
+    }
+    selectModules(application.scanController(), {});
+    session.analyze({&module}, *paths);
+    if (line.isDryRun) {
+        if (line.wantsJson)
+            printJson(scanJson(application));
+        else
+            printResults(application, session.terminal(), std::cout);
+        return isComplete ? ExitCode::Done : ExitCode::Incomplete;
+    }
+    const auto outcome = removeAfterQuestion(session, remove);
+    return outcome == ExitCode::Done && !isComplete ? ExitCode::Incomplete : outcome;
 }
 
 } // namespace
@@ -152,36 +171,27 @@ ExitCode runScan(Session& session) {
 ExitCode runClean(Session& session) {
     if (!canAskOrNeedNot(session) || !find(session))
         return ExitCode::Usage;
-    return removeAfterQuestion(session);
+    return removeAfterQuestion(session, &Session::removeChecked);
 }
 
 ExitCode runErase(Session& session) {
     const CommandLine& line = session.commandLine();
-    auto& controller = session.application().scanController();
     if (!line.isDryRun && !canAskOrNeedNot(session))
         return ExitCode::Usage;
-    const auto paths = targetPaths(session.application().target(), line.operands);
-    if (!paths) {
-        complain(paths.error().message());
-        return ExitCode::Usage;
-    }
-    selectModules(controller, {});
+    auto& controller = session.application().scanController();
     controller.setUseSecureErase(line.isSecure || controller.useSecureErase());
-    const bool isComplete = dropOnEraser(session, *paths);
-    if (line.isDryRun) {
-        if (line.wantsJson)
-            printJson(scanJson(session.application()));
-        else
-            printResults(session.application(), session.terminal(), std::cout);
-        return isComplete ? ExitCode::Done : ExitCode::Incomplete;
-    }
     if (controller.useSecureErase() && !line.wantsJson)
         std::cerr << localizedString(
                          "Files are overwritten where they lie. Disks with flash memory, snapshots and file "
                          "systems that copy on writing may keep the old contents elsewhere.")
                   << "\n";
-    const auto outcome = removeAfterQuestion(session);
-    return outcome == ExitCode::Done && !isComplete ? ExitCode::Incomplete : outcome;
+    return removeNamedItems(session, *moduleNamed(session, "eraser"), &Session::removeChecked);
+}
+
+ExitCode runUninstall(Session& session) {
+    if (!session.commandLine().isDryRun && !canAskOrNeedNot(session))
+        return ExitCode::Usage;
+    return removeNamedItems(session, *moduleNamed(session, "uninstaller"), &Session::uninstallChecked);
 }
 
 } // namespace sweeply

@@ -72,6 +72,17 @@ void Session::removeChecked() {
     waitFor([&] { return controller.isRemoving(); }, [&] { controller.stopRemoval(); }, "Removing");
 }
 
+void Session::uninstallChecked() {
+    auto& controller = m_application.scanController();
+    const auto& rows = controller.rows();
+    const auto row = std::ranges::find_if(rows, [](const auto& candidate) {
+        return candidate->correspondingScanController()->workMode() == WorkMode::Uninstaller;
+    });
+    controller.setSelectedRow(static_cast<std::size_t>(row - rows.begin()));
+    controller.uninstall();
+    waitFor([&] { return controller.isRemoving(); }, [&] { controller.stopRemoval(); }, "Removing");
+}
+
 std::optional<UpdateReport> Session::updateSharedList() {
     std::optional<UpdateReport> outcome;
     m_application.ignoreList().updateButtonClick([&outcome](const UpdateReport& report) { outcome = report; });

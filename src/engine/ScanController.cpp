@@ -285,6 +285,25 @@ void ScanController::startRemoveProcess() {
     m_removeThread = std::jthread([this] { startGlobalRemoveThread(); });
 }
 
+void ScanController::uninstallWith(ADScanController& module) {
+    if (m_removing || ifScanRunning())
+        return;
+    if (m_removeThread.joinable())
+        m_removeThread.join();
+    joinScanThreads();
+    m_helpers.statistics.startRun();
+    m_helpers.authorisation.startRun();
+    prepareInterfaceForRemoval();
+    m_removeThread = std::jthread([this, &module] {
+        try {
+            module.startClean();
+        } catch (const std::exception& exception) {
+            m_services.log.log(formatText("[Global Clean] Exception occured: %@", {exception.what()}));
+        }
+        m_services.mainThread.runAndWait([this] { finishUninstallation(); });
+    });
+}
+
 void ScanController::prepareInterfaceForRemoval() {
     m_stopped = false;
     m_stopping = false;

@@ -74,8 +74,6 @@ class ScanController final : public ScanCoordinator {
     void changeSecureEraseValue() { m_useSecureErase = !m_useSecureErase; }
     void setUseSecureErase(bool use) { m_useSecureErase = use; }
     void authentificate();
-    /// Quit when the run under way ends.
-    void setTerminating(bool terminating) { m_terminating = terminating; }
     /// The row whose module uninstall() asks.
     void setSelectedRow(std::size_t row) { m_selectedRow = row; }
     /// Takes the stored switches over into the list.
@@ -112,6 +110,8 @@ class ScanController final : public ScanCoordinator {
     void prepareInterfaceForScan() override;
     void finishScan() override;
     void refreshInterface() override;
+    void uninstallWith(ADScanController& module) override;
+    void setTerminating(bool terminating) override { m_terminating = terminating; }
     bool authorisationDemanded() override;
     bool tryToRemoveFileAtPath(const std::string& path) override;
     bool tryToSecurelyRemoveFileAtPath(const std::string& path) override;

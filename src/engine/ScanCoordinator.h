@@ -5,6 +5,7 @@
 
 namespace sweeply {
 
+class ADScanController;
 class IgnoreList;
 
 /// What modules ask of the one coordinator. Main thread, except where a line says otherwise.
@@ -23,6 +24,10 @@ class ScanCoordinator {
     virtual void prepareInterfaceForScan() = 0;
     virtual void finishScan() = 0;
     virtual void refreshInterface() = 0;
+    /// Has the module remove what is checked in it, as a run of its own.
+    virtual void uninstallWith(ADScanController& module) = 0;
+    /// Quit when the run under way ends.
+    virtual void setTerminating(bool terminating) = 0;
 
     /// Any thread; asks the person at most once a run.
     virtual bool authorisationDemanded() = 0;

@@ -20,6 +20,9 @@ enum class Icon : std::uint8_t {
     Trashes,
     OtherJunk,
     WindowsJunk,
+    Preferences,
+    StartupItem,
+    Package,
 };
 
 } // namespace sweeply

@@ -1,4 +1,4 @@
-#include "Copy.h"
+#include "tools/ditto/Copy.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -2,9 +2,9 @@
 //
 // Copies one file with its mode, owner, times and extended attributes; of an executable for several processors only the
 // slices that are named. What it cannot do completely it does not do: there is a whole copy then, or none.
-#include "Copy.h"
 #include "formats/MachOReader.h"
 #include "platform/UniqueFd.h"
+#include "tools/ditto/Copy.h"
 
 #include <algorithm>
 #include <cerrno>

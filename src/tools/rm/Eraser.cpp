@@ -1,4 +1,4 @@
-#include "Eraser.h"
+#include "tools/rm/Eraser.h"
 
 #include <algorithm>
 #include <cerrno>

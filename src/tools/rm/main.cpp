@@ -2,10 +2,10 @@
 //
 // Removes files, with -r folders and all below them, with -P after overwriting every file three times where it lies. No
 // link is followed and nothing mounted is entered.
-#include "Eraser.h"
 #include "platform/TargetPath.h"
 #include "platform/TreeRemover.h"
 #include "platform/UniqueFd.h"
+#include "tools/rm/Eraser.h"
 
 #include <cerrno>
 #include <cstdio>
