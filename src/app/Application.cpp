@@ -106,7 +106,7 @@ void Application::addModules(const HostServices& host) {
                                std::make_unique<ApplicationUninstaller>(
                                    services, m_scanController,
                                    ApplicationUninstaller::Parts{m_resources, m_processes, m_loginItems, m_packages,
-                                                                 m_tasks, host.alerts, m_target.version}));
+                                                                 m_tasks, m_removals, host.alerts, m_target.version}));
     m_scanController.addModule(
         rowFor(kEraserView), std::make_unique<EraserController>(services, m_scanController,
                                                                 [this] { return m_scanController.useSecureErase(); }));

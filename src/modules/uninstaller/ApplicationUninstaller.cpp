@@ -3,6 +3,7 @@
 #include "appcore/ADTaskRunner.h"
 #include "appcore/FolderConstants.h"
 #include "appcore/LoginItems.h"
+#include "appcore/RemovalPrimitives.h"
 #include "appcore/SWApplicationCore.h"
 #include "appcore/receipts/PackageManager.h"
 #include "appcore/receipts/ReceiptFiles.h"
@@ -17,6 +18,9 @@
 #include "platform/SystemLog.h"
 #include "platform/SystemVersion.h"
 #include "platform/TargetPath.h"
+
+#include <algorithm>
+#include <unistd.h>
 
 namespace sweeply {
 
@@ -182,10 +186,31 @@ bool ApplicationUninstaller::isRootNodeCleanable(Node& node) {
                               "want to remove it anyway?",
                               {name}),
               "Yes"))
-        return false;
-    if (m_uninstaller.applications.bundleIDForAppWithPath(path) == kOwnIdentifier)
-        return confirmsOwnRemoval();
-    return m_parts.processes.tryToStopApplications(applications, *this);
+        return keep(path, "stays: it is a system application, and its removal was not confirmed");
+    const bool isConfirmed = m_uninstaller.applications.bundleIDForAppWithPath(path) == kOwnIdentifier
+                                 ? confirmsOwnRemoval()
+                                 : m_parts.processes.tryToStopApplications(applications, *this);
+    if (!isConfirmed)
+        return keep(path, "stays: it was not confirmed, or is still running");
+    if (needsRights(node))
+        globalScanController().authorisationDemanded(); // who says no keeps what needs them
+    return !stopped();
+}
+
+bool ApplicationUninstaller::needsRights(const Node& application) const {
+    const std::lock_guard lock(services().treeLock);
+    return std::ranges::any_of(application.children(), [this](const Node::Pointer& item) {
+        if (!item->ifEnabled())
+            return false;
+        if (item->name().find(kReceiptEntry) != std::string_view::npos)
+            return m_parts.version.isSnowLeopardOrBetter();
+        const auto attributes = m_uninstaller.files.attributesOfItemAtPath(item->path(), Links::DontFollow);
+        return attributes && ::geteuid() != 0 && attributes->owner != ::geteuid();
+    });
+}
+
+bool ApplicationUninstaller::keep(const std::string& path, const std::string& reason) {
+    return m_parts.removals.failed(path, {ErrorKind::Other, path, reason});
 }
 
 bool ApplicationUninstaller::confirmsOwnRemoval() {
@@ -209,7 +234,7 @@ bool ApplicationUninstaller::cleanThisNode(Node& node) {
     }
     const std::string path = node.path();
     if (type == nodetype::kLoginItem)
-        return m_parts.loginItems.removeLoginItemAtPath(path);
+        return m_parts.loginItems.removeLoginItemAtPath(path) || keep(path, "the login item could not be removed");
     if (type == nodetype::kLaunchItem)
         removeLaunchDaemon(path);
     if (type == nodetype::kSharedPackage &&
@@ -219,10 +244,10 @@ bool ApplicationUninstaller::cleanThisNode(Node& node) {
                               "want to remove it anyway?",
                               {name}),
               "Yes"))
-        return false;
+        return keep(path, "stays: it serves several applications, and its removal was not confirmed");
     const bool isReceipt = name.find(kReceiptEntry) != std::string::npos;
     if (isReceipt && m_parts.version.isSnowLeopardOrBetter())
-        return m_parts.packages.removePkg(path);
+        return m_parts.packages.removePkg(path) || keep(path, "the receipt could not be forgotten");
     return tryToRemoveFileAtPath(path);
 }
 

@@ -14,6 +14,7 @@ class ADTaskRunner;
 class Alerts;
 class LoginItems;
 class PackageManager;
+class RemovalPrimitives;
 class SystemVersion;
 
 /// Removes applications and installer packages that are handed to it, each with everything that belongs to it.
@@ -25,6 +26,7 @@ class ApplicationUninstaller final : public ADScanControllerView {
         LoginItems& loginItems;
         PackageManager& packages;
         const ADTaskRunner& tasks;
+        RemovalPrimitives& removals;
         Alerts& alerts;
         const SystemVersion& version;
     };
@@ -57,6 +59,9 @@ class ApplicationUninstaller final : public ADScanControllerView {
     [[nodiscard]] bool isListed(const std::string& path) const;
     bool asks(const std::string& title, const std::string& text, const char* yes);
     bool confirmsOwnRemoval();
+    /// Is there anything in it that the user himself may not remove?
+    [[nodiscard]] bool needsRights(const Node& application) const;
+    bool keep(const std::string& path, const std::string& reason);
     /// Unloads a launch item before its file goes.
     void removeLaunchDaemon(const std::string& path);
 
