@@ -59,7 +59,8 @@ class CliTest : public VolumeTest {
         std::map<std::string, std::string> all;
         for (const auto& entry : std::filesystem::recursive_directory_iterator(m_folder)) {
             const std::string path = entry.path().string().substr(m_folder.size());
-            if (path.find("com.brindle.Sweeply") != std::string::npos)
+            if (path.find("com.brindle.Sweeply") != std::string::npos ||
+                path.find("/Application Support/Sweeply") != std::string::npos)
                 continue;
             if (entry.is_symlink())
                 all[path] = "-> " + std::filesystem::read_symlink(entry).string();
