@@ -156,6 +156,18 @@ bool SessionBus::own(BusRequests requests) {
     return isOwner;
 }
 
+bool SessionBus::isOwned() {
+    constexpr const char* kBus = "org.freedesktop.DBus";
+    try {
+        bool isOwned = false;
+        const auto bus = sdbus::createProxy(*m_connection->bus, kBus, "/org/freedesktop/DBus");
+        bus->callMethod("NameHasOwner").onInterface(kBus).withArguments(std::string(kName)).storeResultsTo(isOwned);
+        return isOwned;
+    } catch (const sdbus::Error&) {
+        return false;
+    }
+}
+
 Result<void> SessionBus::openInRunning(const std::vector<std::string>& files) {
     try {
         const auto running = sdbus::createProxy(*m_connection->bus, kName, kPath);

@@ -44,7 +44,9 @@ class SessionBus final {
     /// Becomes the one running Sweeply and takes requests from then on. False when another one is it already; only
     /// notifications are heard then. Once.
     bool own(BusRequests requests);
-    /// Hands files to the Sweeply that runs; without any it comes to the front.
+    /// Does a Sweeply run?
+    [[nodiscard]] bool isOwned();
+    /// Hands files to the Sweeply that runs, or to the one that the desktop starts for them; without any it comes to the front.
     Result<void> openInRunning(const std::vector<std::string>& files);
     /// Tells whichever Sweeply runs.
     Result<void> post(const UninstallNotification& notification);

@@ -1,6 +1,7 @@
 #include "modules/devjunk/DevTrashController.h"
 
 #include "appcore/FolderConstants.h"
+#include "appcore/JunkNames.h"
 #include "appcore/SWApplicationCore.h"
 #include "appcore/sizes/DiskSizes.h"
 #include "engine/IgnoreList.h"
@@ -12,29 +13,21 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
 #include <unordered_set>
 
 namespace sweeply {
 
 namespace {
 
-using Names = std::span<const std::string_view>;
 constexpr std::array<std::string_view, 4> devTrashFiles{"classes.nib", "info.nib", "data.dependency", "designable.nib"};
-constexpr std::array<std::string_view, 2> macOsJunkFiles{".DS_Store", ".Spotlight-V100"};
-constexpr std::array<std::string_view, 1> trashFiles{".Trash"};
-constexpr std::array<std::string_view, 1> windowsFiles{"Thumbs.db"};
-constexpr std::array<std::string_view, 1> trashesFiles{".Trashes"};
 constexpr std::array<std::string_view, 0> otherFiles{};
 
 /// What a bar shows before the number of applications is known.
 constexpr std::uint32_t kWaitingForApplications = 200;
 
-bool isIn(Names names, std::string_view name) { return std::ranges::find(names, name) != names.end(); }
-
 bool isDeveloperJunk(std::string_view path) {
     const auto extension = pathExtension(path);
-    return extension == "h" || extension == "hpp" || isIn(devTrashFiles, lastPathComponent(path));
+    return extension == "h" || extension == "hpp" || junk::isOneOf(devTrashFiles, lastPathComponent(path));
 }
 
 Node::Pointer categoryNode(const char* title, Icon icon) {
@@ -163,18 +156,18 @@ void DevTrashController::analyzeFolder(const std::string& path) {
         const std::string item = joinedPath(path, entry->path);
         if (trashed.contains(item)) {
             walk.skipDescendants(); // what is in there goes with it, and must not count twice
-        } else if (isIn(trashFiles, name) || isIn(trashesFiles, name)) {
+        } else if (junk::isOneOf(junk::kTrash, name) || junk::isOneOf(junk::kTrashes, name)) {
             // What counts lies one level down, in the folders of users or volumes.
             const auto found = enumerateAllTrashesAtPath(m_junk.files, item);
             addObjectFromArray(found, m_trashNode);
             trashed.insert(found.begin(), found.end());
-        } else if (isIn(macOsJunkFiles, name)) {
+        } else if (junk::isOneOf(junk::kFinder, name)) {
             addObject({item, sizeOfThis()}, m_dsStoreNode, path);
             walk.skipDescendants();
-        } else if (isIn(windowsFiles, name)) {
+        } else if (junk::isOneOf(junk::kWindows, name)) {
             addObject({item, sizeOfThis()}, m_windowsNode, path);
             walk.skipDescendants();
-        } else if (isIn(otherFiles, name)) {
+        } else if (junk::isOneOf(otherFiles, name)) {
             addObject({item, sizeOfThis()}, m_othersNode, path);
             walk.skipDescendants();
         }
