@@ -2,6 +2,7 @@
 
 #include "appcore/ADTaskRunner.h"
 #include "appcore/LoginItems.h"
+#include "appcore/processes/LaunchDatabase.h"
 #include "appcore/receipts/PackageManager.h"
 #include "appcore/receipts/ReceiptFiles.h"
 #include "formats/BillOfMaterials.h"
@@ -289,6 +290,22 @@ TEST_F(UninstallerTest, IndexIsKeptBetweenRunsAndADamagedOneIsBuiltAnew) {
     m_world.privileged.deauthorize();
     EXPECT_FALSE(without.removePkg("com.example.foo.pkg"));
     EXPECT_EQ(m_world.alerts.shown.back().title, "Sweeply could not remove some files");
+}
+
+TEST_F(UninstallerTest, LaunchDatabaseIsBuiltAnew) {
+    write("/Applications/Utilities/Tool.app/x");
+    write("/Applications/Foo.app/Contents/Inner.app/x");
+    write("/Users/sam/Applications/Own.app/x");
+    write("/System/Library/CoreServices/Finder.app/x");
+    LaunchDatabase database({m_world.files(), m_world.folders, m_version, m_tasks, m_world.loop, m_world.log});
+    bool isDone = false;
+    database.rebuildLaunchDB([&] { isDone = true; });
+    m_world.waitUntil([&] { return isDone; });
+    const auto list = plist::parse(read("/Users/sam/Library/Application Support/Sweeply/RegisteredApplications.plist"));
+    ASSERT_TRUE(list);
+    EXPECT_THAT(plist::textsOf(*list),
+                UnorderedElementsAre("/Applications/Foo.app", "/Applications/Utilities/Tool.app",
+                                     "/System/Library/CoreServices/Finder.app", "/Users/sam/Applications/Own.app"));
 }
 
 class OldUninstallerTest : public UninstallerTest {
