@@ -325,20 +325,21 @@ PackageManager::Paths PackageManager::parseBOM(const std::string& hostPath) cons
     return linesOf(runner.getOutput("/usr/bin/lsbom", {"-f", "-s", hostPath}).value_or(std::string()));
 }
 
-PackageManager::Paths PackageManager::pkgutil(std::vector<std::string> arguments) const {
+PackageManager::Paths PackageManager::pkgutil(std::vector<std::string> arguments, bool isQuiet) const {
     if (!m_services.files.isHostRoot())
         arguments.insert(arguments.begin(), {"--volume", m_services.files.rootPath()});
     const ADTaskRunner runner(m_services.tools, m_services.log);
-    return linesOf(runner.getOutput(kPkgutil, arguments).value_or(std::string()));
+    return linesOf(runner.getOutput(kPkgutil, arguments, isQuiet).value_or(std::string()));
 }
 
 std::optional<Package> PackageManager::checkPackageInDB(const std::string& identifier) const {
-    std::vector<std::string> arguments{"--pkg-info", identifier};
-    for (const auto& line : pkgutil(arguments)) {
-        if (line.find("No receipt for") != std::string::npos)
-            return Package{identifier, {}, Package::Type::Database, {}, {}};
-    }
-    return std::nullopt;
+    // Tools of some systems say that to standard error, where a receipt is never described.
+    const auto lines = pkgutil({"--pkg-info", identifier}, true);
+    const bool saysNone = std::ranges::any_of(
+        lines, [](const std::string& line) { return line.find("No receipt for") != std::string::npos; });
+    if (!lines.empty() && !saysNone)
+        return std::nullopt;
+    return Package{identifier, {}, Package::Type::Database, {}, {}};
 }
 
 bool PackageManager::removePkg(const std::string& identifier) {
@@ -346,6 +347,8 @@ bool PackageManager::removePkg(const std::string& identifier) {
         m_services.log.log("removePkg should be called only on SnowLeopard");
         return false;
     }
+    if (checkPackageInDB(identifier))
+        return true; // what is not there is as good as removed
     if (!m_services.privileged.isAuthorised()) {
         Alert alert;
         alert.style = Alert::Style::Informational;
