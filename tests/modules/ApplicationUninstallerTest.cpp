@@ -288,6 +288,8 @@ TEST_F(UninstallerTest, IndexIsKeptBetweenRunsAndADamagedOneIsBuiltAnew) {
     PackageManager without({m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_world.privileged,
                             m_world.alerts, m_world.loop, m_world.log});
     m_world.privileged.deauthorize();
+    EXPECT_TRUE(without.removePkg("com.example.never"));
+    EXPECT_TRUE(without.checkPackageInDB("com.example.never"));
     EXPECT_FALSE(without.removePkg("com.example.foo.pkg"));
     EXPECT_EQ(m_world.alerts.shown.back().title, "Sweeply could not remove some files");
 }

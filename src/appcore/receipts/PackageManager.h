@@ -55,8 +55,8 @@ class PackageManager final {
     [[nodiscard]] Package packageAt(std::string name, std::string path, Package::Type type) const;
     /// A record exactly when the database has no such receipt.
     [[nodiscard]] std::optional<Package> checkPackageInDB(const std::string& identifier) const;
-    /// Has the database forget a receipt; needs administrator rights, and says so where there are none. Only for
-    /// systems with a database.
+    /// Has the database forget a receipt; needs administrator rights, and says so where there are none. True when there
+    /// is none any more. Only for systems with a database.
     bool removePkg(const std::string& identifier);
 
     /// Does this system keep its receipts in a database?
@@ -66,7 +66,7 @@ class PackageManager final {
     [[nodiscard]] Paths rawLines(const Package& package) const;
     [[nodiscard]] Paths linesOfFlatPackage(const Package& package) const;
     [[nodiscard]] Paths parseBOM(const std::string& hostPath) const;
-    [[nodiscard]] Paths pkgutil(std::vector<std::string> arguments) const;
+    [[nodiscard]] Paths pkgutil(std::vector<std::string> arguments, bool isQuiet = false) const;
     /// Those of the system, by name.
     [[nodiscard]] std::vector<Package> receipts() const;
     void updatePackagesDB();
