@@ -128,11 +128,11 @@ void ProcessControl::killApplicationAuthByPid(const std::string& pid, int signal
 }
 
 bool ProcessControl::confirms(const char* title, const char* text, const std::vector<Application>& running,
-                              const char* button) const {
+                              const std::string& button) const {
     Alert alert;
     alert.title = localizedString(title);
     alert.text = localizedFormat(text, {namesOf(running)});
-    alert.buttons = {localizedButton("Cancel"), localizedButton(button)};
+    alert.buttons = {localizedButton("Cancel"), button};
     std::size_t answer = 0;
     m_services.mainThread.runAndWait([&] { answer = m_services.alerts.runAlert(alert).button; });
     return answer == 1;
@@ -157,7 +157,7 @@ bool ProcessControl::tryToStopApplications(const std::vector<Application>& appli
     if (control.stopped() ||
         !confirms(translatable("Some applications are running"),
                   translatable("The following applications are running:\n\n%@\nDo you want to quit them?"), running,
-                  "Quit"))
+                  localizedButton("Quit")))
         return false;
     std::string last;
     for (const auto& application : running) {
@@ -170,7 +170,7 @@ bool ProcessControl::tryToStopApplications(const std::vector<Application>& appli
         return true;
     if (!confirms(translatable("Couldn't quit some applications"),
                   translatable("The following applications failed to quit: \n\n%@\nDo you want to force quit?"),
-                  running, "Force quit"))
+                  running, localizedButton("Force quit")))
         return false;
     bool wasRefused = false;
     for (const auto& application : running) {

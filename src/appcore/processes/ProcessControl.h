@@ -61,7 +61,7 @@ class ProcessControl final {
 
   private:
     [[nodiscard]] bool confirms(const char* title, const char* text, const std::vector<Application>& running,
-                                const char* button) const;
+                                const std::string& button) const;
     /// What still runs once some time has passed or nothing does.
     [[nodiscard]] std::vector<Application> stillRunning(const std::vector<Application>& applications,
                                                         WorkControl& control) const;

@@ -156,12 +156,12 @@ void ApplicationUninstaller::showDropImageView() {
 
 void ApplicationUninstaller::startUninstallation() { globalScanController().uninstallWith(*this); }
 
-bool ApplicationUninstaller::asks(const std::string& title, const std::string& text, const char* yes) {
+bool ApplicationUninstaller::asks(const std::string& title, const std::string& text, const std::string& yes) {
     Alert alert;
     alert.style = Alert::Style::Informational;
     alert.title = title;
     alert.text = text;
-    alert.buttons = {localizedButton("No"), localizedButton(yes)};
+    alert.buttons = {localizedButton("No"), yes};
     std::size_t answer = 0;
     services().mainThread.runAndWait([&] { answer = m_parts.alerts.runAlert(alert).button; });
     return answer == 1;
@@ -185,7 +185,7 @@ bool ApplicationUninstaller::isRootNodeCleanable(Node& node) {
               localizedFormat("\"%@\" seems to be a system application. Removing it can corrupt your system. \nDo you "
                               "want to remove it anyway?",
                               {name}),
-              "Yes"))
+              localizedButton("Yes")))
         return keep(path, "stays: it is a system application, and its removal was not confirmed");
     const bool isConfirmed = m_uninstaller.applications.bundleIDForAppWithPath(path) == kOwnIdentifier
                                  ? confirmsOwnRemoval()
@@ -218,7 +218,7 @@ bool ApplicationUninstaller::confirmsOwnRemoval() {
               localizedString("Sweeply is the application you are working with at this point. It will be closed and "
                               "completely removed if you click the Uninstall button.\nWould you like to uninstall "
                               "Sweeply?"),
-              "Uninstall"))
+              localizedButton("Uninstall")))
         return false;
     services().mainThread.runAndWait([this] { globalScanController().setTerminating(true); });
     return true;
@@ -243,7 +243,7 @@ bool ApplicationUninstaller::cleanThisNode(Node& node) {
                               "uninstall or fix other applications later. It's highly recommended to leave it. Do you "
                               "want to remove it anyway?",
                               {name}),
-              "Yes"))
+              localizedButton("Yes")))
         return keep(path, "stays: it serves several applications, and its removal was not confirmed");
     const bool isReceipt = name.find(kReceiptEntry) != std::string::npos;
     if (isReceipt && m_parts.version.isSnowLeopardOrBetter())

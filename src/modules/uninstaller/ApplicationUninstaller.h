@@ -57,7 +57,7 @@ class ApplicationUninstaller final : public ADScanControllerView {
     /// The application and those nested in its bundle.
     [[nodiscard]] std::vector<std::string> pathesOfApplication(const std::string& path) const;
     [[nodiscard]] bool isListed(const std::string& path) const;
-    bool asks(const std::string& title, const std::string& text, const char* yes);
+    bool asks(const std::string& title, const std::string& text, const std::string& yes);
     bool confirmsOwnRemoval();
     /// Is there anything in it that the user himself may not remove?
     [[nodiscard]] bool needsRights(const Node& application) const;
