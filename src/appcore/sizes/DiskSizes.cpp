@@ -28,8 +28,11 @@ std::uint64_t DiskSizes::sizeOfEntry(int folder, const std::string& name) const 
     struct stat status {};
     if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return 0;
-    if (S_ISREG(status.st_mode))
-        return charged(static_cast<std::uint64_t>(status.st_size));
+    return S_ISREG(status.st_mode) ? charged(static_cast<std::uint64_t>(status.st_size))
+                                   : sizeOfFolderEntry(folder, name);
+}
+
+std::uint64_t DiskSizes::sizeOfFolderEntry(int folder, const std::string& name) const {
     UniqueFd opened(::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     return opened ? sizeOfTree(std::move(opened), allocationBlock(units())) : 0;
 }

@@ -28,6 +28,8 @@ class DiskSizes final {
     [[nodiscard]] std::uint64_t sizeOfFile(std::string_view path) const;
     /// sizeOfFile of the entry `name` of a folder that is open, for those who ask for many of one folder.
     [[nodiscard]] std::uint64_t sizeOfEntry(int folder, const std::string& name) const;
+    /// The same for an entry that is known to be a folder; 0 for anything else.
+    [[nodiscard]] std::uint64_t sizeOfFolderEntry(int folder, const std::string& name) const;
     /// The sum. What is listed twice, or stands in another listed folder, counts twice.
     [[nodiscard]] std::uint64_t sizeOfAllFilesAtPathes(std::span<const std::string> paths) const;
     /// The size by a plain walk that leaves out links which lead to folders or nowhere. To compare with.

@@ -56,6 +56,7 @@ void LanguagesController::scanThread() {
     const auto applications = m_languages.applications.createApplicationsArrayForController(this);
     setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
     m_applications.clear();
+    m_lookup = {}; // the person may have chosen otherwise since
     for (const auto& application : applications) {
         if (stopped())
             return;
@@ -101,6 +102,27 @@ bool LanguagesController::showLanguageAlert(const std::vector<std::string>& code
     return answer == Remove;
 }
 
+const std::string& LanguagesController::unwantedLanguage(std::string_view folderName) {
+    const auto [known, isNew] = m_lookup.codes.try_emplace(std::string(folderName));
+    if (isNew) {
+        auto code = shortLanguageNameFromDirectoryTwoLetters(folderName);
+        if (!isNoLanguage(code) && !m_keepList.shouldILeaveThisLanguage(code))
+            known->second = std::move(code);
+    }
+    return known->second;
+}
+
+const std::string& LanguagesController::displayName(const std::string& code) {
+    const auto [known, isNew] = m_lookup.names.try_emplace(code);
+    if (isNew) {
+        auto name = displayNameOfLanguage(code);
+        if (!name)
+            services().log.log(formatText("Failed to get localized language name for %@", {escapedForLog(code)}));
+        known->second = std::move(name).value_or(code);
+    }
+    return known->second;
+}
+
 LanguagesController::Localizations LanguagesController::languagesForApplicationAtPath(const std::string& path) {
     Localizations found;
     auto walk = m_languages.files.enumeratorAtPath(path);
@@ -109,11 +131,10 @@ LanguagesController::Localizations LanguagesController::languagesForApplicationA
         if (entry->type != FileType::Directory || pathExtension(entry->path) != kExtension.substr(1))
             continue;
         walk.skipDescendants();
-        const auto code = shortLanguageNameFromDirectoryTwoLetters(entry->path);
-        if (!isNoLanguage(code) && !m_keepList.shouldILeaveThisLanguage(code)) {
+        if (const auto& code = unwantedLanguage(lastPathComponent(entry->path)); !code.empty()) {
             auto& localization = found[code];
             localization.folders.push_back(joinedPath(path, entry->path));
-            localization.size += m_languages.sizes.sizeOfEntry(walk.folder(), walk.name());
+            localization.size += m_languages.sizes.sizeOfFolderEntry(walk.folder(), walk.name());
         }
         if (stopped())
             break;
@@ -137,14 +158,9 @@ void LanguagesController::analyzeApplication(const std::string& path) {
     application->setStoreState(true);
     application->setNeedExpand(true);
     for (const auto& [code, localization] : localizations) {
-        auto name = displayNameOfLanguage(code);
-        if (!name) {
-            services().log.log(formatText("Failed to get localized language name for %@", {escapedForLog(code)}));
-            name = code;
-        }
-        auto language =
-            Node::nodeWithName(*name, Icon::Language, static_cast<std::uint32_t>(localization.folders.size()),
-                               localization.size, code, application->ifEnabled());
+        auto language = Node::nodeWithName(displayName(code), Icon::Language,
+                                           static_cast<std::uint32_t>(localization.folders.size()), localization.size,
+                                           code, application->ifEnabled());
         language->setShouldWait(false);
         application->addChild(std::move(language));
         for (std::size_t i = 0; i < localization.folders.size(); ++i)
@@ -162,6 +178,7 @@ bool LanguagesController::isListed(const std::string& application) const {
 void LanguagesController::analyzeFile(const std::string& path) {
     if (const auto known = m_keepList.nativeLanguages(); !known)
         return reportProblem(known.error());
+    m_lookup = {};
     const std::string item = normalisedPath(m_languages.folders.expandTilde(path));
     const auto analyze = [this](const std::string& application) {
         // What is listed already would count twice.

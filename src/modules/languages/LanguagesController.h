@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace sweeply {
@@ -55,6 +56,14 @@ class LanguagesController final : public ADScanControllerView {
     /// False when the person does not want the scan.
     bool confirmsNativeLanguages();
     [[nodiscard]] bool showLanguageAlert(const std::vector<std::string>& codes);
+    /// What one scan or drop found out about folder names and codes: applications have the same ones again and again.
+    struct Lookup {
+        std::unordered_map<std::string, std::string> codes; ///< by folder name; empty for a language that stays
+        std::unordered_map<std::string, std::string> names; ///< by code, for people
+    };
+    /// The code of the language that a folder of this name is for; empty where it stays.
+    [[nodiscard]] const std::string& unwantedLanguage(std::string_view folderName);
+    [[nodiscard]] const std::string& displayName(const std::string& code);
     [[nodiscard]] Localizations languagesForApplicationAtPath(const std::string& path);
     void analyzeApplication(const std::string& path);
     [[nodiscard]] bool isListed(const std::string& application) const;
@@ -65,6 +74,7 @@ class LanguagesController final : public ADScanControllerView {
     const Person m_person;
     /// What the last scan or drop found, by application. Written by the scan's thread; a removal waits for its end.
     std::map<std::string, Localizations, std::less<>> m_applications;
+    Lookup m_lookup; ///< the scan thread's
 };
 
 } // namespace sweeply
