@@ -290,6 +290,8 @@ TEST_F(UninstallerTest, IndexIsKeptBetweenRunsAndADamagedOneIsBuiltAnew) {
     m_world.privileged.deauthorize();
     EXPECT_TRUE(without.removePkg("com.example.never"));
     EXPECT_TRUE(without.checkPackageInDB("com.example.never"));
+    write("/private/var/db/receipts/com.example.damaged.plist", "garbage");
+    EXPECT_FALSE(without.checkPackageInDB("com.example.damaged")) << "it is there, only not readable";
     EXPECT_FALSE(without.removePkg("com.example.foo.pkg"));
     EXPECT_EQ(m_world.alerts.shown.back().title, "Sweeply could not remove some files");
 }

@@ -12,6 +12,7 @@
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
 #include "platform/MainThread.h"
+#include "platform/Process.h"
 #include "platform/StringExtras.h"
 #include "platform/SystemLog.h"
 #include "platform/SystemVersion.h"
@@ -325,19 +326,26 @@ PackageManager::Paths PackageManager::parseBOM(const std::string& hostPath) cons
     return linesOf(runner.getOutput("/usr/bin/lsbom", {"-f", "-s", hostPath}).value_or(std::string()));
 }
 
-PackageManager::Paths PackageManager::pkgutil(std::vector<std::string> arguments, bool isQuiet) const {
+std::vector<std::string> PackageManager::onThisVolume(std::vector<std::string> arguments) const {
     if (!m_services.files.isHostRoot())
         arguments.insert(arguments.begin(), {"--volume", m_services.files.rootPath()});
+    return arguments;
+}
+
+PackageManager::Paths PackageManager::pkgutil(const std::vector<std::string>& arguments) const {
     const ADTaskRunner runner(m_services.tools, m_services.log);
-    return linesOf(runner.getOutput(kPkgutil, arguments, isQuiet).value_or(std::string()));
+    return linesOf(runner.getOutput(kPkgutil, onThisVolume(arguments)).value_or(std::string()));
 }
 
 std::optional<Package> PackageManager::checkPackageInDB(const std::string& identifier) const {
-    // Tools of some systems say that to standard error, where a receipt is never described.
-    const auto lines = pkgutil({"--pkg-info", identifier}, true);
-    const bool saysNone = std::ranges::any_of(
-        lines, [](const std::string& line) { return line.find("No receipt for") != std::string::npos; });
-    if (!lines.empty() && !saysNone)
+    const auto tool = m_services.tools.programFor(kPkgutil);
+    if (!tool)
+        return std::nullopt;
+    // Some systems say it to standard output, others to standard error. Any other failure says nothing of the receipt.
+    ProcessOptions options;
+    options.errors = OutputTo::Capture;
+    const auto said = runProcess(*tool, onThisVolume({"--pkg-info", identifier}), options);
+    if (!said || (said->output + said->errors).find("No receipt for") == std::string::npos)
         return std::nullopt;
     return Package{identifier, {}, Package::Type::Database, {}, {}};
 }
@@ -359,10 +367,8 @@ bool PackageManager::removePkg(const std::string& identifier) {
         m_services.mainThread.runAndWait([&] { m_services.alerts.runAlert(alert); });
         return false;
     }
-    std::vector<std::string> arguments{"--forget", identifier};
-    if (!m_services.files.isHostRoot())
-        arguments.insert(arguments.begin(), {"--volume", m_services.files.rootPath()});
-    const auto status = m_services.privileged.statusOfCommandWithPrivilidges(kPkgutil, arguments, -1);
+    const auto status =
+        m_services.privileged.statusOfCommandWithPrivilidges(kPkgutil, onThisVolume({"--forget", identifier}), -1);
     return status && *status == 0;
 }
 

@@ -66,7 +66,9 @@ class PackageManager final {
     [[nodiscard]] Paths rawLines(const Package& package) const;
     [[nodiscard]] Paths linesOfFlatPackage(const Package& package) const;
     [[nodiscard]] Paths parseBOM(const std::string& hostPath) const;
-    [[nodiscard]] Paths pkgutil(std::vector<std::string> arguments, bool isQuiet = false) const;
+    [[nodiscard]] Paths pkgutil(const std::vector<std::string>& arguments) const;
+    /// The same arguments for the target, wherever it lies.
+    [[nodiscard]] std::vector<std::string> onThisVolume(std::vector<std::string> arguments) const;
     /// Those of the system, by name.
     [[nodiscard]] std::vector<Package> receipts() const;
     void updatePackagesDB();

@@ -47,7 +47,10 @@ bool isIdentifier(const std::string& text) {
     return !text.empty() && text.find('/') == std::string::npos && text != "." && text != "..";
 }
 
-int noReceipt(const Options& options) {
+/// Only what is not there is no receipt: one that cannot be read is another matter.
+int noReceipt(const Options& options, const Error& error) {
+    if (error.kind != ErrorKind::NotFound)
+        return complain("pkgutil: " + error.message());
     return complain("No receipt for '" + options.argument + "' found at '" + options.volume + "'.");
 }
 
@@ -72,7 +75,7 @@ int listPackages(const FileManager& files, const Options& options) {
 int showInfo(const FileManager& files, const Options& options) {
     const auto bytes = files.contentsAtPath(kReceipts + options.argument + ".plist", kLargestReceipt);
     if (!bytes)
-        return noReceipt(options);
+        return noReceipt(options, bytes.error());
     const auto receipt = plist::parse(*bytes);
     if (!receipt)
         return complain("pkgutil: " + options.argument + ".plist: " + receipt.error());
@@ -90,7 +93,7 @@ int showInfo(const FileManager& files, const Options& options) {
 int listFiles(const FileManager& files, const Options& options) {
     const auto bytes = files.contentsAtPath(kReceipts + options.argument + ".bom", kLargestReceipt);
     if (!bytes)
-        return noReceipt(options);
+        return noReceipt(options, bytes.error());
     const bool likeLsbom = options.action == "--lsbom";
     const auto listed = bom::read(*bytes, [&](const bom::Entry& entry) {
         const bool isFolder = entry.type == bom::EntryType::Directory;
@@ -107,9 +110,9 @@ int listFiles(const FileManager& files, const Options& options) {
 
 int forget(FileManager& files, const Options& options) {
     const std::string receipt = kReceipts + options.argument;
-    if (!files.attributesOfItemAtPath(receipt + ".plist", Links::DontFollow) &&
-        !files.attributesOfItemAtPath(receipt + ".bom", Links::DontFollow))
-        return noReceipt(options);
+    const auto list = files.attributesOfItemAtPath(receipt + ".plist", Links::DontFollow);
+    if (!list && !files.attributesOfItemAtPath(receipt + ".bom", Links::DontFollow))
+        return noReceipt(options, list.error());
     files.guard().protect(kReceipts);
     files.refreshGuard();
     // The property list last: while it is there the package is known.
@@ -168,7 +171,7 @@ int main(int argc, char** argv) {
         if (options.action == "--pkgs")
             status = listPackages(**files, options);
         else if (!isIdentifier(options.argument))
-            status = noReceipt(options);
+            status = noReceipt(options, Error{ErrorKind::NotFound, {}, {}});
         else if (options.action == "--pkg-info")
             status = showInfo(**files, options);
         else if (options.action == "--forget")
