@@ -30,6 +30,7 @@ constexpr std::uint8_t kLogsView = 2;
 constexpr std::uint8_t kLanguagesView = 3;
 constexpr std::uint8_t kBinariesView = 4;
 constexpr std::uint8_t kDevJunkView = 5;
+constexpr std::uint8_t kExtensionsView = 6;
 constexpr std::uint8_t kUninstallerView = 7;
 constexpr std::uint8_t kEraserView = 8;
 
@@ -54,11 +55,15 @@ Application::Application(Target target, const HostServices& host)
       m_applications(*m_target.files, m_target.folders, m_target.version.isOnLeopardOrBetter() ? &m_registry : nullptr,
                      host.log),
       m_tasks(m_tools, host.log), m_loginItems(*m_target.files, m_target.folders, host.log),
+      m_launchItems(*m_target.files, m_target.folders, m_tasks, host.log),
       m_packages({*m_target.files, m_target.folders, m_target.version, m_tools, m_privileged, host.alerts,
                   host.mainThread, host.log}),
       m_resources({*m_target.files, m_target.folders, m_sizes, m_applications, m_loginItems, m_packages, host.log},
                   m_treeLock),
       m_processes({*m_target.files, m_tools, m_privileged, host.alerts, host.mainThread, host.log}),
+      m_uninstallSteps({*m_target.files, m_processes, m_loginItems, m_launchItems, m_packages, m_removals, host.alerts,
+                        host.mainThread, m_target.version},
+                       m_treeLock),
       m_http(host.libexecFolder + "/fetch"),
       m_ignoreList(
           {m_defaults, *m_target.files, m_applications, host.alerts, host.mainThread, host.log, m_http, m_tools,
@@ -102,14 +107,31 @@ void Application::addModules(const HostServices& host) {
                                    UniversalBinariesController::Tools{m_removals, m_privileged, m_tools, host.alerts},
                                    m_target.processorFamily, m_target.version));
     m_scanController.addModule(rowFor(kDevJunkView), std::make_unique<DevTrashController>(services, m_scanController));
-    m_scanController.addModule(rowFor(kUninstallerView),
-                               std::make_unique<ApplicationUninstaller>(
-                                   services, m_scanController,
-                                   ApplicationUninstaller::Parts{m_resources, m_processes, m_loginItems, m_packages,
-                                                                 m_tasks, m_removals, host.alerts, m_target.version}));
+    auto extensions = std::make_unique<ExtensionsScanController>(
+        services, m_scanController,
+        ExtensionsScanController::Parts{WidgetsGarbage::Parts{m_loginItems, m_launchItems, m_uninstallSteps},
+                                        ADUninstallControllerView::Parts{m_uninstallSteps, host.alerts}, m_resources,
+                                        m_workspace});
+    m_extensions = extensions.get();
+    m_scanController.addModule(rowFor(kExtensionsView), std::move(extensions));
+    m_scanController.addModule(
+        rowFor(kUninstallerView),
+        std::make_unique<ApplicationUninstaller>(
+            services, m_scanController, ApplicationUninstaller::Parts{m_resources, m_packages, m_uninstallSteps}));
     m_scanController.addModule(
         rowFor(kEraserView), std::make_unique<EraserController>(services, m_scanController,
                                                                 [this] { return m_scanController.useSecureErase(); }));
+    const auto module = [this](std::uint8_t view) -> ADScanControllerView& {
+        return *m_scanController.moduleForViewCode(view);
+    };
+    m_draggedFiles = std::make_unique<DraggedFilesController>(
+        DraggedFilesController::Destinations{module(kLanguagesView), module(kBinariesView), module(kDevJunkView),
+                                             module(kUninstallerView), module(kEraserView), *m_extensions});
+}
+
+LeftoversCleaner Application::leftoversCleaner(std::function<void(const Error&)> reportProblem) const {
+    return LeftoversCleaner(
+        {*m_target.files, m_applications, m_loginItems, m_launchItems, std::move(reportProblem)});
 }
 
 void Application::startInventory() {

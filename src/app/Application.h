@@ -7,6 +7,7 @@
 #include "appcore/RemovalPrimitives.h"
 #include "appcore/ResourceFinder.h"
 #include "appcore/SWApplicationCore.h"
+#include "appcore/processes/LaunchItems.h"
 #include "appcore/processes/ProcessControl.h"
 #include "appcore/receipts/PackageManager.h"
 #include "appcore/sizes/DiskSizes.h"
@@ -14,8 +15,12 @@
 #include "engine/RunReports.h"
 #include "engine/ScanController.h"
 #include "engine/SpaceStatistics.h"
+#include "modules/draggedfiles/DraggedFilesController.h"
+#include "modules/extensions/ExtensionsScanController.h"
 #include "modules/ignorelist/IgnoreListController.h"
 #include "modules/languages/LanguageKeepList.h"
+#include "modules/uninstaller/LeftoversCleaner.h"
+#include "modules/uninstaller/UninstallSteps.h"
 #include "platform/Authorization.h"
 #include "platform/HttpClient.h"
 #include "platform/LaunchServices.h"
@@ -27,6 +32,7 @@
 #include "platform/Workspace.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -69,6 +75,11 @@ class Application final {
     [[nodiscard]] ScanController& scanController() { return m_scanController; }
     [[nodiscard]] const SWApplicationCore& applications() const { return m_applications; }
     [[nodiscard]] IgnoreListController& ignoreList() { return m_ignoreList; }
+    [[nodiscard]] ExtensionsScanController& extensions() { return *m_extensions; }
+    [[nodiscard]] DraggedFilesController& draggedFiles() { return *m_draggedFiles; }
+    /// Looks at the system as it is now, once the list of applications is complete; `reportProblem` is told of what
+    /// cannot be read.
+    [[nodiscard]] LeftoversCleaner leftoversCleaner(std::function<void(const Error&)> reportProblem) const;
     [[nodiscard]] PackageManager& packages() { return m_packages; }
     [[nodiscard]] LanguageKeepList& languageKeepList() { return m_languageKeepList; }
     [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
@@ -101,9 +112,11 @@ class Application final {
     SWApplicationCore m_applications;
     ADTaskRunner m_tasks;
     LoginItems m_loginItems;
+    LaunchItems m_launchItems;
     PackageManager m_packages;
     ResourceFinder m_resources;
     ProcessControl m_processes;
+    UninstallSteps m_uninstallSteps;
     HttpClient m_http;
     IgnoreListController m_ignoreList;
     LanguageKeepList m_languageKeepList;
@@ -112,6 +125,8 @@ class Application final {
     RunReports m_reports;
     SpaceStatistics m_statistics;
     ScanController m_scanController;
+    ExtensionsScanController* m_extensions = nullptr; ///< owned by m_scanController
+    std::unique_ptr<DraggedFilesController> m_draggedFiles;
 
     std::jthread m_inventoryThread;
 };

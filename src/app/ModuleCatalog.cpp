@@ -23,6 +23,8 @@ constexpr std::array kLanguages{ModuleSwitch{"languages", "CleanLanguageTranslat
 constexpr std::array kBinaries{ModuleSwitch{"binaries", "CleanUniversalBinaries", true}};
 constexpr std::array kDevJunk{ModuleSwitch{"dev-junk", "CleanDevJunk", true}};
 
+constexpr std::array kWidgets{ModuleSwitch{"widgets", "CleanWidgets", true}};
+
 constexpr std::array kRows{
     ModuleRow{"caches", translatable("Caches"), translatable("Files that applications can make again"), 1, kCaches},
     ModuleRow{"logs", translatable("Logs"), translatable("What programs wrote down about their work"), 2, kLogs},
@@ -32,6 +34,8 @@ constexpr std::array kRows{
               4, kBinaries},
     ModuleRow{"dev-junk", translatable("Development Junk"),
               translatable("Files for developers in applications, and clutter in folders you name"), 5, kDevJunk},
+    ModuleRow{"widgets", translatable("Extensions"),
+              translatable("What widgets and programs that are gone left behind"), 6, kWidgets},
     ModuleRow{"uninstaller", translatable("Application Uninstaller"),
               translatable("Applications with everything that belongs to them"), 7, {}},
     ModuleRow{"eraser", translatable("Quick Eraser"), translatable("Files and folders you name"), 8, {}},

@@ -1,7 +1,7 @@
 #include "app/ModuleSelection.h"
 
 #include "app/ModuleCatalog.h"
-#include "engine/ADGroupScanController.h"
+#include "engine/ADScanControllerView.h"
 #include "engine/ScanController.h"
 
 #include <algorithm>
@@ -53,17 +53,10 @@ std::vector<std::string> allSwitches() {
 }
 
 void selectModules(ScanController& controller, const std::vector<std::string>& switches) {
-    const auto select = [&](ADScanController& module) {
-        const bool isSelected = std::ranges::find(switches, module.defaultsName()) != switches.end();
-        module.rootNode()->setEnabledWithoutRecalc(isSelected);
-    };
     for (const auto& row : controller.rows()) {
-        auto* module = row->correspondingScanController();
-        if (auto* group = dynamic_cast<ADGroupScanController*>(module)) {
-            for (const auto& part : group->scanControllers())
-                select(*part);
-        } else if (module) {
-            select(*module);
+        for (auto* module : row->correspondingScanController()->parts()) {
+            const bool isSelected = std::ranges::find(switches, module->defaultsName()) != switches.end();
+            module->rootNode()->setEnabledWithoutRecalc(isSelected);
         }
     }
     controller.refreshInterface();

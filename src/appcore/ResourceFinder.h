@@ -52,6 +52,11 @@ class ResourceFinder final {
     /// Everything that belongs to the applications at these paths, the first of which is the node's own.
     void findAllResourcesForApplications(const Paths& paths, Node& node);
 
+    /// The preference files of the bundle at `path`.
+    void findPreferencesForApplication(const std::string& path, Node& node) {
+        findPreferences(path, termsOf(path), node);
+    }
+
     /// The names of plug-ins that a bundle carries.
     [[nodiscard]] Paths originalPluginsForApplication(const std::string& path) const;
     [[nodiscard]] static bool isSystemFileAtPath(std::string_view path);

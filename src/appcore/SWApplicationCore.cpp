@@ -1,5 +1,6 @@
 #include "appcore/SWApplicationCore.h"
 
+#include "appcore/PluginCategories.h"
 #include "platform/BundleInfo.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/LaunchServices.h"
@@ -11,28 +12,19 @@
 
 namespace sweeply {
 
-namespace {
-
-constexpr std::string FolderConstants::*kPluginFolders[] = {
-    &FolderConstants::QUICKTIMEPLUGINPATH, &FolderConstants::WEBBROWSERSPLUGINPATH,
-    &FolderConstants::QUICKLOOKPLUGINPATH, &FolderConstants::FINDERPLUGINPATH,
-    &FolderConstants::SPOTLIGHTPLUGINPATH, &FolderConstants::INPUTMANAGERSPLUGINPATH,
-    &FolderConstants::ITUNESPLUGINPATH,    &FolderConstants::ADDRESSBOOKPLUGINPATH,
-    &FolderConstants::MAILPLUGINPATH,      &FolderConstants::SERVICESPATH,
-    &FolderConstants::GROWLPATH,           &FolderConstants::SCRIPTINGADDITIONSPATH,
-};
-
-} // namespace
-
 SWApplicationCore::SWApplicationCore(const FileManager& files, const FolderConstants& folders,
                                      const LaunchServices* registry, SystemLog& log)
     : m_files(files), m_registry(registry), m_log(log),
       m_applicationsFolder(folders.expandTilde(folders.APPLICATIONSPATH)),
       m_preferencesPaths{folders.expandTilde("~/Library/Preferences"), "/Library/Preferences"},
       m_applicationSupportPaths{folders.expandTilde("~/Library/Application Support"), "/Library/Application Support"} {
-    for (const auto folder : kPluginFolders) {
-        m_pluginsPaths.push_back(folders.*folder);
-        m_pluginsPaths.push_back(folders.home + folders.*folder);
+    for (const auto& category : findAllPlugins(folders)) {
+        if (!category.comesWithApplications)
+            continue;
+        for (const auto& folder : category.folders) {
+            m_pluginsPaths.push_back(folder);
+            m_pluginsPaths.push_back(folders.home + folder);
+        }
     }
     auto filter = ApplicationFilter::compile(folders.expandTilde("~/Library"));
     if (filter)

@@ -33,7 +33,9 @@ Commands:
   scan MODULE PATH...  the same for applications and folders
   clean [MODULE...]    scan, show, ask, remove
   erase PATH...        show, ask, remove; overwrite first with --secure
-  uninstall PATH...    remove applications and packages with everything that belongs to them
+  uninstall PATH...    remove applications, packages and extensions with everything that belongs to them
+  extensions           list widgets, preference panes and plug-ins
+  leftovers            list what applications that are gone left behind
   receipts             list what installer packages left behind
   apps                 list the applications
   modules              list the modules and which are switched on
@@ -172,11 +174,17 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     erase->add_flag("--yes", line.saysYes, "Remove without asking");
 
     auto* uninstall =
-        add(Command::Uninstall, "uninstall", "Remove applications and packages with everything that belongs to them");
+        add(Command::Uninstall, "uninstall",
+            "Remove applications, packages and extensions with everything that belongs to them");
     addJson(uninstall);
-    uninstall->add_option("PATH", line.operands, "Applications, packages, or folders of them")->required();
+    uninstall->add_option("PATH", line.operands, "Applications, packages, or folders of them; widgets, preference panes, plug-ins")->required();
     uninstall->add_flag("--dry-run", line.isDryRun, "Show what would be removed, and remove nothing");
     uninstall->add_flag("--yes", line.saysYes, "Remove without asking; other questions get their safe answers");
+
+    addJson(add(Command::Extensions, "extensions", "List the installed widgets, preference panes and plug-ins"));
+
+    addJson(add(Command::Leftovers, "leftovers",
+                "List preferences, launch items and login items of applications that are gone"));
 
     addJson(add(Command::Receipts, "receipts", "List the receipts of installer packages"));
 

@@ -11,7 +11,22 @@
 
 namespace sweeply {
 
-enum class Command { ShowFolders, Scan, Clean, Erase, Uninstall, Receipts, Apps, Modules, Ignore, Prefs, Size, Sample };
+enum class Command {
+    ShowFolders,
+    Scan,
+    Clean,
+    Erase,
+    Uninstall,
+    Receipts,
+    Leftovers,
+    Extensions,
+    Apps,
+    Modules,
+    Ignore,
+    Prefs,
+    Size,
+    Sample
+};
 
 /// What the person typed, checked for form but not yet held against a target.
 struct CommandLine {

@@ -30,6 +30,10 @@ ExitCode runOnTarget(const CommandLine& line) {
         return runUninstall(**session);
     case Command::Receipts:
         return runReceipts(**session);
+    case Command::Leftovers:
+        return runLeftovers(**session);
+    case Command::Extensions:
+        return runExtensions(**session);
     case Command::Apps:
         return runApps(**session);
     case Command::Modules:

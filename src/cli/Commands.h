@@ -14,6 +14,8 @@ ExitCode runClean(Session& session);
 ExitCode runErase(Session& session);
 ExitCode runUninstall(Session& session);
 ExitCode runReceipts(Session& session);
+ExitCode runLeftovers(Session& session);
+ExitCode runExtensions(Session& session);
 ExitCode runApps(Session& session);
 ExitCode runModules(Session& session);
 ExitCode runIgnore(Session& session);

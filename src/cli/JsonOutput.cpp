@@ -1,9 +1,7 @@
 #include "cli/JsonOutput.h"
 
-#include "app/ModuleCatalog.h"
 #include "formats/Utf8.h"
 
-#include <algorithm>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -33,10 +31,6 @@ Json nodesJson(const std::vector<Node::Pointer>& nodes, SizeUnits units) {
     return list;
 }
 
-std::string moduleName(std::uint8_t viewCode) {
-    return std::string(std::ranges::find(moduleCatalog(), viewCode, &ModuleRow::viewCode)->name);
-}
-
 } // namespace
 
 Json targetJson(const Application& application) {
@@ -48,37 +42,31 @@ Json targetJson(const Application& application) {
             {"units", application.units() == SizeUnits::Decimal ? "decimal" : "binary"}};
 }
 
-Json modulesJson(Application& application) {
+Json modulesJson(Application& application, const std::vector<ShownModule>& modules) {
     std::lock_guard lock(application.treeLock());
     Json list = Json::array();
-    for (const auto& row : application.scanController().rows()) {
-        const auto* module = row->correspondingScanController();
-        if (!row->checked() && module->filesFound() == 0)
-            continue; // took no part
-        list.push_back({{"module", moduleName(row->viewName())},
-                        {"viewCode", row->viewName()},
-                        {"checked", row->checked()},
-                        {"totalSize", module->totalSize()},
-                        {"totalSizeText", stringSizeFromLong(module->totalSize(), application.units())},
-                        {"filesFound", module->filesFound()},
-                        {"statusText", module->statusText()},
-                        {"tree", nodeJson(*module->rootNode(), application.units())}});
-    }
+    for (const auto& [name, viewCode, isChecked, module] : modules)
+        list.push_back({{"module", name},
+                        {"viewCode", viewCode},
+                        {"checked", isChecked},
+                        {"totalSize", module.totalSize()},
+                        {"totalSizeText", stringSizeFromLong(module.totalSize(), application.units())},
+                        {"filesFound", module.filesFound()},
+                        {"statusText", module.statusText()},
+                        {"tree", nodeJson(*module.rootNode(), application.units())}});
     return list;
 }
 
-Json totalsJson(Application& application) {
-    const auto& controller = application.scanController();
-    return {{"totalSize", controller.totalSize()},
-            {"foundSize", controller.foundSize()},
-            {"filesFound", controller.filesFound()},
-            {"filesFoundInEnabled", controller.filesFoundInEnabled()}};
-}
-
 Json scanJson(Application& application) {
+    const auto modules = shownModules(application);
+    const auto totals = totalsOf(modules);
     return {{"target", targetJson(application)},
-            {"modules", modulesJson(application)},
-            {"totals", totalsJson(application)}};
+            {"modules", modulesJson(application, modules)},
+            {"totals",
+             {{"totalSize", totals.totalSize},
+              {"foundSize", totals.foundSize},
+              {"filesFound", totals.filesFound},
+              {"filesFoundInEnabled", totals.filesFoundInEnabled}}}};
 }
 
 Json cleanJson(Session& session, bool wasStopped) {
@@ -98,7 +86,7 @@ Json cleanJson(Session& session, bool wasStopped) {
             {"stopped", wasStopped},
             {"couldntRemoveSomething", application.removals().couldntRemoveSomething()},
             {"alerts", alerts},
-            {"modules", modulesJson(application)}};
+            {"modules", modulesJson(application, shownModules(application))}};
 }
 
 void printJson(const Json& json) { std::cout << json.dump(2) << "\n"; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/Session.h"
+#include "cli/ShownModules.h"
 
 #include <nlohmann/json_fwd.hpp>
 #include <string>
@@ -11,10 +12,8 @@ namespace sweeply {
 using Json = nlohmann::ordered_json;
 
 [[nodiscard]] Json targetJson(const Application& application);
-/// The modules that took part, with their trees.
-[[nodiscard]] Json modulesJson(Application& application);
-/// All modules' figures together.
-[[nodiscard]] Json totalsJson(Application& application);
+/// Modules with their figures and trees.
+[[nodiscard]] Json modulesJson(Application& application, const std::vector<ShownModule>& modules);
 [[nodiscard]] Json scanJson(Application& application);
 [[nodiscard]] Json cleanJson(Session& session, bool wasStopped);
 

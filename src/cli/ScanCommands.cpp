@@ -9,7 +9,9 @@
 #include "platform/Localization.h"
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
+#include <map>
 #include <nlohmann/json.hpp>
 
 namespace sweeply {
@@ -97,20 +99,19 @@ ExitCode finishClean(Session& session) {
 }
 
 /// Shows what was found, asks unless that is answered already, removes, and says how it went.
-ExitCode removeAfterQuestion(Session& session, void (Session::*remove)()) {
+ExitCode removeAfterQuestion(Session& session, const std::function<void()>& remove) {
     const CommandLine& line = session.commandLine();
-    auto& controller = session.application().scanController();
     if (!line.wantsJson)
-        printResults(session.application(), session.terminal(), std::cout);
+        printScan(session.application(), session.terminal(), std::cout);
     if (interrupt::wasRequested())
         return finishClean(session);
-    if (!line.saysYes && controller.filesFoundInEnabled() > 0 &&
+    if (!line.saysYes && totalsOf(shownModules(session.application())).filesFoundInEnabled > 0 &&
         !TerminalAlerts::confirms(localizedString("Remove the checked items?"))) {
         if (line.wantsJson)
             printJson(cleanJson(session, interrupt::wasRequested()));
         return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Incomplete;
     }
-    (session.*remove)();
+    remove();
     return finishClean(session);
 }
 
@@ -121,39 +122,59 @@ bool canAskOrNeedNot(const Session& session) {
     return false;
 }
 
-ADScanController* moduleNamed(Session& session, std::string_view name) {
+ADScanController& moduleNamed(Session& session, std::string_view name) {
     const auto row = std::ranges::find(moduleCatalog(), name, &ModuleRow::name);
-    return session.application().scanController().moduleForViewCode(row->viewCode);
+    return *session.application().scanController().moduleForViewCode(row->viewCode);
 }
 
-/// Has a module take the named items, shows what it makes of them, and removes that unless it is only to be shown.
-ExitCode removeNamedItems(Session& session, ADScanController& module, void (Session::*remove)()) {
-    const CommandLine& line = session.commandLine();
-    auto& application = session.application();
-    const auto paths = targetPaths(application.target(), line.operands);
-    if (!paths) {
-        complain(paths.error().message());
-        return ExitCode::Usage;
-    }
-    bool isComplete = true;
-    for (const auto& path : *paths) {
+/// The named items as paths of the target, without those that are not there. Says which those are.
+struct NamedItems {
+    std::vector<std::string> paths;
+    bool areAllThere = true;
+};
+Result<NamedItems> namedItems(const Session& session, const Application& application) {
+    auto paths = targetPaths(application.target(), session.commandLine().operands);
+    if (!paths)
+        return Failure(paths.error());
+    NamedItems items;
+    for (auto& path : *paths) {
         const auto attributes = application.target().files->attributesOfItemAtPath(path, Links::DontFollow);
-        if (!attributes) {
+        if (attributes) {
+            items.paths.push_back(std::move(path));
+        } else {
             complain(attributes.error().message());
-            isComplete = false;
+            items.areAllThere = false;
         }
     }
-    selectModules(application.scanController(), {});
-    session.analyze({&module}, *paths);
-    if (line.isDryRun) {
-        if (line.wantsJson)
-            printJson(scanJson(application));
-        else
-            printResults(application, session.terminal(), std::cout);
-        return isComplete ? ExitCode::Done : ExitCode::Incomplete;
+    return items;
+}
+
+/// Has each module take some of the named items, shows what they make of them, and removes that with `remove` unless
+/// it is only to be shown.
+using ItemsByModule = std::map<ADScanController*, std::vector<std::string>>;
+ExitCode removeNamedItems(Session& session, const std::function<ItemsByModule(const std::vector<std::string>&)>& assign,
+                          const std::function<void(const ItemsByModule&)>& remove) {
+    const CommandLine& line = session.commandLine();
+    auto& application = session.application();
+    const auto items = namedItems(session, application);
+    if (!items) {
+        complain(items.error().message());
+        return ExitCode::Usage;
     }
-    const auto outcome = removeAfterQuestion(session, remove);
-    return outcome == ExitCode::Done && !isComplete ? ExitCode::Incomplete : outcome;
+    selectModules(application.scanController(), {});
+    const auto byModule = assign(items->paths);
+    for (const auto& [module, paths] : byModule)
+        session.analyze({module}, paths);
+    const auto complete = [&](ExitCode outcome) {
+        return outcome == ExitCode::Done && !items->areAllThere ? ExitCode::Incomplete : outcome;
+    };
+    if (!line.isDryRun)
+        return complete(removeAfterQuestion(session, [&] { remove(byModule); }));
+    if (line.wantsJson)
+        printJson(scanJson(application));
+    else
+        printScan(application, session.terminal(), std::cout);
+    return complete(ExitCode::Done);
 }
 
 } // namespace
@@ -164,14 +185,14 @@ ExitCode runScan(Session& session) {
     if (session.commandLine().wantsJson)
         printJson(scanJson(session.application()));
     else
-        printResults(session.application(), session.terminal(), std::cout);
+        printScan(session.application(), session.terminal(), std::cout);
     return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Done;
 }
 
 ExitCode runClean(Session& session) {
     if (!canAskOrNeedNot(session) || !find(session))
         return ExitCode::Usage;
-    return removeAfterQuestion(session, &Session::removeChecked);
+    return removeAfterQuestion(session, [&] { session.removeChecked(); });
 }
 
 ExitCode runErase(Session& session) {
@@ -185,13 +206,31 @@ ExitCode runErase(Session& session) {
                          "Files are overwritten where they lie. Disks with flash memory, snapshots and file "
                          "systems that copy on writing may keep the old contents elsewhere.")
                   << "\n";
-    return removeNamedItems(session, *moduleNamed(session, "eraser"), &Session::removeChecked);
+    auto& eraser = moduleNamed(session, "eraser");
+    return removeNamedItems(
+        session, [&](const auto& paths) { return ItemsByModule{{&eraser, paths}}; },
+        [&](const auto&) { session.removeChecked(); });
 }
 
 ExitCode runUninstall(Session& session) {
     if (!session.commandLine().isDryRun && !canAskOrNeedNot(session))
         return ExitCode::Usage;
-    return removeNamedItems(session, *moduleNamed(session, "uninstaller"), &Session::uninstallChecked);
+    auto& extensions = session.application().extensions();
+    auto& applications = moduleNamed(session, "uninstaller");
+    const auto assign = [&](const std::vector<std::string>& paths) {
+        ItemsByModule byModule;
+        for (const auto& path : paths) {
+            auto* extension = extensions.uninstallControllerFor(path);
+            byModule[extension ? static_cast<ADScanController*>(extension) : &applications].push_back(path);
+        }
+        return byModule;
+    };
+    return removeNamedItems(session, assign, [&](const ItemsByModule& items) {
+        std::vector<ADScanController*> modules;
+        for (const auto& [module, paths] : items)
+            modules.push_back(module);
+        session.uninstallChecked(modules);
+    });
 }
 
 } // namespace sweeply

@@ -72,15 +72,22 @@ void Session::removeChecked() {
     waitFor([&] { return controller.isRemoving(); }, [&] { controller.stopRemoval(); }, "Removing");
 }
 
-void Session::uninstallChecked() {
+void Session::uninstallChecked(const std::vector<ADScanController*>& modules) {
     auto& controller = m_application.scanController();
-    const auto& rows = controller.rows();
-    const auto row = std::ranges::find_if(rows, [](const auto& candidate) {
-        return candidate->correspondingScanController()->workMode() == WorkMode::Uninstaller;
-    });
-    controller.setSelectedRow(static_cast<std::size_t>(row - rows.begin()));
-    controller.uninstall();
+    controller.uninstallWith(modules);
     waitFor([&] { return controller.isRemoving(); }, [&] { controller.stopRemoval(); }, "Removing");
+}
+
+void Session::listExtensions() {
+    auto& extensions = m_application.extensions();
+    auto& controller = m_application.scanController();
+    for (const auto tab : {ExtensionsScanController::kWidgetsTab, ExtensionsScanController::kPreferencesTab,
+                           ExtensionsScanController::kPluginsTab}) {
+        if (interrupt::wasRequested())
+            return;
+        extensions.didSelectTabViewItem(tab);
+        waitFor([&] { return controller.isScanning(); }, [&] { controller.stopScanActually(); }, "Scanning");
+    }
 }
 
 std::optional<UpdateReport> Session::updateSharedList() {

@@ -33,8 +33,10 @@ class Session final {
     void analyze(const std::vector<ADScanController*>& modules, const std::vector<std::string>& paths);
     /// The same for removing what is checked.
     void removeChecked();
-    /// The same for uninstalling what is checked.
-    void uninstallChecked();
+    /// The same for uninstalling what is checked in these modules.
+    void uninstallChecked(const std::vector<ADScanController*>& modules);
+    /// Has every list of installed extensions filled; the same otherwise.
+    void listExtensions();
     /// Fetches a newer shared list of applications and shows how that went. Nothing when it was interrupted.
     std::optional<UpdateReport> updateSharedList();
     /// Items removed by removeChecked().

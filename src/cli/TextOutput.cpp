@@ -47,16 +47,18 @@ void printSized(std::ostream& output, const std::string& size, const std::string
     output << std::setw(kSizeColumn) << size << "  " << text << "\n";
 }
 
-void printResults(Application& application, const Terminal& terminal, std::ostream& output) {
-    auto& controller = application.scanController();
+void printResults(Application& application, const std::vector<ShownModule>& modules, const Terminal& terminal,
+                  std::ostream& output) {
     std::lock_guard lock(application.treeLock());
-    for (const auto& row : controller.rows()) {
-        const auto* module = row->correspondingScanController();
-        if (row->checked() || module->filesFound() > 0)
-            printNode(*module->rootNode(), 0, application.units(), terminal, output);
-    }
+    for (const auto& shown : modules)
+        printNode(*shown.module.rootNode(), 0, application.units(), terminal, output);
+}
+
+void printScan(Application& application, const Terminal& terminal, std::ostream& output) {
+    const auto modules = shownModules(application);
+    printResults(application, modules, terminal, output);
     output << localizedFormat("Sweeply can clean %@ from your Mac!",
-                              {stringSizeFromLong(controller.foundSize(), application.units())})
+                              {stringSizeFromLong(totalsOf(modules).foundSize, application.units())})
            << "\n";
 }
 

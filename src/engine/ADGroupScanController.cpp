@@ -28,6 +28,13 @@ void ADGroupScanController::addScanController(std::unique_ptr<ADScanController> 
     m_scanControllers.push_back(std::move(controller));
 }
 
+std::vector<ADScanController*> ADGroupScanController::parts() {
+    std::vector<ADScanController*> controllers;
+    for (const auto& controller : m_scanControllers)
+        controllers.push_back(controller.get());
+    return controllers;
+}
+
 void ADGroupScanController::preffernecesUpdated() {
     for (const auto& controller : m_scanControllers)
         controller->preffernecesUpdated();

@@ -21,6 +21,7 @@ class ADGroupScanController : public ADScanControllerView {
         return m_scanControllers;
     }
 
+    [[nodiscard]] std::vector<ADScanController*> parts() override;
     void preffernecesUpdated() override;
     [[nodiscard]] bool ifScanRunning() const override;
     [[nodiscard]] bool ifCleanRunning() const override;

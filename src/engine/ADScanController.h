@@ -62,6 +62,9 @@ class ADScanController : public ScanControllerProtocol, public WorkControl {
     [[nodiscard]] bool shouldRespondToDragEvents() const override { return false; }
     [[nodiscard]] WorkMode workMode() const override { return WorkMode::Cleaner; }
 
+    /// The modules that scan for this one: itself, unless it only stands for others.
+    [[nodiscard]] virtual std::vector<ADScanController*> parts() { return {this}; }
+
     // Collaborators, not owned; set before the first run
 
     void setDelegate(ScanDelegate* delegate) { m_delegate = delegate; }

@@ -34,9 +34,11 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
     /// Has the main window show this module.
     void activate();
     /// The main window is about to show it: switches the coordinator to the module's mode.
-    void willSwithToYourView();
+    virtual void willSwithToYourView();
     void updateViews();
     [[nodiscard]] virtual bool shouldBeDragSource() const { return false; }
+    /// Whose results are on screen for this module: its own, unless it only stands for others.
+    [[nodiscard]] virtual ADScanControllerView& shownController() { return *this; }
     /// Items that a removal would take away.
     [[nodiscard]] virtual std::size_t filesFoundForRemove() const { return filesFound(); }
     /// Starts removing what is checked, in a module that uninstalls.
@@ -47,7 +49,7 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
     // What the person does
 
     /// Scans this module alone. Like quickClean, ignored while it scans or anything cleans.
-    void quickScan();
+    virtual void quickScan();
     void quickClean();
     void checkAll() { checkEverything(true); }
     void checkNone() { checkEverything(false); }
@@ -81,10 +83,12 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
     void updatedNode(Node&) override { updateViews(); }
     void refreshInterface() override;
 
+  protected:
+    virtual void checkEverything(bool enabled);
+
   private:
     /// Does this module scan, or anything clean?
     [[nodiscard]] bool isBusy() const;
-    void checkEverything(bool enabled);
     [[nodiscard]] bool refusesRemovalFromList();
     void showAfterRemovalFromList();
 

@@ -286,7 +286,7 @@ void ScanController::startRemoveProcess() {
     m_removeThread = std::jthread([this] { startGlobalRemoveThread(); });
 }
 
-void ScanController::uninstallWith(ADScanController& module) {
+void ScanController::uninstallWith(const std::vector<ADScanController*>& modules) {
     if (m_removing || ifScanRunning())
         return;
     if (m_removeThread.joinable())
@@ -295,9 +295,12 @@ void ScanController::uninstallWith(ADScanController& module) {
     m_helpers.statistics.startRun();
     m_helpers.authorisation.startRun();
     prepareInterfaceForRemoval();
-    m_removeThread = std::jthread([this, &module] {
+    m_removeThread = std::jthread([this, modules] {
         try {
-            module.startClean();
+            for (auto* module : modules) {
+                if (!m_stopped)
+                    module->startClean();
+            }
         } catch (const std::exception& exception) {
             m_services.log.log(formatText("[Global Clean] Exception occured: %@", {exception.what()}));
         }
@@ -360,7 +363,7 @@ void ScanController::uninstall() {
     m_services.log.log("Uninstall button clicked");
     m_helpers.removals.startRun();
     auto* module = m_selectedRow < m_rows.size() ? m_rows[m_selectedRow]->correspondingScanController() : nullptr;
-    if (module && module->ifAnyEnabled())
+    if (module && module->shownController().ifAnyEnabled())
         module->startUninstallation();
     else
         m_helpers.reports.nothingToUninstall();

@@ -110,7 +110,7 @@ class ScanController final : public ScanCoordinator {
     void prepareInterfaceForScan() override;
     void finishScan() override;
     void refreshInterface() override;
-    void uninstallWith(ADScanController& module) override;
+    void uninstallWith(const std::vector<ADScanController*>& modules) override;
     void setTerminating(bool terminating) override { m_terminating = terminating; }
     bool authorisationDemanded() override;
     bool tryToRemoveFileAtPath(const std::string& path) override;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace sweeply {
 
@@ -24,8 +25,8 @@ class ScanCoordinator {
     virtual void prepareInterfaceForScan() = 0;
     virtual void finishScan() = 0;
     virtual void refreshInterface() = 0;
-    /// Has the module remove what is checked in it, as a run of its own.
-    virtual void uninstallWith(ADScanController& module) = 0;
+    /// Has these modules remove what is checked in them, one after another, as a run of its own.
+    virtual void uninstallWith(const std::vector<ADScanController*>& modules) = 0;
     /// Quit when the run under way ends.
     virtual void setTerminating(bool terminating) = 0;
 

@@ -90,6 +90,11 @@ Result<UniqueFd> FileManager::openInRoot(std::string_view path, int flags) const
 
 bool FileManager::fileExistsAtPath(std::string_view path) const { return openInRoot(path, O_PATH).has_value(); }
 
+bool FileManager::isMissingAtPath(std::string_view path) const {
+    const auto found = openInRoot(path, O_PATH);
+    return !found && (found.error().kind == ErrorKind::NotFound || found.error().kind == ErrorKind::WrongType);
+}
+
 bool FileManager::directoryExistsAtPath(std::string_view path) const {
     return openInRoot(path, O_PATH | O_DIRECTORY).has_value();
 }

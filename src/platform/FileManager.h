@@ -60,6 +60,8 @@ class FileManager final {
     // Asking
 
     [[nodiscard]] bool fileExistsAtPath(std::string_view path) const;
+    /// Is there surely nothing, links followed? What may not be looked at is not gone.
+    [[nodiscard]] bool isMissingAtPath(std::string_view path) const;
     [[nodiscard]] bool directoryExistsAtPath(std::string_view path) const;
     [[nodiscard]] Result<FileAttributes> attributesOfItemAtPath(std::string_view path, Links links) const;
     /// The entries of one folder in the file system's own order, without "." and "..".

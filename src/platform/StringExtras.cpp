@@ -1,10 +1,13 @@
 #include "platform/StringExtras.h"
 
+#include "formats/Utf8.h"
 #include "platform/FileManager.h"
 #include "platform/TargetPath.h"
 
 #include <algorithm>
 #include <array>
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
 #include <vector>
 
 namespace sweeply {
@@ -99,6 +102,21 @@ std::string stringByDeletingRealPathExtension(std::string_view name, std::string
     if (extension.empty() || fileManager.directoryExistsAtPath(joinedPath(folder, name)))
         return std::string(name);
     return std::string(name.substr(0, name.rfind(extension) - 1));
+}
+
+std::string lowercaseString(std::string_view text) {
+    std::string lower(text);
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (!std::ranges::all_of(text, isAscii) && validUtf8(text) == text) {
+        lower.clear();
+        icu::UnicodeString::fromUTF8(text).toLower(icu::Locale::getRoot()).toUTF8String(lower);
+        return lower;
+    }
+    for (char& letter : lower) {
+        if (letter >= 'A' && letter <= 'Z')
+            letter = static_cast<char>(letter - 'A' + 'a');
+    }
+    return lower;
 }
 
 std::string stripHTML(std::string_view text) {

@@ -26,6 +26,9 @@ class FileManager;
 [[nodiscard]] std::string stringByDeletingRealPathExtension(std::string_view name, std::string_view folder,
                                                             const FileManager& fileManager);
 
+/// Every letter of any script as a small one.
+[[nodiscard]] std::string lowercaseString(std::string_view text);
+
 /// Takes out what stands in angle brackets and leaves a space for it. A ">" too many swallows the text up to the next
 /// "<".
 [[nodiscard]] std::string stripHTML(std::string_view text);

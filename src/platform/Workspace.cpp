@@ -2,6 +2,7 @@
 
 #include "platform/BundleInfo.h"
 #include "platform/DirectoryEnumerator.h"
+#include "platform/StringExtras.h"
 #include "platform/TargetPath.h"
 
 #include <algorithm>
@@ -33,15 +34,6 @@ constexpr struct {
     {"photolibrary", "com.apple.iPhoto"},
 };
 
-std::string lowerCase(std::string_view text) {
-    std::string result(text);
-    for (char& letter : result) {
-        if (letter >= 'A' && letter <= 'Z')
-            letter = static_cast<char>(letter - 'A' + 'a');
-    }
-    return result;
-}
-
 } // namespace
 
 Workspace::Workspace(const FileManager& files, std::string applicationsFolder)
@@ -50,7 +42,7 @@ Workspace::Workspace(const FileManager& files, std::string applicationsFolder)
 bool Workspace::isFilePackageAtPath(std::string_view path) const {
     if (!m_files.directoryExistsAtPath(path))
         return false;
-    const std::string extension = lowerCase(pathExtension(path));
+    const std::string extension = lowercaseString(pathExtension(path));
     if (!extension.empty()) {
         std::call_once(m_read, [this] { readDocumentTypes(); });
         if (m_packageExtensions.contains(extension))
@@ -62,7 +54,7 @@ bool Workspace::isFilePackageAtPath(std::string_view path) const {
 
 std::optional<DocumentOwner> Workspace::applicationForFile(std::string_view path) const {
     std::call_once(m_read, [this] { readDocumentTypes(); });
-    const auto owner = m_owners.find(lowerCase(pathExtension(path)));
+    const auto owner = m_owners.find(lowercaseString(pathExtension(path)));
     if (owner == m_owners.end())
         return std::nullopt;
     return owner->second;
@@ -113,9 +105,9 @@ void Workspace::readDocumentTypesOf(const std::string& applicationPath) const {
             if (extension == nullptr || extension->empty() || *extension == "*")
                 continue;
             if (opens)
-                m_owners.try_emplace(lowerCase(*extension), DocumentOwner{*identifier, applicationPath});
+                m_owners.try_emplace(lowercaseString(*extension), DocumentOwner{*identifier, applicationPath});
             if (isPackage != nullptr && isPackage->asBool() == true)
-                m_packageExtensions.insert(lowerCase(*extension));
+                m_packageExtensions.insert(lowercaseString(*extension));
         }
     }
 }

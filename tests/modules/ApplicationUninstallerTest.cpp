@@ -6,7 +6,7 @@
 #include "appcore/receipts/PackageManager.h"
 #include "appcore/receipts/ReceiptFiles.h"
 #include "formats/BillOfMaterials.h"
-#include "modules/ModuleWorld.h"
+#include "modules/UninstallWorld.h"
 
 #include <csignal>
 #include <gmock/gmock.h>
@@ -23,16 +23,12 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
-class UninstallerTest : public ModuleTest {
+class UninstallerTest : public UninstallWorldTest {
   protected:
-    explicit UninstallerTest(const char* version = "10.6.8") : ModuleTest(version) {
-        m_world.privileged.authorize();
-        m_privileged.authorize();
-        m_module =
-            &m_world.add(7, std::make_unique<ApplicationUninstaller>(
-                                services(), *m_world.coordinator,
-                                ApplicationUninstaller::Parts{m_finder, m_processes, m_loginItems, m_packages, m_tasks,
-                                                              m_world.removals, m_world.alerts, m_version}));
+    explicit UninstallerTest(const char* version = "10.6.8") : UninstallWorldTest(version) {
+        m_module = &m_world.add(
+            7, std::make_unique<ApplicationUninstaller>(services(), *m_world.coordinator,
+                                                        ApplicationUninstaller::Parts{m_finder, m_packages, m_steps}));
         makeApplication("Foo", "com.example.foo");
         write("/Applications/Foo.app/Contents/Info.plist",
               plist::writeXml(plist::Dictionary({{"CFBundleIdentifier", "com.example.foo"}, {"CFBundleName", "Foo"}})));
@@ -74,17 +70,6 @@ class UninstallerTest : public ModuleTest {
         return texts;
     }
 
-    PrivilegedExecution m_privileged{m_world.rights, m_ignoreList.tools, m_world.log};
-    ADTaskRunner m_tasks{m_ignoreList.tools, m_world.log};
-    LoginItems m_loginItems{m_world.files(), m_world.folders, m_world.log};
-    PackageManager m_packages{{m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_privileged,
-                               m_world.alerts, m_world.loop, m_world.log}};
-    ResourceFinder m_finder{
-        {m_world.files(), m_world.folders, m_sizes, m_ignoreList.applications, m_loginItems, m_packages, m_world.log},
-        m_world.treeLock};
-    ProcessControl m_processes{
-        {m_world.files(), m_ignoreList.tools, m_privileged, m_world.alerts, m_world.loop, m_world.log},
-        {std::chrono::seconds(1), std::chrono::milliseconds(5000)}};
     ApplicationUninstaller* m_module = nullptr;
 };
 

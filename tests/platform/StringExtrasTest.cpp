@@ -57,6 +57,11 @@ TEST(StringExtrasTest, FolderKeepsItsExtension) {
     EXPECT_EQ(stripped("plain"), "plain");
 }
 
+TEST(StringExtrasTest, LettersOfEveryScriptBecomeSmall) {
+    EXPECT_EQ(lowercaseString("FooÄÉБ.Plist"), "fooäéб.plist");
+    EXPECT_EQ(lowercaseString("A\xC3(Ä"), "a\xC3(Ä") << "no valid text: only what surely is a letter";
+}
+
 TEST(StringExtrasTest, TagsBecomeSpaces) {
     EXPECT_EQ(stripHTML("<b>bold</b> text"), " bold  text");
     EXPECT_EQ(stripHTML("a<x<y>z>b"), "a b");

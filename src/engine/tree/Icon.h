@@ -23,6 +23,8 @@ enum class Icon : std::uint8_t {
     Preferences,
     StartupItem,
     Package,
+    WidgetLeftovers,
+    Plugin,
 };
 
 } // namespace sweeply

@@ -1,33 +1,23 @@
 #include "modules/uninstaller/ApplicationUninstaller.h"
 
-#include "appcore/ADTaskRunner.h"
 #include "appcore/FolderConstants.h"
-#include "appcore/LoginItems.h"
-#include "appcore/RemovalPrimitives.h"
 #include "appcore/SWApplicationCore.h"
 #include "appcore/receipts/PackageManager.h"
 #include "appcore/receipts/ReceiptFiles.h"
 #include "appcore/sizes/DiskSizes.h"
 #include "engine/ScanCoordinator.h"
-#include "formats/PropertyList.h"
-#include "platform/Alerts.h"
+#include "modules/uninstaller/NestedApplications.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
 #include "platform/MainThread.h"
-#include "platform/SystemLog.h"
-#include "platform/SystemVersion.h"
 #include "platform/TargetPath.h"
-
-#include <algorithm>
-#include <unistd.h>
 
 namespace sweeply {
 
 namespace {
 
 constexpr const char* kOwnIdentifier = "com.brindle.Sweeply";
-constexpr std::size_t kLargestPropertyList = std::size_t{4} << 20U;
 
 } // namespace
 
@@ -83,20 +73,6 @@ bool ApplicationUninstaller::isListed(const std::string& path) const {
     return rootNode()->childWithEqualPath(path) != nullptr;
 }
 
-std::vector<std::string> ApplicationUninstaller::pathesOfApplication(const std::string& path) const {
-    std::vector<std::string> pathes{path};
-    auto walk = m_uninstaller.files.enumeratorAtPath(path);
-    while (const auto entry = walk.next()) {
-        const auto extension = pathExtension(entry->path);
-        if (entry->type == FileType::Directory &&
-            (extension == "lproj" || lastPathComponent(entry->path) == "Frameworks"))
-            walk.skipDescendants();
-        else if (extension == "app" && entry->type == FileType::Directory)
-            pathes.push_back(joinedPath(path, entry->path));
-    }
-    return pathes;
-}
-
 void ApplicationUninstaller::addApplicationAtPath(const std::string& path) {
     const auto identifier = m_uninstaller.applications.bundleIDForAppWithPath(path).value_or(std::string());
     const bool isOfTheSystem = identifier.find("com.apple") != std::string::npos;
@@ -112,7 +88,10 @@ void ApplicationUninstaller::addApplicationAtPath(const std::string& path) {
     addChildNode(application);
     incFoundObjectsCount();
     updateInterfaceAndWaitUntilDone(false);
-    m_parts.finder.findAllResourcesForApplications(pathesOfApplication(path), *application);
+    std::vector<std::string> pathes{path};
+    for (auto& nested : nestedApplications(m_uninstaller.files, path))
+        pathes.push_back(std::move(nested));
+    m_parts.finder.findAllResourcesForApplications(pathes, *application);
 }
 
 void ApplicationUninstaller::addPackageAtPath(const std::string& path) {
@@ -154,116 +133,36 @@ void ApplicationUninstaller::showDropImageView() {
 
 // Removing
 
-void ApplicationUninstaller::startUninstallation() { globalScanController().uninstallWith(*this); }
-
-bool ApplicationUninstaller::asks(const std::string& title, const std::string& text, const std::string& yes) {
-    Alert alert;
-    alert.style = Alert::Style::Informational;
-    alert.title = title;
-    alert.text = text;
-    alert.buttons = {localizedButton("No"), yes};
-    std::size_t answer = 0;
-    services().mainThread.runAndWait([&] { answer = m_parts.alerts.runAlert(alert).button; });
-    return answer == 1;
-}
+void ApplicationUninstaller::startUninstallation() { globalScanController().uninstallWith({this}); }
 
 bool ApplicationUninstaller::isRootNodeCleanable(Node& node) {
+    if (!m_parts.steps.confirmsSystemApplication(node))
+        return false;
     std::string path;
-    std::string name;
-    bool isOfTheSystem = false;
-    std::vector<ProcessControl::Application> applications;
     {
         const std::lock_guard lock(services().treeLock);
         path = node.path();
-        name = node.name();
-        isOfTheSystem = node.type() == nodetype::kSystemApplication;
-        for (const auto& child : node.children())
-            applications.push_back({std::string(node.name()), child->path()});
     }
-    if (isOfTheSystem &&
-        !asks(localizedString("Deleting system application"),
-              localizedFormat("\"%@\" seems to be a system application. Removing it can corrupt your system. \nDo you "
-                              "want to remove it anyway?",
-                              {name}),
-              localizedButton("Yes")))
-        return keep(path, "stays: it is a system application, and its removal was not confirmed");
-    const bool isConfirmed = m_uninstaller.applications.bundleIDForAppWithPath(path) == kOwnIdentifier
-                                 ? confirmsOwnRemoval()
-                                 : m_parts.processes.tryToStopApplications(applications, *this);
-    if (!isConfirmed)
-        return keep(path, "stays: it was not confirmed, or is still running");
-    if (needsRights(node))
-        globalScanController().authorisationDemanded(); // who says no keeps what needs them
+    if (m_uninstaller.applications.bundleIDForAppWithPath(path) == kOwnIdentifier) {
+        if (!confirmsOwnRemoval())
+            return m_parts.steps.keep(path, "stays: its removal was not confirmed");
+    } else if (!m_parts.steps.stopsApplications(node, *this)) {
+        return false;
+    }
+    m_parts.steps.demandRights(node, *this);
     return !stopped();
 }
 
-bool ApplicationUninstaller::needsRights(const Node& application) const {
-    const std::lock_guard lock(services().treeLock);
-    return std::ranges::any_of(application.children(), [this](const Node::Pointer& item) {
-        if (!item->ifEnabled())
-            return false;
-        if (item->name().find(kReceiptEntry) != std::string_view::npos)
-            return m_parts.version.isSnowLeopardOrBetter();
-        const auto attributes = m_uninstaller.files.attributesOfItemAtPath(item->path(), Links::DontFollow);
-        return attributes && ::geteuid() != 0 && attributes->owner != ::geteuid();
-    });
-}
-
-bool ApplicationUninstaller::keep(const std::string& path, const std::string& reason) {
-    return m_parts.removals.failed(path, {ErrorKind::Other, path, reason});
-}
-
 bool ApplicationUninstaller::confirmsOwnRemoval() {
-    if (!asks(localizedString("Uninstalling Sweeply application"),
-              localizedString("Sweeply is the application you are working with at this point. It will be closed and "
-                              "completely removed if you click the Uninstall button.\nWould you like to uninstall "
-                              "Sweeply?"),
-              localizedButton("Uninstall")))
+    if (!m_parts.steps.asks(
+            localizedString("Uninstalling Sweeply application"),
+            localizedString("Sweeply is the application you are working with at this point. It will be closed and "
+                            "completely removed if you click the Uninstall button.\nWould you like to uninstall "
+                            "Sweeply?"),
+            localizedButton("Uninstall")))
         return false;
     services().mainThread.runAndWait([this] { globalScanController().setTerminating(true); });
     return true;
-}
-
-bool ApplicationUninstaller::cleanThisNode(Node& node) {
-    std::int8_t type = 0;
-    std::string name;
-    {
-        const std::lock_guard lock(services().treeLock);
-        type = node.type();
-        name = node.name();
-    }
-    const std::string path = node.path();
-    if (type == nodetype::kLoginItem)
-        return m_parts.loginItems.removeLoginItemAtPath(path) || keep(path, "the login item could not be removed");
-    if (type == nodetype::kLaunchItem)
-        removeLaunchDaemon(path);
-    if (type == nodetype::kSharedPackage &&
-        !asks(localizedString("Deleting multiple application package"),
-              localizedFormat("Package \"%@\" serves multiple applications. Removing it will make impossible to "
-                              "uninstall or fix other applications later. It's highly recommended to leave it. Do you "
-                              "want to remove it anyway?",
-                              {name}),
-              localizedButton("Yes")))
-        return keep(path, "stays: it serves several applications, and its removal was not confirmed");
-    const bool isReceipt = name.find(kReceiptEntry) != std::string::npos;
-    if (isReceipt && m_parts.version.isSnowLeopardOrBetter())
-        return m_parts.packages.removePkg(path) || keep(path, "the receipt could not be forgotten");
-    return tryToRemoveFileAtPath(path);
-}
-
-void ApplicationUninstaller::removeLaunchDaemon(const std::string& path) {
-    const auto bytes = m_uninstaller.files.contentsAtPath(path, kLargestPropertyList);
-    const auto list = bytes ? plist::parse(*bytes) : tl::unexpected(bytes.error().reason);
-    const auto place = m_uninstaller.files.hostPath(path);
-    // On another machine's volume nothing of it is loaded here.
-    if (!list || !place || !m_uninstaller.files.isHostRoot())
-        return;
-    const auto unloaded = m_parts.tasks.launchTaskAndGetTermStatusWithCmd("/bin/launchctl", {"unload", "-w", *place});
-    const auto* label = list->findString("Label");
-    if (label)
-        m_parts.tasks.launchTaskAndGetTermStatusWithCmd("/bin/launchctl", {"remove", *label});
-    if (!unloaded || *unloaded != 0)
-        services().log.log(formatText("Failed to unload launch daemon %@", {escapedForLog(path)}));
 }
 
 } // namespace sweeply

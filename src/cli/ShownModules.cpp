@@ -1,0 +1,58 @@
+#include "cli/ShownModules.h"
+
+#include "app/Application.h"
+#include "app/ModuleCatalog.h"
+
+#include <algorithm>
+#include <array>
+
+namespace sweeply {
+
+namespace {
+
+/// In the order of the container's uninstallers.
+constexpr std::array<std::string_view, 3> kExtensionLists{"widget-uninstaller", "pane-uninstaller",
+                                                          "plugin-uninstaller"};
+
+} // namespace
+
+std::vector<ShownModule> extensionLists(Application& application) {
+    auto& extensions = application.extensions();
+    std::vector<ShownModule> lists;
+    for (std::size_t list = 0; list < kExtensionLists.size(); ++list) {
+        auto& module = *extensions.uninstallControllers()[list];
+        lists.push_back({kExtensionLists[list], extensions.scanObject()->viewName(), module.ifAnyEnabled(), module});
+    }
+    return lists;
+}
+
+std::vector<ShownModule> shownModules(Application& application) {
+    std::vector<ShownModule> shown;
+    for (const auto& row : application.scanController().rows()) {
+        auto* module = row->correspondingScanController();
+        if (row->checked() || module->filesFound() > 0) {
+            const auto known = std::ranges::find(moduleCatalog(), row->viewName(), &ModuleRow::viewCode);
+            shown.push_back({known->name, row->viewName(), row->checked(), module->shownController()});
+        }
+        if (module != &application.extensions())
+            continue;
+        for (const auto& list : extensionLists(application)) {
+            if (list.module.filesFound() > 0 && &list.module != &module->shownController())
+                shown.push_back(list);
+        }
+    }
+    return shown;
+}
+
+ShownTotals totalsOf(const std::vector<ShownModule>& modules) {
+    ShownTotals totals;
+    for (const auto& shown : modules) {
+        totals.totalSize += shown.module.totalSize();
+        totals.foundSize += shown.module.ifAnyEnabled() ? shown.module.totalSize() : 0;
+        totals.filesFound += shown.module.filesFound();
+        totals.filesFoundInEnabled += shown.module.filesFoundInEnabled();
+    }
+    return totals;
+}
+
+} // namespace sweeply

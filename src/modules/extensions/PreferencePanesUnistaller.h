@@ -1,0 +1,35 @@
+#pragma once
+
+#include "modules/extensions/ADUninstallControllerView.h"
+
+namespace sweeply {
+
+class ResourceFinder;
+
+/// The preference panes of the user and of the machine, each with its preferences and with what belongs to the
+/// applications inside it.
+class PreferencePanesUnistaller final : public ADUninstallControllerView {
+  public:
+    /// All outlive this.
+    PreferencePanesUnistaller(const ModuleServices& services, ScanCoordinator& coordinator, Parts parts,
+                              ResourceFinder& finder);
+    ~PreferencePanesUnistaller() override { stopAndJoin(); }
+
+    [[nodiscard]] bool isExtensionAtPath(const std::string& path) const override;
+    /// Asks before a system's pane goes, and has what runs of it quit.
+    bool isRootNodeCleanable(Node& node) override;
+
+  protected:
+    void rescan() override;
+    void addRecord(const std::string& path) override;
+    void prepareForClean() override { ADScanControllerView::prepareForClean(); } // each pane asks for its rights
+
+  private:
+    [[nodiscard]] std::string className() const override { return "PreferencePanesUnistaller"; }
+    /// The applications inside the bundle at `path`.
+    void analyzeFile(const std::string& path, Node& node);
+
+    ResourceFinder& m_finder;
+};
+
+} // namespace sweeply

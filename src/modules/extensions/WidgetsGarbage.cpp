@@ -1,0 +1,184 @@
+#include "modules/extensions/WidgetsGarbage.h"
+
+#include "appcore/FolderConstants.h"
+#include "appcore/LoginItems.h"
+#include "appcore/NameMatcher.h"
+#include "appcore/ResourceFinder.h"
+#include "appcore/processes/LaunchItems.h"
+#include "appcore/sizes/DiskSizes.h"
+#include "formats/PropertyList.h"
+#include "platform/DirectoryEnumerator.h"
+#include "platform/FileManager.h"
+#include "platform/Localization.h"
+#include "platform/SystemLog.h"
+#include "platform/TargetPath.h"
+
+#include <algorithm>
+
+namespace sweeply {
+
+namespace {
+
+constexpr std::uint32_t kFirstSteps = 100;
+constexpr std::size_t kLargestPropertyList = std::size_t{4} << 20U;
+
+} // namespace
+
+WidgetsGarbage::WidgetsGarbage(const ModuleServices& services, ScanCoordinator& coordinator, Parts parts)
+    : ADScanControllerView(services.engine, coordinator), m_garbage(services), m_parts(parts),
+      m_widgetsNode(Node::nodeWithName(localizedString("Widgets"), Icon::WidgetLeftovers, 0, 0, {}, true)),
+      m_startupItemsNode(Node::nodeWithName(localizedString("Startup Items"), Icon::StartupItem, 0, 0, {}, true)) {
+    rootNode()->setName(localizedString("WidgetsGarbage"));
+    initUserDefaults();
+}
+
+void WidgetsGarbage::scanThread() {
+    prepareForScan();
+    rescan();
+}
+
+void WidgetsGarbage::rescan() {
+    {
+        const std::lock_guard lock(services().treeLock);
+        for (const auto& category : {m_widgetsNode, m_startupItemsNode})
+            category->killChildren();
+    }
+    setTotalProcentage(kFirstSteps);
+    const NameMatcher installed(scanForWidgetsPlists());
+    incProgress();
+    if (!stopped())
+        findUnnecessaryWidgetsPrefferences(installed);
+    if (!stopped())
+        scanForLoginItems();
+    if (!stopped())
+        scanForLaunchDeamons();
+    sleepAfterItem();
+}
+
+void WidgetsGarbage::itemIsDone() {
+    incProgress();
+    waitWhilePaused();
+}
+
+// Widgets
+
+std::vector<std::string> WidgetsGarbage::scanForWidgetsPlists() {
+    std::vector<std::string> identifiers;
+    for (const auto& folder : {m_garbage.folders.SYSTEMWIDGETSPATH, m_garbage.folders.USERWIDGETSPATH}) {
+        for (const auto& path : findPlistsIn(normalisedPath(m_garbage.folders.expandTilde(folder)))) {
+            const auto bytes = m_garbage.files.contentsAtPath(path, kLargestPropertyList);
+            const auto list = bytes ? plist::parse(*bytes) : tl::unexpected(bytes.error().reason);
+            if (!list) {
+                services().log.log(formatText("Error : %@", {list.error()}));
+                reportProblem({ErrorKind::Damaged, path, list.error()});
+            } else if (const auto* identifier = list->findString("CFBundleIdentifier")) {
+                identifiers.push_back(*identifier);
+            }
+        }
+    }
+    return identifiers;
+}
+
+std::vector<std::string> WidgetsGarbage::findPlistsIn(const std::string& folder) {
+    std::vector<std::string> found;
+    auto walk = m_garbage.files.enumeratorAtPath(folder);
+    while (const auto entry = walk.next()) {
+        if (stopped())
+            break;
+        if (entry->type == FileType::Directory && pathExtension(entry->path) == "lproj")
+            walk.skipDescendants();
+        else if (lastPathComponent(entry->path) == "Info.plist")
+            found.push_back(joinedPath(folder, entry->path));
+    }
+    return found;
+}
+
+void WidgetsGarbage::findUnnecessaryWidgetsPrefferences(const NameMatcher& installed) {
+    const std::string folder = normalisedPath(m_garbage.folders.expandTilde(m_garbage.folders.USERPREFERENCESPATH));
+    const auto entries = m_garbage.files.contentsOfDirectoryAtPath(folder);
+    if (!entries) {
+        if (entries.error().kind != ErrorKind::NotFound)
+            reportProblem(entries.error());
+        return;
+    }
+    incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
+    for (const auto& entry : *entries) {
+        if (stopped())
+            return;
+        if (entry.type != FileType::Directory && pathExtension(entry.name) == "plist" &&
+            entry.name.find("widget-") != std::string::npos && !installed.matches(entry.name))
+            addWidgetGarbageRecordWithPath(joinedPath(folder, entry.name));
+        itemIsDone();
+    }
+}
+
+void WidgetsGarbage::addWidgetGarbageRecordWithPath(const std::string& path) {
+    setCurrentItem(path);
+    const auto file = nameWithoutExtension(path);
+    const auto shortName = pathExtension(file);
+    addTo(m_widgetsNode, Node::nodeWithName(shortName.empty() ? file : shortName, Icon::WidgetLeftovers, 0,
+                                            m_garbage.sizes.folderSizeAtPath(path), path, true));
+}
+
+// What starts by itself
+
+void WidgetsGarbage::scanForLoginItems() {
+    const auto items = m_parts.loginItems.loginItemsList();
+    incTotalProcentageBy(static_cast<std::uint32_t>(items.size()));
+    for (const auto& item : items) {
+        if (stopped())
+            return;
+        const std::string path = LoginItems::pathOf(item);
+        if (path.empty())
+            services().log.log("Skipped a login item without a path");
+        else if (m_garbage.files.isMissingAtPath(path))
+            addTo(m_startupItemsNode, Node::nodeWithName(lastPathComponent(path), Icon::ItsOwn, 0, 0, path,
+                                                         !isOnAbsentVolume(path), nodetype::kLoginItem));
+        itemIsDone();
+    }
+}
+
+void WidgetsGarbage::scanForLaunchDeamons() {
+    const auto files = m_parts.launchItems.getAllLaunchFiles();
+    incTotalProcentageBy(static_cast<std::uint32_t>(files.size()));
+    for (const auto& path : files) {
+        if (stopped())
+            return;
+        setCurrentItem(path);
+        const auto definition = m_parts.launchItems.definitionAtPath(path);
+        if (!definition)
+            reportProblem(definition.error());
+        else if (!definition->program)
+            reportProblem({ErrorKind::Damaged, path, "names no program"});
+        else if (m_parts.launchItems.isProgramMissing(*definition))
+            addTo(m_startupItemsNode,
+                  Node::nodeWithName(lastPathComponent(path), Icon::ItsOwn, 0, m_garbage.sizes.folderSizeAtPath(path),
+                                     path, !isOnAbsentVolume(*definition->program), nodetype::kLaunchItem));
+        itemIsDone();
+    }
+}
+
+bool WidgetsGarbage::isOnAbsentVolume(const std::string& path) const {
+    constexpr std::string_view kVolumes = "/Volumes/";
+    if (!path.starts_with(kVolumes))
+        return false;
+    const auto end = path.find('/', kVolumes.size());
+    return !m_garbage.files.directoryExistsAtPath(path.substr(0, end));
+}
+
+void WidgetsGarbage::addTo(const Node::Pointer& category, Node::Pointer child) {
+    const std::lock_guard lock(services().treeLock);
+    const bool isChecked = child->ifEnabled();
+    if (!category->parentNode()) {
+        category->killChildren();
+        category->setEnabledWithoutRecalc(isChecked);
+        rootNode()->addChild(category);
+    } else if (isChecked) {
+        category->setEnabledWithoutRecalc(true);
+    }
+    category->addChild(std::move(child));
+    incFoundObjectsCount();
+    updateInterfaceAndWaitUntilDone(false);
+}
+
+} // namespace sweeply

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "engine/ADScanControllerView.h"
+#include "modules/ModuleServices.h"
+#include "modules/uninstaller/UninstallSteps.h"
+
+#include <string>
+#include <vector>
+
+namespace sweeply {
+
+class LaunchItems;
+class LoginItems;
+class NameMatcher;
+
+/// What widgets and programs that are gone left behind: widgets' preferences, login items, launch items.
+class WidgetsGarbage final : public ADScanControllerView {
+  public:
+    struct Parts {
+        const LoginItems& loginItems;
+        const LaunchItems& launchItems;
+        UninstallSteps& steps;
+    };
+
+    /// All outlive this.
+    WidgetsGarbage(const ModuleServices& services, ScanCoordinator& coordinator, Parts parts);
+    ~WidgetsGarbage() override { stopAndJoin(); }
+
+    [[nodiscard]] std::string defaultsName() const override { return "CleanWidgets"; }
+    [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
+
+  protected:
+    void scanThread() override;
+    bool cleanThisNode(Node& node) override { return m_parts.steps.removeItem(node); }
+
+  private:
+    [[nodiscard]] std::string className() const override { return "WidgetsGarbage"; }
+    void rescan();
+    /// The identifiers of all widgets that are installed.
+    [[nodiscard]] std::vector<std::string> scanForWidgetsPlists();
+    [[nodiscard]] std::vector<std::string> findPlistsIn(const std::string& folder);
+    void findUnnecessaryWidgetsPrefferences(const NameMatcher& installed);
+    void addWidgetGarbageRecordWithPath(const std::string& path);
+    void scanForLoginItems();
+    void scanForLaunchDeamons();
+    /// Puts the category under the root first where it is not there yet.
+    void addTo(const Node::Pointer& category, Node::Pointer child);
+    /// Such things are listed unchecked: they may be there again tomorrow.
+    [[nodiscard]] bool isOnAbsentVolume(const std::string& path) const;
+    void itemIsDone();
+
+    ModuleServices m_garbage;
+    const Parts m_parts;
+    const Node::Pointer m_widgetsNode;
+    const Node::Pointer m_startupItemsNode;
+};
+
+} // namespace sweeply

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "platform/Error.h"
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace sweeply {
+
+class FileManager;
+class LaunchItems;
+class LoginItems;
+class SWApplicationCore;
+
+/// Finds what applications that are gone left in the user's account: preferences, launch items, login items. Takes its
+/// picture of the system when it is made; the list of applications must be complete by then. One thread at a time.
+class LeftoversCleaner final {
+  public:
+    struct Services {
+        FileManager& files;
+        const SWApplicationCore& applications;
+        const LoginItems& loginItems;
+        const LaunchItems& launchItems;
+        /// Told of what could not be read or removed.
+        std::function<void(const Error&)> reportProblem;
+    };
+    struct InstalledApplication {
+        std::string name; ///< of its bundle
+        std::string path;
+        std::string bundleID; ///< empty when it has none
+    };
+    using Paths = std::vector<std::string>;
+    using PathSet = std::set<std::string, std::less<>>;
+
+    /// All outlive this.
+    explicit LeftoversCleaner(Services services);
+
+    /// Finds all three kinds, preferences first: then every launch item still counts as one whose program is there.
+    void leftoversAnalyse();
+
+    // The tests of preference files
+
+    [[nodiscard]] PathSet getPrefsOfNonexistentApps() const;
+    /// Not modified for more than so many weeks.
+    [[nodiscard]] PathSet getPrefsNotUsedForWeeks(int weeks) const;
+    /// Called like a launch item that is not to be removed.
+    [[nodiscard]] PathSet getEqualPrefsFormLaunch() const;
+
+    // The results
+
+    /// Found once.
+    const PathSet& getPrefFilesToRemove();
+    /// Found anew with each call.
+    const PathSet& getLaunchFilesToRemove();
+    /// Found once.
+    const Paths& getLoginItemsToRemove();
+
+    // Removals of what was found, which is forgotten then
+
+    void removePrefFiles();
+    /// Has the system forget the launch items; their files stay.
+    void removeLaunchFiles();
+    /// Removes files at the login items' paths. The items stay in the list of login items.
+    void removeLoginItems();
+
+    [[nodiscard]] const std::vector<InstalledApplication>& allApps() const { return m_allApps; }
+    [[nodiscard]] const Paths& allPrefFiles() const { return m_allPrefFiles; }
+    /// Those found by the last getLaunchFilesToRemove().
+    [[nodiscard]] const PathSet& launchFilesToRemove() const { return m_launchFilesToRemove; }
+    [[nodiscard]] const Paths& allLaunchFiles() const { return m_allLaunchFiles; }
+
+  private:
+    [[nodiscard]] std::vector<InstalledApplication> getAllApps() const;
+    [[nodiscard]] Paths getAllPrefFiles() const;
+    [[nodiscard]] bool isNotUsedForWeeks(const std::string& path, int weeks) const;
+    void deleteFile(const std::string& path);
+
+    Services m_services;
+    std::vector<InstalledApplication> m_allApps;
+    Paths m_allPrefFiles;
+    Paths m_allLaunchFiles;
+    std::optional<PathSet> m_prefFilesToRemove;
+    PathSet m_launchFilesToRemove;
+    std::optional<Paths> m_loginItemsToRemove;
+};
+
+} // namespace sweeply

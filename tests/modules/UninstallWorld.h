@@ -1,0 +1,47 @@
+#pragma once
+
+#include "appcore/ADTaskRunner.h"
+#include "appcore/LoginItems.h"
+#include "appcore/ResourceFinder.h"
+#include "appcore/processes/LaunchItems.h"
+#include "appcore/receipts/PackageManager.h"
+#include "modules/ModuleWorld.h"
+#include "modules/uninstaller/UninstallSteps.h"
+
+namespace sweeply {
+
+/// What uninstallers need besides.
+class UninstallWorldTest : public ModuleTest {
+  protected:
+    explicit UninstallWorldTest(const char* version = "10.6.8") : ModuleTest(version) {
+        m_world.privileged.authorize();
+        m_privileged.authorize();
+    }
+    ~UninstallWorldTest() override { m_world.end(); }
+
+    static plist::Value loginItem(const std::string& path) {
+        return plist::Dictionary(std::vector<plist::Dictionary::Member>{{"Path", path}, {"Hide", true}});
+    }
+    /// A property list of these members.
+    void writeList(const std::string& path, std::vector<plist::Dictionary::Member> members) {
+        write(path, plist::writeXml(plist::Dictionary(std::move(members))));
+    }
+
+    PrivilegedExecution m_privileged{m_world.rights, m_ignoreList.tools, m_world.log};
+    ADTaskRunner m_tasks{m_ignoreList.tools, m_world.log};
+    LoginItems m_loginItems{m_world.files(), m_world.folders, m_world.log};
+    PackageManager m_packages{{m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_privileged,
+                               m_world.alerts, m_world.loop, m_world.log}};
+    ResourceFinder m_finder{
+        {m_world.files(), m_world.folders, m_sizes, m_ignoreList.applications, m_loginItems, m_packages, m_world.log},
+        m_world.treeLock};
+    LaunchItems m_launchItems{m_world.files(), m_world.folders, m_tasks, m_world.log};
+    ProcessControl m_processes{
+        {m_world.files(), m_ignoreList.tools, m_privileged, m_world.alerts, m_world.loop, m_world.log},
+        {std::chrono::seconds(1), std::chrono::milliseconds(5000)}};
+    UninstallSteps m_steps{{m_world.files(), m_processes, m_loginItems, m_launchItems, m_packages, m_world.removals,
+                            m_world.alerts, m_world.loop, m_version},
+                           m_world.treeLock};
+};
+
+} // namespace sweeply
