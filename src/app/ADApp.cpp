@@ -10,17 +10,6 @@
 
 namespace sweeply {
 
-namespace {
-
-std::string inParentheses(const std::vector<std::string>& arguments) {
-    std::string text;
-    for (const auto& argument : arguments)
-        text += (text.empty() ? "(" : ", ") + escapedForLog(argument);
-    return text + ")";
-}
-
-} // namespace
-
 ADApp::ADApp(Application& application, Watchers& watchers, SystemLog& log, std::vector<std::string> arguments)
     : m_application(application), m_watchers(watchers), m_log(log), m_arguments(std::move(arguments)),
       m_runningFromDMG(applicationIsRunningFromDiskImage()) {}
@@ -28,7 +17,7 @@ ADApp::ADApp(Application& application, Watchers& watchers, SystemLog& log, std::
 ADApp::~ADApp() = default;
 
 void ADApp::start(Face face) {
-    m_log.log(formatText("Sweeply v. %@ started with arguments %@.", {SWEEPLY_VERSION, inParentheses(m_arguments)}));
+    m_log.log(formatText("Sweeply v. %@ started with arguments %@.", {SWEEPLY_VERSION, escapedForLog(m_arguments)}));
     m_application.ignoreList().load();
     initUserDefaults();
     if (face == Face::Window) {

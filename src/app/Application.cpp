@@ -73,7 +73,8 @@ Application::Application(Target target, const HostServices& host)
            makersServers(m_target.version,
                          appleLanguages(*m_target.files, m_target.folders).value_or(std::vector<std::string>()))}),
       m_languageKeepList(m_defaults, [this] { return appleLanguages(*m_target.files, m_target.folders); }),
-      m_authorisation(m_privileged, host.alerts, host.mainThread, host.log, SudoSetting::ofThisProcess().isRoot),
+      m_authorisation(m_privileged, host.alerts, host.mainThread, host.log,
+                      SudoSetting::ofThisProcess().isRoot || host.asksForRightsElsewhere),
       m_reports(host.alerts, host.desktopNotifications, m_units), m_statistics(m_services),
       m_scanController(m_services, {m_removals, m_authorisation, m_reports, m_statistics, m_ignoreList,
                                     [this] { return m_locale.formatDate(std::time(nullptr)); }}) {

@@ -53,6 +53,8 @@ struct HostServices {
     /// The folders of our own tools and of what else came with the program, as absolute paths of this machine.
     std::string libexecFolder;
     std::string shareFolder;
+    /// A program of the person's own asks for the password; nothing is to be asked before.
+    bool asksForRightsElsewhere = false;
     /// Shows where a person chooses the languages to keep. Main thread.
     std::function<void()> showLanguagePreferences = [] {};
 };

@@ -15,13 +15,6 @@ namespace {
 
 constexpr const char* kUninstall = "uninstall";
 
-std::string inParentheses(const std::vector<std::string>& paths) {
-    std::string text;
-    for (const auto& path : paths)
-        text += (text.empty() ? "(" : ", ") + escapedForLog(path);
-    return text.empty() ? "()" : text + ")";
-}
-
 } // namespace
 
 SpecialCommands::SpecialCommands(UserDefaults& defaults, const SystemVersion& version, Alerts& alerts, SystemLog& log,
@@ -79,7 +72,7 @@ void SpecialCommands::uninstallApplications(const std::optional<UninstallNotific
         return;
     }
     m_log.log(formatText("Got distributed notification cmd = %@ applications = %@",
-                         {escapedForLog(notification->command), inParentheses(notification->applications)}));
+                         {escapedForLog(notification->command), escapedForLog(notification->applications)}));
     if (notification->command == kUninstall)
         m_destinations.uninstall(notification->applications);
 }

@@ -39,13 +39,7 @@ std::optional<int> ADTaskRunner::launchTaskAndGetTermStatusWithCmd(std::string_v
 }
 
 void ADTaskRunner::logFailure(std::string_view tool, const Arguments& arguments, const std::string& reason) const {
-    std::string list;
-    for (const std::string& argument : arguments) {
-        list += list.empty() ? "(" : ", ";
-        list += argument;
-    }
-    list += list.empty() ? "()" : ")";
-    m_log.log(formatText("Error while invoking command %@ with args %@ : %@", {tool, list, reason}));
+    m_log.log(formatText("Error while invoking command %@ with args %@ : %@", {tool, escapedForLog(arguments), reason}));
 }
 
 } // namespace sweeply

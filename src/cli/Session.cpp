@@ -21,6 +21,11 @@ std::string besideProgram(const char* folder) {
     return error ? std::string() : (program.parent_path().parent_path() / folder / "sweeply").string();
 }
 
+/// Without a terminal nobody would see our question, but SUDO_ASKPASS may put one of its own.
+bool asksForRightsElsewhere(const Terminal& terminal) {
+    return !terminal.isInteractive() && SudoSetting::ofThisProcess().hasAskPass;
+}
+
 void showLanguagePreferences() {
     std::cerr
         << "sweeply-cli prefs LanguagesToLeave   shows the languages to keep; \"fr=yes,de=no\" after it sets them\n";
@@ -41,7 +46,7 @@ Result<std::unique_ptr<Session>> Session::open(const CommandLine& line) {
 Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogLog> log)
     : m_commandLine(line), m_log(std::move(log)), m_alerts(m_terminal, line.wantsJson),
       m_application(std::move(target), {m_loop, m_alerts, m_notifications, *m_log, line.pace, besideProgram("libexec"),
-                                        besideProgram("share"), showLanguagePreferences}),
+                                        besideProgram("share"), asksForRightsElsewhere(m_terminal), showLanguagePreferences}),
       m_app(m_application, m_watchers, *m_log, line.arguments) {
     m_app.start(ADApp::Face::Terminal);
     auto& center = m_application.notifications();

@@ -357,6 +357,7 @@ void ADScanController::startClean() {
         if (!authorised)
             return;
         if (!*authorised) {
+            m_delegate->staysWithoutRights(*this);
             finishClean();
             return;
         }

@@ -214,6 +214,19 @@ std::optional<bool> ADScanControllerView::authorisationDemanded() {
     return m_globalScanController.authorisationDemanded();
 }
 
+void ADScanControllerView::staysWithoutRights(ADScanController& controller) {
+    std::vector<std::string> paths;
+    {
+        std::lock_guard lock(services().treeLock);
+        for (const auto& node : controller.rootNode()->children()) {
+            if (node->ifAnyEnabled())
+                paths.push_back(node->path());
+        }
+    }
+    for (const auto& path : paths)
+        m_globalScanController.couldntRemove(path, "only an administrator may remove it");
+}
+
 bool ADScanControllerView::tryToRemoveFileAtPath(const std::string& path) {
     return m_globalScanController.tryToRemoveFileAtPath(path);
 }

@@ -76,6 +76,7 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
     void scanIsFinished(ADScanController& controller) override;
     [[nodiscard]] bool ifGlobalCleanRunning() const override;
     std::optional<bool> authorisationDemanded() override;
+    void staysWithoutRights(ADScanController& controller) override;
     bool tryToRemoveFileAtPath(const std::string& path) override;
     bool tryToSecurelyRemoveFileAtPath(const std::string& path) override;
     [[nodiscard]] bool showsResults() const override { return m_contentOutline || m_contentTable; }

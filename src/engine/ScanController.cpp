@@ -403,6 +403,11 @@ bool ScanController::tryToEmptyFileAtPath(const std::string& path) {
     return m_helpers.removals.tryToEmptyFileAtPath(path);
 }
 
+void ScanController::couldntRemove(const std::string& path, const std::string& reason) {
+    if (!m_stopped) // who stopped the run knows that things stay
+        m_helpers.removals.failed(path, {ErrorKind::PermissionDenied, path, reason});
+}
+
 IgnoreList& ScanController::ignoreListController() { return m_helpers.ignoreList; }
 
 } // namespace sweeply

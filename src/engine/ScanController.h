@@ -117,6 +117,7 @@ class ScanController final : public ScanCoordinator {
     bool tryToSecurelyRemoveFileAtPath(const std::string& path) override;
     bool tryToRemoveAllFilesInDirectory(const std::string& path) override;
     bool tryToEmptyFileAtPath(const std::string& path) override;
+    void couldntRemove(const std::string& path, const std::string& reason) override;
     IgnoreList& ignoreListController() override;
     void finishUninstallation();
 

@@ -39,6 +39,9 @@ class ScanCoordinator {
     /// Any thread. Leaves the file with a single new-line character.
     virtual bool tryToEmptyFileAtPath(const std::string& path) = 0;
 
+    /// Any thread. Counts an item that stays as one that could not be removed.
+    virtual void couldntRemove(const std::string& path, const std::string& reason) = 0;
+
     virtual IgnoreList& ignoreListController() = 0;
 };
 

@@ -26,6 +26,8 @@ class ScanDelegate {
     [[nodiscard]] virtual bool ifGlobalCleanRunning() const { return false; }
     /// May removals use administrator rights? Nothing from a delegate that knows of none. May ask the person.
     virtual std::optional<bool> authorisationDemanded() { return std::nullopt; }
+    /// What is checked in this module stays, because nobody lends the rights to remove it. From the cleaning thread.
+    virtual void staysWithoutRights(ADScanController&) {}
     virtual bool tryToRemoveFileAtPath(const std::string& path) = 0;
     virtual bool tryToSecurelyRemoveFileAtPath(const std::string& path) = 0;
 };

@@ -21,6 +21,15 @@ std::string escapedForLog(std::string_view text) {
     return result;
 }
 
+std::string escapedForLog(const std::vector<std::string>& texts) {
+    std::string list = "(";
+    for (const auto& text : texts) {
+        list += list.size() > 1 ? ", " : "";
+        list += escapedForLog(text);
+    }
+    return list + ")";
+}
+
 SyslogLog::SyslogLog(Copy copy) : m_copy(copy) { openlog("sweeply", LOG_PID, LOG_USER); }
 
 SyslogLog::~SyslogLog() { closelog(); }

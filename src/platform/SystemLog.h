@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sweeply {
 
@@ -17,6 +18,8 @@ class SystemLog {
 /// `text` with control characters as escapes ("\n", "\x1B"), so that a file's name cannot pass for a line of its own or
 /// command a terminal.
 [[nodiscard]] std::string escapedForLog(std::string_view text);
+/// The same for several, in parentheses with commas between them.
+[[nodiscard]] std::string escapedForLog(const std::vector<std::string>& texts);
 
 /// Writes to the host's system log under this program's name. One for a process: the name is the C library's to keep.
 class SyslogLog final : public SystemLog {
