@@ -11,7 +11,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const auto job = list ? launchctl::jobIn(*list) : tl::unexpected(std::string());
     if (!job)
         return 0;
-    const auto linesOf = [](const std::string& unit) { return static_cast<std::size_t>(std::ranges::count(unit, '\n')); };
+    const auto linesOf = [](const std::string& unit) {
+        return static_cast<std::size_t>(std::ranges::count(unit, '\n'));
+    };
     launchctl::Job plain;
     plain.label = "a";
     plain.arguments = {"/a"};

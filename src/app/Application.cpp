@@ -131,8 +131,7 @@ void Application::addModules(const HostServices& host) {
 }
 
 LeftoversCleaner Application::leftoversCleaner(std::function<void(const Error&)> reportProblem) const {
-    return LeftoversCleaner(
-        {*m_target.files, m_applications, m_loginItems, m_launchItems, std::move(reportProblem)});
+    return LeftoversCleaner({*m_target.files, m_applications, m_loginItems, m_launchItems, std::move(reportProblem)});
 }
 
 void Application::startInventory() {

@@ -88,6 +88,7 @@ class Application final {
     [[nodiscard]] NotificationCenter& notifications() { return m_notifications; }
     [[nodiscard]] TreeLock& treeLock() { return m_treeLock; }
     [[nodiscard]] const RemovalPrimitives& removals() const { return m_removals; }
+    [[nodiscard]] const AuthorisationSession& authorisation() const { return m_authorisation; }
     [[nodiscard]] const SpaceStatistics& statistics() const { return m_statistics; }
 
   private:

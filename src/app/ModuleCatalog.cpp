@@ -36,8 +36,11 @@ constexpr std::array kRows{
               translatable("Files for developers in applications, and clutter in folders you name"), 5, kDevJunk},
     ModuleRow{"widgets", translatable("Extensions"),
               translatable("What widgets and programs that are gone left behind"), 6, kWidgets},
-    ModuleRow{"uninstaller", translatable("Application Uninstaller"),
-              translatable("Applications with everything that belongs to them"), 7, {}},
+    ModuleRow{"uninstaller",
+              translatable("Application Uninstaller"),
+              translatable("Applications with everything that belongs to them"),
+              7,
+              {}},
     ModuleRow{"eraser", translatable("Quick Eraser"), translatable("Files and folders you name"), 8, {}},
 };
 

@@ -173,11 +173,13 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     erase->add_flag("--dry-run", line.isDryRun, "Show what would be removed, and remove nothing");
     erase->add_flag("--yes", line.saysYes, "Remove without asking");
 
-    auto* uninstall =
-        add(Command::Uninstall, "uninstall",
-            "Remove applications, packages and extensions with everything that belongs to them");
+    auto* uninstall = add(Command::Uninstall, "uninstall",
+                          "Remove applications, packages and extensions with everything that belongs to them");
     addJson(uninstall);
-    uninstall->add_option("PATH", line.operands, "Applications, packages, or folders of them; widgets, preference panes, plug-ins")->required();
+    uninstall
+        ->add_option("PATH", line.operands,
+                     "Applications, packages, or folders of them; widgets, preference panes, plug-ins")
+        ->required();
     uninstall->add_flag("--dry-run", line.isDryRun, "Show what would be removed, and remove nothing");
     uninstall->add_flag("--yes", line.saysYes, "Remove without asking; other questions get their safe answers");
 

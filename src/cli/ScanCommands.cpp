@@ -208,7 +208,10 @@ ExitCode runErase(Session& session) {
                   << "\n";
     auto& eraser = moduleNamed(session, "eraser");
     return removeNamedItems(
-        session, [&](const auto& paths) { return ItemsByModule{{&eraser, paths}}; },
+        session,
+        [&](const auto& paths) {
+            return ItemsByModule{{&eraser, paths}};
+        },
         [&](const auto&) { session.removeChecked(); });
 }
 

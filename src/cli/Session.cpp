@@ -45,8 +45,9 @@ Result<std::unique_ptr<Session>> Session::open(const CommandLine& line) {
 
 Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogLog> log)
     : m_commandLine(line), m_log(std::move(log)), m_alerts(m_terminal, line.wantsJson),
-      m_application(std::move(target), {m_loop, m_alerts, m_notifications, *m_log, line.pace, besideProgram("libexec"),
-                                        besideProgram("share"), asksForRightsElsewhere(m_terminal), showLanguagePreferences}),
+      m_application(std::move(target),
+                    {m_loop, m_alerts, m_notifications, *m_log, line.pace, besideProgram("libexec"),
+                     besideProgram("share"), asksForRightsElsewhere(m_terminal), showLanguagePreferences}),
       m_app(m_application, m_watchers, *m_log, line.arguments) {
     m_app.start(ADApp::Face::Terminal);
     auto& center = m_application.notifications();

@@ -278,7 +278,7 @@ void ScanController::startRemoveProcess() {
         return;
     if (m_removeThread.joinable())
         m_removeThread.join();
-    joinScanThreads(); // here and not by the removal's thread: the scan's last message may be waiting for us
+    joinScanThreads();  // here and not by the removal's thread: the scan's last message may be waiting for us
     refreshInterface(); // that message would have done so, and the rows say what takes part
     m_helpers.statistics.startRun();
     m_helpers.authorisation.startRun();

@@ -38,6 +38,8 @@ class ScanObject final {
     bool check();
 
     [[nodiscard]] const std::string& name() const { return m_name; }
+    /// What the module is for.
+    [[nodiscard]] const std::string& purpose() const { return m_description; }
     /// The module's own status where it has one.
     [[nodiscard]] std::string description() const;
     [[nodiscard]] Icon icon() const { return m_icon == Icon::None ? Icon::GenericFolder : m_icon; }

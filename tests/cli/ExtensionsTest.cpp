@@ -93,9 +93,14 @@ TEST_F(CliExtensionsTest, LeftoversOfWidgetsAndProgramsGoAndNothingElse) {
 }
 
 TEST_F(CliExtensionsTest, NamedExtensionsAreUninstalledTogetherWithApplications) {
-    std::vector<std::string> arguments{
-        "uninstall", "--json", "--dry-run", kWidget, kPane, kPlugin, "/Applications/Ledger.app",
-        "/Library/LaunchAgents/org.example.shell.plist"};
+    std::vector<std::string> arguments{"uninstall",
+                                       "--json",
+                                       "--dry-run",
+                                       kWidget,
+                                       kPane,
+                                       kPlugin,
+                                       "/Applications/Ledger.app",
+                                       "/Library/LaunchAgents/org.example.shell.plist"};
     const auto before = everything();
     const auto shown = json(arguments);
     EXPECT_TRUE(everything() == before);

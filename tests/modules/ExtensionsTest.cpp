@@ -121,8 +121,7 @@ TEST_F(ExtensionsTest, PluginsAreListedByKind) {
     writeList("/Library/LaunchDaemons/d.plist", {{"Label", "d"}});
     writeList("/Users/sam/Library/LaunchAgents/a.plist", {{"Label", "a"}});
     m_world.target.makeBundle("/Applications/Item.app", {{"CFBundleName", "The Item"}});
-    m_loginItems.writeLoginItemsList({loginItem("/Applications/Item.app"),
-                                      loginItem("/gone/Other.app"), 17});
+    m_loginItems.writeLoginItemsList({loginItem("/Applications/Item.app"), loginItem("/gone/Other.app"), 17});
     select(ExtensionsScanController::kPluginsTab);
     EXPECT_EQ(listed(), "[x] Safari plugins 8000\n  [x] Player 4000\n  [x] Player 4000\n"
                         "[x] Screen Savers 8000\n  [x] Drift 8000\n"
@@ -135,7 +134,8 @@ TEST_F(ExtensionsTest, PluginsAreListedByKind) {
     for (const char* gone : {"/Library/Internet Plug-ins/Player.plugin", "/Library/LaunchDaemons/d.plist",
                              "/Users/sam/Library/LaunchAgents/a.plist", "/Library/Dictionaries/Any folder"})
         EXPECT_FALSE(m_world.exists(gone)) << gone;
-    for (const char* kept : {"/Applications/Item.app", "/Library/Services/notes.plist", "/Library/Dictionaries/plain.txt"})
+    for (const char* kept :
+         {"/Applications/Item.app", "/Library/Services/notes.plist", "/Library/Dictionaries/plain.txt"})
         EXPECT_TRUE(m_world.exists(kept)) << kept;
     EXPECT_EQ(m_loginItems.loginItemsList().size(), 1U) << "an item is unregistered, its program stays";
 }

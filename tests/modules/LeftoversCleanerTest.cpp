@@ -39,9 +39,15 @@ TEST_F(LeftoversTest, OldPreferencesOfApplicationsThatAreGoneAreFound) {
     makeApplication("Foo", "com.example.Foo");
     makeApplication("Ärger", "");
     findApplications();
-    const std::vector<std::string> kept{"com.example.foo.plist",   "COM.EXAMPLE.FOO.helper.plist", "my foohelper.plist",
-                                        "com.apple.gone.plist",    "widget-gone.plist",            ".gone.plist",
-                                        "gone.xml",                "org.ärger.plist",              "loginwindow.plist",
+    const std::vector<std::string> kept{"com.example.foo.plist",
+                                        "COM.EXAMPLE.FOO.helper.plist",
+                                        "my foohelper.plist",
+                                        "com.apple.gone.plist",
+                                        "widget-gone.plist",
+                                        ".gone.plist",
+                                        "gone.xml",
+                                        "org.ärger.plist",
+                                        "loginwindow.plist",
                                         "com.brindle.Sweeply.plist"};
     for (const auto& name : kept)
         writePreference(name, 400);
@@ -79,8 +85,7 @@ TEST_F(LeftoversTest, LaunchAndLoginItemsWithoutProgramsAreFoundAndForgotten) {
     write("/Users/sam/Library/LaunchDaemons/damaged.plist", "bplist00");
     writeList("/Library/PrivilegedHelperTools/there.plist", {{"ProgramArguments", plist::Array{"/there"}}});
     write("/Library/LaunchAgents/readme.txt");
-    m_loginItems.writeLoginItemsList({loginItem("/gone.app"),
-                                      loginItem("/there"), plist::Dictionary(), "x"});
+    m_loginItems.writeLoginItemsList({loginItem("/gone.app"), loginItem("/there"), plist::Dictionary(), "x"});
     auto leftovers = cleaner();
     EXPECT_EQ(leftovers.allLaunchFiles().size(), 4U);
     EXPECT_THAT(names(leftovers.getLaunchFilesToRemove()),

@@ -35,8 +35,12 @@ TEST_F(WidgetsGarbageTest, PreferencesOfWidgetsThatAreGoneGo) {
     writeList("/Users/sam/Library/Widgets/D.wdgt/Info.plist", {{"CFBundleIdentifier", ""}});
     write("/Users/sam/Library/Widgets/E.wdgt/Info.plist", "<plist>");
     const std::vector<std::string> gone{"widget-org.c.plist", "my widget-org.e.plist", "widget-x.plist"};
-    const std::vector<std::string> kept{"widget-com.apple.widget.a.plist", "widget-org.b.sub.plist", "org.c.plist",
-                                        "widget-org.c", "Widget-org.c.plist", "ByHost/widget-org.c.plist"};
+    const std::vector<std::string> kept{"widget-com.apple.widget.a.plist",
+                                        "widget-org.b.sub.plist",
+                                        "org.c.plist",
+                                        "widget-org.c",
+                                        "Widget-org.c.plist",
+                                        "ByHost/widget-org.c.plist"};
     for (const auto& name : gone)
         write(preference(name));
     for (const auto& name : kept)
@@ -75,15 +79,15 @@ TEST_F(WidgetsGarbageTest, WhatStartsProgramsThatAreGoneGoes) {
     writeList(agents + "away.plist", {{"Program", "/Volumes/Stick/program"}});
     writeList(daemons + "there.plist", {{"ProgramArguments", arguments("/there/link")}});
     writeList(daemons + "tool.plist", {{"ProgramArguments", arguments("tool")}});
-    writeList(daemons + "own.plist",
-              {{"ProgramArguments", arguments("own tool")},
-               {"EnvironmentVariables", plist::Dictionary(std::vector<plist::Dictionary::Member>{{"PATH", "/own/bin"}})}});
+    writeList(
+        daemons + "own.plist",
+        {{"ProgramArguments", arguments("own tool")},
+         {"EnvironmentVariables", plist::Dictionary(std::vector<plist::Dictionary::Member>{{"PATH", "/own/bin"}})}});
     writeList(daemons + "nothing.plist", {{"ProgramArguments", plist::Array{}}});
     write(daemons + "damaged.plist", "bplist00");
     write(daemons + "inner/deep.plist", "bplist00");
-    m_loginItems.writeLoginItemsList({loginItem("/gone.app"),
-                                      loginItem("/there"), "no dictionary",
-                                      loginItem("/Volumes/Stick/x.app")});
+    m_loginItems.writeLoginItemsList(
+        {loginItem("/gone.app"), loginItem("/there"), "no dictionary", loginItem("/Volumes/Stick/x.app")});
     m_world.scan();
     std::vector<std::string> listed;
     for (const auto& node : m_module->rootNode()->childAtIndex(0)->children())
@@ -93,8 +97,8 @@ TEST_F(WidgetsGarbageTest, WhatStartsProgramsThatAreGoneGoes) {
     EXPECT_THAT(m_problems, Contains(HasSubstr("damaged.plist: ")));
     EXPECT_THAT(m_problems, Contains(HasSubstr("nothing.plist: names no program")));
     m_world.remove();
-    for (const auto& name : {agents + "gone.plist", agents + "dangling.plist", daemons + "gone too.plist",
-                             daemons + "bare.plist"})
+    for (const auto& name :
+         {agents + "gone.plist", agents + "dangling.plist", daemons + "gone too.plist", daemons + "bare.plist"})
         EXPECT_FALSE(m_world.exists(name)) << name;
     for (const auto& name : {agents + "away.plist", daemons + "there.plist", daemons + "tool.plist",
                              daemons + "own.plist", daemons + "nothing.plist", daemons + "damaged.plist"})

@@ -46,8 +46,8 @@ void ADUninstallControllerView::analyzeFile(const std::string& path) {
 void ADUninstallControllerView::startUninstallation() {
     Alert alert;
     alert.title = localizedString("Uninstall selected objects?");
-    alert.text = localizedString(
-        "Are you sure you want to uninstall selected objects? Uninstalled objects cannot be restored.");
+    alert.text =
+        localizedString("Are you sure you want to uninstall selected objects? Uninstalled objects cannot be restored.");
     alert.buttons = {localizedButton("Yes"), localizedButton("Cancel")};
     alert.safeButton = 1;
     if (m_parts.alerts.runAlert(alert).button == 0)

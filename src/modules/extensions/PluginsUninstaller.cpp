@@ -19,8 +19,8 @@ namespace sweeply {
 namespace {
 
 constexpr std::array<std::string_view, 14> pluginExtensions{
-    "plugin",     "webplugin", "component", "bundle",      "mdimporter", "qlgenerator", "saver",
-    "dictionary", "dict",      "mailbundle", "service",    "workflow",   "growlTicket", "osax"};
+    "plugin",     "webplugin", "component",  "bundle",  "mdimporter", "qlgenerator", "saver",
+    "dictionary", "dict",      "mailbundle", "service", "workflow",   "growlTicket", "osax"};
 
 bool isOfStartup(const PluginCategory& category) { return category.displayName == kStartupItems; }
 

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "engine/tree/Icon.h"
+
+#include <QIcon>
+#include <cstdint>
+
+/// Our own drawings, sharp at every size. Main thread.
+namespace sweeply::drawings {
+
+[[nodiscard]] QIcon application();
+/// A row of the module list, by its view code.
+[[nodiscard]] QIcon module(std::uint8_t viewCode);
+[[nodiscard]] QIcon iconFor(Icon icon);
+/// A bundle that brings no picture of its own.
+[[nodiscard]] QIcon bundle();
+[[nodiscard]] QIcon document();
+[[nodiscard]] QIcon lock(bool isOpen);
+
+} // namespace sweeply::drawings

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "engine/ScanController.h"
+
+#include <QListWidget>
+#include <functional>
+
+namespace sweeply {
+
+/// The list of modules on the left: check box, picture, name and live figures of each, under two headings. Main thread.
+class ModuleList final : public QListWidget {
+  public:
+    /// `controller` outlives this. `show` is told of the row to show, by its view code.
+    ModuleList(ScanController& controller, SizeUnits units, std::function<void(std::uint8_t)> show);
+
+    /// Takes over marks, sizes and progress.
+    void refresh();
+    void select(std::uint8_t viewCode);
+
+  private:
+    void addHeading(const char* title);
+    QListWidgetItem* addRow(std::uint8_t viewCode, const QString& name);
+    [[nodiscard]] ScanObject* rowOf(const QListWidgetItem& item) const;
+
+    ScanController& m_controller;
+    const SizeUnits m_units;
+    const std::function<void(std::uint8_t)> m_show;
+    bool m_isRefreshing = false;
+};
+
+} // namespace sweeply

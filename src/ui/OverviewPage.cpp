@@ -1,0 +1,193 @@
+#include "ui/OverviewPage.h"
+
+#include "platform/Localization.h"
+#include "ui/Text.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QStorageInfo>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+namespace sweeply {
+
+namespace {
+
+QString sizeText(std::uint64_t bytes, SizeUnits units) {
+    return QString::fromStdString(stringSizeFromLong(bytes, units));
+}
+
+QLabel* titled(const QString& text, double scale, bool isBold) {
+    auto* label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    auto font = label->font();
+    font.setPointSizeF(font.pointSizeF() * scale);
+    font.setBold(isBold);
+    label->setFont(font);
+    return label;
+}
+
+const QColor kUsed(0x3f, 0x7a, 0xd8);
+const QColor kFound(0xd2, 0x62, 0x2f);
+
+} // namespace
+
+/// A ring: what is used of the disk, what of that could be freed, and what is free.
+class OverviewPage::DiskChart final : public QWidget {
+  public:
+    DiskChart() {
+        setMinimumSize(240, 240);
+        setAccessibleName(localized("Disk"));
+    }
+    void setFigures(std::uint64_t total, std::uint64_t used, std::uint64_t found, SizeUnits units) {
+        m_total = total;
+        m_used = used;
+        m_found = std::min(found, used);
+        m_text = total == 0
+                     ? QString()
+                     : QString::fromStdString(localizedFormat(
+                           "%@ of %@ used", {stringSizeFromLong(used, units), stringSizeFromLong(total, units)}));
+        setAccessibleDescription(m_text);
+        update();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const int side = std::min(width(), height()) - 40;
+        const QRectF ring((width() - side) / 2.0, (height() - side) / 2.0, side, side);
+        QColor free = palette().color(QPalette::Text);
+        free.setAlphaF(0.12F);
+        constexpr int kWholeTurn = 360 * 16;
+        const auto arc = [&](const QColor& colour, double from, double share) {
+            painter.setPen(QPen(colour, side * 0.13, Qt::SolidLine, Qt::FlatCap));
+            painter.drawArc(ring, 90 * 16 - static_cast<int>(from * kWholeTurn), -static_cast<int>(share * kWholeTurn));
+        };
+        arc(free, 0, 1);
+        if (m_total > 0) {
+            const double total = static_cast<double>(m_total);
+            const double found = static_cast<double>(m_found) / total;
+            const double used = static_cast<double>(m_used) / total;
+            arc(kFound, 0, found);
+            arc(kUsed, found, used - found);
+            painter.setPen(palette().color(QPalette::Text));
+            auto font = painter.font();
+            font.setPointSizeF(font.pointSizeF() * 1.9);
+            font.setBold(true);
+            painter.setFont(font);
+            painter.drawText(ring.adjusted(0, -16, 0, -16), Qt::AlignCenter,
+                             QStringLiteral("%1 %").arg(static_cast<int>(used * 100 + 0.5)));
+            font.setPointSizeF(font.pointSizeF() / 2.1);
+            font.setBold(false);
+            painter.setFont(font);
+            painter.drawText(ring.adjusted(34, 24, -34, 24), Qt::AlignCenter | Qt::TextWordWrap, m_text);
+        }
+    }
+
+  private:
+    std::uint64_t m_total = 0;
+    std::uint64_t m_used = 0;
+    std::uint64_t m_found = 0;
+    QString m_text;
+};
+
+/// A bar for each module.
+class OverviewPage::FindingsChart final : public QWidget {
+  public:
+    FindingsChart() { setAccessibleName(localized("What could be freed")); }
+    void setParts(std::vector<std::pair<QString, std::uint64_t>> parts, SizeUnits units) {
+        m_parts = std::move(parts);
+        m_units = units;
+        QStringList texts;
+        for (const auto& [name, bytes] : m_parts)
+            texts << name + QStringLiteral(": ") + sizeText(bytes, units);
+        setAccessibleDescription(texts.join(QStringLiteral(", ")));
+        setMinimumHeight(static_cast<int>(m_parts.size()) * rowHeight());
+        update();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        std::uint64_t most = 1;
+        for (const auto& part : m_parts)
+            most = std::max(most, part.second);
+        int top = 0;
+        for (const auto& [name, bytes] : m_parts) {
+            const QRect row(0, top, width(), rowHeight());
+            painter.setPen(palette().color(QPalette::Text));
+            painter.drawText(row.adjusted(0, 2, 0, -16), Qt::AlignLeft | Qt::AlignVCenter, name);
+            painter.drawText(row.adjusted(0, 2, 0, -16), Qt::AlignRight | Qt::AlignVCenter, sizeText(bytes, m_units));
+            QRectF bar(0, top + rowHeight() - 15, width(), 7);
+            QColor track = palette().color(QPalette::Text);
+            track.setAlphaF(0.10F);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(track);
+            painter.drawRoundedRect(bar, 3.5, 3.5);
+            bar.setWidth(bar.width() * static_cast<double>(bytes) / static_cast<double>(most));
+            painter.setBrush(kFound);
+            painter.drawRoundedRect(bar, 3.5, 3.5);
+            top += rowHeight();
+        }
+    }
+
+  private:
+    [[nodiscard]] int rowHeight() const { return fontMetrics().height() + 24; }
+
+    std::vector<std::pair<QString, std::uint64_t>> m_parts;
+    SizeUnits m_units = SizeUnits::Decimal;
+};
+
+OverviewPage::OverviewPage(Application& application)
+    : m_application(application), m_lastScan(new QLabel), m_freed(new QLabel), m_disk(new DiskChart),
+      m_findings(new FindingsChart) {
+    const auto& target = application.target();
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(28, 20, 28, 20);
+    all->addWidget(titled(localized("My Mac"), 1.7, true));
+    all->addWidget(titled(QString::fromStdString(localizedFormat(
+                              "Mac OS X %@, %@'s files in %@",
+                              {target.version.productVersion(), target.folders.userName, target.files->rootPath()})),
+                          1.0, false));
+    auto* charts = new QHBoxLayout;
+    charts->setSpacing(36);
+    charts->addWidget(m_disk, 2);
+    auto* findings = new QVBoxLayout;
+    findings->addWidget(titled(localized("What could be freed"), 1.15, true));
+    findings->addWidget(m_findings);
+    findings->addStretch(1);
+    charts->addLayout(findings, 3);
+    all->addSpacing(16);
+    all->addLayout(charts);
+    all->addStretch(1);
+    all->addWidget(m_lastScan);
+    all->addWidget(m_freed);
+    refresh();
+}
+
+void OverviewPage::refresh() {
+    const auto& controller = m_application.scanController();
+    const auto units = m_application.units();
+    std::vector<std::pair<QString, std::uint64_t>> parts;
+    for (const auto& row : controller.rows()) {
+        if (row->correspondingScanController()->workMode() == WorkMode::Cleaner && row->viewName() <= 6)
+            parts.emplace_back(QString::fromStdString(row->name()), row->size());
+    }
+    m_findings->setParts(std::move(parts), units);
+    const QStorageInfo disk(QString::fromStdString(m_application.target().files->rootPath()));
+    if (disk.isValid())
+        m_disk->setFigures(static_cast<std::uint64_t>(disk.bytesTotal()),
+                           static_cast<std::uint64_t>(disk.bytesTotal() - disk.bytesFree()), controller.foundSize(),
+                           units);
+    const auto lastScan = controller.lastScannedOn();
+    m_lastScan->setText(lastScan.empty() ? localized("Nothing was scanned yet. Press Scan to see what could be freed.")
+                                         : QString::fromStdString(localizedFormat("Last scan: %@", {lastScan})));
+    m_freed->setText(
+        QString::fromStdString(localizedFormat("Freed so far: %@", {m_application.statistics().totalSizeSaved()})));
+}
+
+} // namespace sweeply

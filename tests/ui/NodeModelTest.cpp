@@ -1,0 +1,106 @@
+#include "ui/NodeModel.h"
+
+#include "engine/FakeModule.h"
+#include "engine/TestWorld.h"
+#include "ui/Pictures.h"
+#include "ui/Text.h"
+
+#include <QAbstractItemModelTester>
+#include <QTreeView>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace sweeply {
+namespace {
+
+class NodeModelTest : public testing::Test {
+  protected:
+    NodeModelTest() {
+        m_module = &m_world.add(3, std::make_unique<FakeView>("key", m_world.services(), *m_world.coordinator));
+        m_model = std::make_unique<NodeModel>(*m_module, m_world.treeLock, SizeUnits::Decimal, m_pictures);
+    }
+    ~NodeModelTest() override {
+        m_model.reset();
+        m_world.end();
+    }
+    const Node& root() const { return *m_module->rootNode(); }
+    /// Does the model show exactly the tree below this node?
+    void expectShows(const Node& node, const QModelIndex& index = {}) {
+        ASSERT_EQ(m_model->rowCount(index), static_cast<int>(node.childrenCount()));
+        for (std::size_t row = 0; row < node.childrenCount(); ++row) {
+            const auto child = m_model->index(static_cast<int>(row), 0, index);
+            ASSERT_EQ(m_model->nodeAt(child), node.childAtIndex(row));
+            ASSERT_EQ(m_model->parent(child), index);
+            expectShows(*node.childAtIndex(row), child);
+        }
+    }
+
+    TestWorld m_world;
+    Pictures m_pictures{m_world.files()};
+    FakeView* m_module = nullptr;
+    std::unique_ptr<NodeModel> m_model;
+};
+
+TEST_F(NodeModelTest, ShowsTheTreeAfterEveryChange) {
+    const QAbstractItemModelTester tester(m_model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    QTreeView view; // keeps indexes across the changes
+    view.setModel(m_model.get());
+    std::mt19937 random(4711);
+    const auto below = [&](std::size_t count) { return random() % count; };
+    for (int step = 0; step < 600; ++step) {
+        Node::Pointer place = m_module->rootNode();
+        while (place->childrenCount() > 0 && below(3) > 0) {
+            const auto child = place->childAtIndex(below(place->childrenCount()));
+            if (child->path().ends_with("leaf"))
+                break;
+            place = child;
+        }
+        switch (below(6)) {
+        case 0:
+        case 1:
+            for (std::size_t count = below(5); count > 0; --count)
+                place->addChild(
+                    FakeView::leaf("/" + std::to_string(step) + "." + std::to_string(count) + "leaf", step));
+            break;
+        case 2:
+            place->addChild(FakeView::group("group" + std::to_string(step), true, {}));
+            break;
+        case 3:
+            for (std::size_t count = below(4); count > 0 && place->childrenCount() > 0; --count)
+                place->removeChildAtIndex(below(place->childrenCount()));
+            break;
+        case 4:
+            m_model->sort(static_cast<int>(below(3)), below(2) ? Qt::AscendingOrder : Qt::DescendingOrder);
+            break;
+        default:
+            place->killChildren();
+        }
+        if (below(2))
+            view.expandAll();
+        m_model->update();
+        expectShows(root());
+    }
+}
+
+TEST_F(NodeModelTest, ClickOnABoxChecksAsTheEngineDoes) {
+    m_module->addChildNode(FakeView::group("group", true, {FakeView::leaf("/a", 1000), FakeView::leaf("/b", 2000)}));
+    m_model->update();
+    const auto group = m_model->index(0, 0);
+    const auto leaf = m_model->index(0, 0, group);
+    EXPECT_TRUE(m_model->setData(leaf, {}, Qt::CheckStateRole));
+    EXPECT_EQ(m_model->data(leaf, Qt::CheckStateRole).toInt(), Qt::Unchecked);
+    EXPECT_EQ(m_model->data(group, Qt::CheckStateRole).toInt(), Qt::PartiallyChecked);
+    EXPECT_EQ(utf8(m_model->data(m_model->index(0, NodeModel::Size), Qt::DisplayRole).toString()), "2.00 KB");
+    EXPECT_EQ(utf8(m_model->data(leaf, Qt::ToolTipRole).toString()), "/a");
+}
+
+TEST_F(NodeModelTest, NamesOfStrangersCannotBreakALine) {
+    m_module->addChildNode(FakeView::leaf("/a\nb\x1B[31m\xFF\u202E.txt", 1));
+    m_model->update();
+    const auto name = m_model->data(m_model->index(0, 0), Qt::DisplayRole).toString();
+    for (const QChar character : name)
+        EXPECT_TRUE(character.isPrint() || character == QChar::ReplacementCharacter) << int(character.unicode());
+}
+
+} // namespace
+} // namespace sweeply

@@ -1,0 +1,247 @@
+#include "ui/MainWindow.h"
+
+#include "cli/sample/SampleVolume.h"
+#include "platform/TestFolder.h"
+#include "ui/ResultPage.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QAction>
+#include <QApplication>
+#include <QDropEvent>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QToolBar>
+#include <QTreeView>
+#include <QUrl>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace sweeply {
+namespace {
+
+/// The whole program in a window that nobody sees, on the sample volume.
+class WindowTest : public testing::Test {
+  protected:
+    WindowTest() {
+        EXPECT_TRUE(writeSampleVolume(root(), 1));
+        m_window = std::make_unique<MainWindow>(m_desktop, std::vector<std::string>{"sweeply"});
+        EXPECT_TRUE(m_window->open({root(), {}, {}, {}}, {}));
+        m_window->show();
+    }
+    ~WindowTest() override { m_window.reset(); }
+
+    std::string root() const { return m_folder.path("volume"); }
+    ScanController& controller() { return m_window->session()->application().scanController(); }
+    bool isThere(const std::string& path) const { return std::filesystem::exists(root() + path); }
+    /// The tool with that title.
+    QAction* tool(const char* title) {
+        for (auto* action : m_window->findChild<QToolBar*>()->actions()) {
+            if (action->text() == QLatin1String(title))
+                return action;
+        }
+        ADD_FAILURE() << "no tool " << title;
+        return nullptr;
+    }
+    /// Unlike QTest::qWaitFor, answers waiting threads at once.
+    bool waitUntil(const std::function<bool()>& done) {
+        QElapsedTimer time;
+        QTimer looksAgain;
+        looksAgain.start(5);
+        for (time.start(); !done() && time.elapsed() < 60000;)
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        return done();
+    }
+    void scan() {
+        tool("Scan")->trigger();
+        EXPECT_TRUE(waitUntil([this] { return !controller().isScanning(); }));
+    }
+    /// Clicks the button with that title in the next dialog.
+    void answer(const QString& title) {
+        QTimer::singleShot(10, m_window.get(), [this, title] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box)
+                return answer(title); // not there yet
+            m_asked << box->text();
+            for (auto* button : box->buttons()) {
+                if (button->text() == title)
+                    return QTest::mouseClick(button, Qt::LeftButton);
+            }
+            ADD_FAILURE() << "no button " << title.toStdString();
+            box->reject();
+        });
+    }
+    ResultPage& page(std::uint8_t viewCode) {
+        m_window->showView(viewCode);
+        for (auto* candidate : m_window->findChildren<ResultPage*>()) {
+            if (&candidate->module() == controller().moduleForViewCode(viewCode))
+                return *candidate;
+        }
+        throw std::logic_error("no such page");
+    }
+    void drop(ResultPage& place, const std::string& hostPath) {
+        QMimeData files;
+        files.setUrls({QUrl::fromLocalFile(QString::fromStdString(hostPath))});
+        QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction | Qt::MoveAction, &files, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&place, &enter);
+        QDropEvent event(QPointF(9, 9), Qt::CopyAction | Qt::MoveAction, &files, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&place, &event);
+        EXPECT_TRUE(waitUntil([this] { return !controller().isScanning(); }));
+    }
+
+    TestFolder m_folder;
+    Desktop m_desktop;
+    std::unique_ptr<MainWindow> m_window;
+    QStringList m_asked;
+};
+
+TEST_F(WindowTest, PersonScansUnchecksPausesAndRemoves) {
+    scan();
+    auto& caches = page(1);
+    caches.model().update();
+    auto& model = caches.model();
+    const auto group = model.index(0, 0);
+    const auto first = model.index(0, 0, group);
+    const auto kept = model.nodeAt(first)->path();
+    model.setData(first, {}, Qt::CheckStateRole);
+    const auto found = controller().foundSize();
+    tool("Remove")->trigger();
+    tool("Pause")->trigger();
+    EXPECT_TRUE(controller().isPaused());
+    tool("Resume")->trigger();
+    ASSERT_TRUE(waitUntil([this] { return !controller().isRemoving(); }));
+    EXPECT_TRUE(isThere(kept));
+    EXPECT_FALSE(isThere("/Users/sam/Library/Caches/com.northbay.ledger"));
+    const auto freed = m_window->session()->application().statistics().currentRemovedAmountOfSpace();
+    EXPECT_EQ(freed, found);
+    QTest::qWait(250);
+    QStringList texts;
+    for (const auto* label : m_window->findChildren<QLabel*>())
+        texts << label->text();
+    const auto shownFreed = QString::fromStdString(stringSizeFromLong(freed, SizeUnits::Decimal));
+    EXPECT_TRUE(texts.filter(QStringLiteral("Freed now: ") + shownFreed).size() == 1);
+}
+
+TEST_F(WindowTest, DroppedApplicationIsUninstalledAndDroppedFileErased) {
+    auto& uninstaller = page(7);
+    drop(uninstaller, root() + "/Applications/Safari.app");
+    drop(uninstaller, root() + "/Applications/Ledger.app");
+    drop(uninstaller, "/etc/hostname");
+    EXPECT_EQ(uninstaller.module().filesFound(), 2U) << "what is not on the Mac is not taken";
+    answer(QStringLiteral("No"));
+    answer(QStringLiteral("Ok"));
+    tool("Uninstall")->trigger();
+    ASSERT_TRUE(waitUntil([this] { return !controller().isRemoving(); }));
+    EXPECT_EQ(m_asked.value(0), QStringLiteral("Deleting system application"));
+    EXPECT_TRUE(isThere("/Applications/Safari.app"));
+    EXPECT_FALSE(isThere("/Applications/Ledger.app"));
+    EXPECT_FALSE(isThere("/Users/sam/Library/Preferences/com.northbay.ledger.plist"));
+
+    auto& eraser = page(8);
+    drop(eraser, root() + "/Users/sam/Library/Cookies/Cookies.plist");
+    EXPECT_EQ(eraser.module().filesFound(), 1U);
+}
+
+TEST_F(WindowTest, ExtensionsAreListedOnTheirTabsAndGoOnlyAfterYes) {
+    m_window->showView(6);
+    auto* tabs = m_window->findChild<QTabWidget*>();
+    tabs->setCurrentIndex(1);
+    ASSERT_TRUE(waitUntil([this] { return !controller().isScanning(); }));
+    EXPECT_EQ(tool("Uninstall")->isEnabled(), true);
+    answer(QStringLiteral("Cancel"));
+    tool("Uninstall")->trigger();
+    EXPECT_TRUE(isThere("/Users/sam/Library/Widgets/Tides.wdgt"));
+    answer(QStringLiteral("Yes"));
+    tool("Uninstall")->trigger();
+    ASSERT_TRUE(waitUntil([this] { return !controller().isRemoving(); }));
+    EXPECT_FALSE(isThere("/Users/sam/Library/Widgets/Tides.wdgt"));
+    tabs->setCurrentIndex(0);
+    EXPECT_EQ(tool("Remove")->text(), QStringLiteral("Remove"));
+}
+
+TEST_F(WindowTest, FilterShowsWhatHasTheTextAndTheBoxesStillWork) {
+    scan();
+    auto& caches = page(1);
+    caches.model().update();
+    caches.findChild<QLineEdit*>()->setText(QStringLiteral("ledger"));
+    auto* shownModel = caches.outline().model();
+    ASSERT_EQ(shownModel->rowCount(), 1);
+    const auto group = shownModel->index(0, 0);
+    ASSERT_GE(shownModel->rowCount(group), 1);
+    const auto item = shownModel->index(0, 0, group);
+    EXPECT_TRUE(item.data().toString().contains(QStringLiteral("ledger"), Qt::CaseInsensitive));
+    EXPECT_TRUE(shownModel->setData(item, Qt::Unchecked, Qt::CheckStateRole));
+    EXPECT_EQ(item.data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
+    caches.findChild<QLineEdit*>()->clear();
+    EXPECT_EQ(caches.outline().model(), &caches.model());
+}
+
+TEST_F(WindowTest, InterfaceIsNeverBlockedByAScan) {
+    constexpr int kItems = 20000;
+    for (int item = 0; item < kItems; ++item)
+        m_folder.makeFile("volume/Users/sam/Library/Caches/item" + std::to_string(item));
+    m_window->showView(1);
+    qint64 longest = 0;
+    QElapsedTimer sinceLast;
+    QTimer heartbeat;
+    heartbeat.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
+        longest = std::max(longest, sinceLast.elapsed());
+        sinceLast.start();
+    });
+    sinceLast.start();
+    heartbeat.start(1);
+    scan();
+    heartbeat.stop();
+    EXPECT_GT(controller().filesFound(), static_cast<std::uint64_t>(0));
+    RecordProperty("longestBlockMs", static_cast<int>(longest));
+#if defined(NDEBUG)
+    EXPECT_LT(longest, 50) << "milliseconds";
+#else
+    EXPECT_LT(longest, 500) << "milliseconds, in a build for debugging";
+#endif
+}
+
+TEST_F(WindowTest, TargetThatDisappearsIsNoCrash) {
+    std::filesystem::rename(root(), root() + ".away");
+    std::filesystem::remove_all(root() + ".away/Users");
+    scan();
+    m_window->showView(3);
+    SUCCEED();
+}
+
+TEST_F(WindowTest, EveryControlHasANameForThoseWhoCannotSeeIt) {
+    scan();
+    QStringList unnamed;
+    for (const auto* widget : m_window->findChildren<QWidget*>()) {
+        if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisibleTo(m_window.get()) ||
+            widget->objectName().startsWith(QStringLiteral("qt_")))
+            continue;
+        auto* accessible = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+        if (accessible && accessible->text(QAccessible::Name).isEmpty())
+            unnamed << QString::fromLatin1(widget->metaObject()->className());
+    }
+    EXPECT_TRUE(unnamed.isEmpty()) << unnamed.join(QStringLiteral(", ")).toStdString();
+}
+
+TEST(StartTest, WithoutAMacTheWindowAsksForOne) {
+    Desktop desktop;
+    MainWindow window(desktop, {"sweeply"});
+    EXPECT_TRUE(window.open({"/nothing", {}, {}, {}}, {}));
+    window.show();
+    EXPECT_EQ(window.session(), nullptr);
+    QStringList texts;
+    for (const auto* label : window.findChildren<QLabel*>())
+        texts << label->text();
+    EXPECT_EQ(texts.filter(QStringLiteral("/nothing: ")).size(), 1);
+}
+
+} // namespace
+} // namespace sweeply
