@@ -4,20 +4,20 @@ namespace sweeply {
 
 void ActionButtons::showMode(WorkMode mode) {
     if (mode == WorkMode::Cleaner)
-        remove = {"Remove", Action::Remove, remove.isEnabled};
+        remove = {translatableButton("Remove"), Action::Remove, remove.isEnabled};
     else
-        remove = {"Uninstall", Action::Uninstall, remove.isEnabled};
+        remove = {translatableButton("Uninstall"), Action::Uninstall, remove.isEnabled};
 }
 
 void ActionButtons::showScanning(bool canPause) {
-    scan = {"Stop Scan", Action::StopScan, true};
+    scan = {translatableButton("Stop Scan"), Action::StopScan, true};
     pause.isEnabled = canPause;
 }
 
 void ActionButtons::showRemoving() {
     scan.isEnabled = false;
     pause.isEnabled = true;
-    remove = {"Stop clean", Action::StopRemoval, true};
+    remove = {translatableButton("Stop clean"), Action::StopRemoval, true};
 }
 
 void ActionButtons::showStopping() {
@@ -27,8 +27,8 @@ void ActionButtons::showStopping() {
 }
 
 void ActionButtons::showIdle(WorkMode mode) {
-    scan = {"Scan", Action::StartScan, mode == WorkMode::Cleaner};
-    pause = {"Pause", Action::PauseScan, false};
+    scan = {translatableButton("Scan"), Action::StartScan, mode == WorkMode::Cleaner};
+    pause = {translatableButton("Pause"), Action::PauseScan, false};
     showMode(mode);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/ScanControllerProtocol.h"
+#include "platform/Localization.h"
 
 #include <string>
 
@@ -17,14 +18,14 @@ struct ActionButton {
 
 /// The three buttons that run the program, as a person sees them. The coordinator sets them, a window draws them.
 struct ActionButtons {
-    ActionButton scan{"Scan", Action::StartScan, true};
-    ActionButton pause{"Pause", Action::PauseScan, false};
-    ActionButton remove{"Remove", Action::Remove, false};
+    ActionButton scan{translatableButton("Scan"), Action::StartScan, true};
+    ActionButton pause{translatableButton("Pause"), Action::PauseScan, false};
+    ActionButton remove{translatableButton("Remove"), Action::Remove, false};
 
     void showMode(WorkMode mode);
     /// A scan, or the analysis of dropped files, which cannot be paused, begins.
     void showScanning(bool canPause);
-    void showPaused(bool paused) { pause.title = paused ? "Resume" : "Pause"; }
+    void showPaused(bool paused) { pause.title = paused ? translatableButton("Resume") : translatableButton("Pause"); }
     void showRemoving();
     /// A stop was asked for and has not happened yet.
     void showStopping();

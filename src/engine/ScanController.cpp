@@ -134,7 +134,7 @@ void ScanController::gotoCleanerMode() {
     m_workMode = WorkMode::Cleaner;
     m_buttons.showMode(m_workMode);
     if (!ifScanRunning() && !ifCleanRunning() && !m_stopping) {
-        m_buttons.scan = {"Scan", Action::StartScan, true};
+        m_buttons.scan = {translatableButton("Scan"), Action::StartScan, true};
         enableRemoveButton();
     }
     showButtons();

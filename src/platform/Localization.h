@@ -46,10 +46,12 @@ class FormatArgument final {
 void bindTextDomain(const std::string& directory);
 
 [[nodiscard]] std::string localizedString(std::string_view key);
-/// Marks a key that goes to localizedString in a variable, so that script/update-po finds it where it is written.
-constexpr const char* translatable(const char* key) { return key; }
 /// The same for the title of a button, which may need another word than the same text elsewhere.
 [[nodiscard]] std::string localizedButton(std::string_view key);
+/// Marks a key that goes to localizedString in a variable, so that script/update-po finds it where it is written.
+constexpr const char* translatable(const char* key) { return key; }
+/// The same for a key that goes to localizedButton.
+constexpr const char* translatableButton(const char* key) { return key; }
 
 /// Fills in the arguments, without regard to any language. Numbers look the same everywhere: sizes and versions are
 /// read by programs too.

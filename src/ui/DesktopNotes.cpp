@@ -15,9 +15,9 @@ void DesktopNotes::show(const DesktopNotification& notification) {
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     // The body may be read as markup.
     const auto body = QString::fromStdString(notification.description).toHtmlEscaped();
-    message << QStringLiteral("Sweeply") << 0U << QStringLiteral("sweeply")
+    message << QStringLiteral("Sweeply") << 0U << QStringLiteral("com.brindle.Sweeply")
             << QString::fromStdString(notification.title) << body << QStringList()
-            << QVariantMap{{QStringLiteral("desktop-entry"), QStringLiteral("sweeply")},
+            << QVariantMap{{QStringLiteral("desktop-entry"), QStringLiteral("com.brindle.Sweeply")},
                            {QStringLiteral("category"), QString::fromStdString(notification.name)}}
             << -1;
     QDBusConnection::sessionBus().asyncCall(message);

@@ -1,5 +1,6 @@
 #include "ui/DraggedFilesDialog.h"
 
+#include "platform/Localization.h"
 #include "ui/Text.h"
 
 #include <QLabel>
@@ -23,11 +24,11 @@ DraggedFilesDialog::DraggedFilesDialog(DraggedFilesController& files, QWidget* p
         buttons->addWidget(button);
         connect(button, &QPushButton::clicked, this, [this, choice] { (m_files.*choice)(); });
     };
-    add("Uninstall", &DraggedFilesController::uninstallApps);
-    add("Slim", &DraggedFilesController::slimApps);
-    add("Erase", &DraggedFilesController::quickRemove);
+    add(translatableButton("Uninstall"), &DraggedFilesController::uninstallApps);
+    add(translatableButton("Slim"), &DraggedFilesController::slimApps);
+    add(translatableButton("Erase"), &DraggedFilesController::quickRemove);
     buttons->addStretch(1);
-    add("Cancel", &DraggedFilesController::close);
+    add(translatableButton("Cancel"), &DraggedFilesController::close);
     all->addLayout(buttons);
     connect(this, &QDialog::rejected, this, [this] { m_files.escapePressed(); });
     m_files.setView(this);

@@ -19,8 +19,8 @@ namespace sweeply {
 
 namespace {
 
-QLabel* explanation(const char* text) {
-    auto* label = new QLabel(localized(text));
+QLabel* explanation(const QString& text) {
+    auto* label = new QLabel(text);
     label->setWordWrap(true);
     return label;
 }
@@ -59,7 +59,7 @@ PreferencesDialog::PreferencesDialog(TargetSession& session, QWidget* parent) : 
 QWidget* PreferencesDialog::languagesPage() {
     auto* page = new QWidget;
     auto* column = new QVBoxLayout(page);
-    column->addWidget(explanation("Localizations in these languages stay. English always stays."));
+    column->addWidget(explanation(localized("Localizations in these languages stay. English always stays.")));
     auto* list = new QListWidget;
     list->setAccessibleName(localized("Languages to keep"));
     auto& keepList = m_session.application().languageKeepList();
@@ -80,7 +80,7 @@ QWidget* PreferencesDialog::languagesPage() {
 QWidget* PreferencesDialog::modulesPage() {
     auto* page = new QWidget;
     auto* column = new QVBoxLayout(page);
-    column->addWidget(explanation("These take part in a scan."));
+    column->addWidget(explanation(localized("These take part in a scan.")));
     auto& defaults = m_session.application().defaults();
     for (const auto& row : scanModules()) {
         for (const auto& part : row.switches) {
@@ -100,7 +100,7 @@ QWidget* PreferencesDialog::modulesPage() {
 QWidget* PreferencesDialog::ignoredPage() {
     auto* page = new QWidget;
     auto* column = new QVBoxLayout(page);
-    column->addWidget(explanation("These applications are left alone by every scan."));
+    column->addWidget(explanation(localized("These applications are left alone by every scan.")));
     m_ignored = new QListWidget;
     m_ignored->setAccessibleName(localized("Applications to leave alone"));
     column->addWidget(m_ignored);
@@ -147,8 +147,8 @@ QWidget* PreferencesDialog::advancedPage() {
                     application.defaults().setBool(coordinator::kUseSecureErase, isOn);
                     application.scanController().setUseSecureErase(isOn);
                 });
-    column->addWidget(explanation("Disks with flash memory, snapshots and file systems that copy on writing may keep "
-                                  "old contents elsewhere."));
+    column->addWidget(explanation(localized("Disks with flash memory, snapshots and file systems that copy on writing may keep "
+                                  "old contents elsewhere.")));
     column->addSpacing(12);
     auto* agents = m_session.watcherAgents();
     const auto addWatcher = [&](const char* text, bool isOn, std::function<void(bool)> change) {
@@ -166,7 +166,7 @@ QWidget* PreferencesDialog::advancedPage() {
     addCleaner(translatable("Remove Windows' files from volumes that are mounted"), WatcherAgents::kCleanWinJunk);
     if (!agents)
         column->addWidget(
-            explanation("Watchers work on the Mac that the program runs on, and this is another one's volume."));
+            explanation(localized("Watchers work on the Mac that the program runs on, and this is another one's volume.")));
     column->addStretch(1);
     return page;
 }

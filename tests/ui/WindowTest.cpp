@@ -80,8 +80,9 @@ class WindowTest : public testing::Test {
     }
     ResultPage& page(std::uint8_t viewCode) {
         m_window->showView(viewCode);
-        for (auto* candidate : m_window->findChildren<ResultPage*>()) {
-            if (&candidate->module() == controller().moduleForViewCode(viewCode))
+        for (auto* widget : m_window->findChildren<QWidget*>()) {
+            auto* candidate = dynamic_cast<ResultPage*>(widget);
+            if (candidate && &candidate->module() == controller().moduleForViewCode(viewCode))
                 return *candidate;
         }
         throw std::logic_error("no such page");

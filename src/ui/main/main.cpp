@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("sweeply"));
     QApplication::setApplicationDisplayName(QStringLiteral("Sweeply"));
     QApplication::setOrganizationName(QStringLiteral("sweeply"));
-    QApplication::setDesktopFileName(QStringLiteral("sweeply"));
+    QApplication::setDesktopFileName(QStringLiteral("com.brindle.Sweeply"));
     QApplication::setWindowIcon(drawings::application());
     Desktop desktop;
     MainWindow window(desktop, arguments);
