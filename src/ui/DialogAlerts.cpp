@@ -3,13 +3,18 @@
 #include "ui/Text.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QThread>
 #include <vector>
 
 namespace sweeply {
 
 AlertAnswer DialogAlerts::runAlert(const Alert& alert) {
+    // The window is closing, and a worker makes its calls itself: nobody is there to be asked.
+    if (QThread::currentThread() != QCoreApplication::instance()->thread())
+        return {alert.safeButton, false, true};
     QMessageBox box(m_parent);
     box.setWindowModality(Qt::WindowModal);
     box.setIcon(alert.buttons.size() > 1               ? QMessageBox::Question

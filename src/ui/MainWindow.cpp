@@ -12,6 +12,7 @@
 #include "ui/Text.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
@@ -32,6 +33,7 @@ namespace sweeply {
 namespace {
 
 constexpr int kRefreshInterval = 100; // milliseconds
+constexpr int kMessageTime = 8000;    // milliseconds
 constexpr std::uint8_t kOverview = 0;
 constexpr std::uint8_t kExtensions = 6;
 constexpr std::uint8_t kUninstaller = 7;
@@ -115,8 +117,11 @@ void MainWindow::makeActions() {
 void MainWindow::makeMenus() {
     auto* file = menuBar()->addMenu(localized("&File"));
     file->addAction(localized("Choose Another Mac…"), this, [this] {
-        if (m_session && !m_session->quitController().applicationShouldTerminate())
+        const auto* controller = m_session ? &m_session->application().scanController() : nullptr;
+        if (controller && (controller->ifScanRunning() || controller->ifCleanRunning())) {
+            statusBar()->showMessage(localized("Stop what is running first."), kMessageTime);
             return;
+        }
         leaveTarget();
         m_central->setCurrentWidget(m_startPage);
     });
@@ -126,6 +131,12 @@ void MainWindow::makeMenus() {
     file->addAction(localized("&Quit"), QKeySequence::Quit, this, [this] { close(); });
     auto* run = menuBar()->addMenu(localized("&Run"));
     run->addActions({m_scan, m_pause, m_remove, m_lock});
+    run->addSeparator();
+    run->addAction(localized("&Copy How Much Was Freed"), this, [this] {
+        if (m_session)
+            QApplication::clipboard()->setText(QString::fromStdString(localizedFormat(
+                "Sweeply has cleaned %@ from your Mac!", {m_session->application().statistics().totalSizeSaved()})));
+    });
     auto* help = menuBar()->addMenu(localized("&Help"));
     help->addAction(localized("&About Sweeply"), this, [this] { about(); });
 }
@@ -209,7 +220,9 @@ void MainWindow::leaveTarget() {
     m_pageOfView.clear();
     m_resultPages.clear();
     m_session->application().scanController().setMainView(nullptr);
+    m_desktop.mainThread.close();
     m_session.reset();
+    m_desktop.mainThread.open();
     m_pictures.reset();
     m_figures->clear();
     m_currentItem->clear();
@@ -331,7 +344,7 @@ std::optional<std::string> MainWindow::targetPathOf(const QString& hostPath) {
         return utf8(path.mid(root.size()));
     statusBar()->showMessage(QString::fromStdString(localizedFormat("%@ does not lie on the Mac in %@",
                                                                     {utf8(shown(utf8(hostPath))), utf8(root)})),
-                             8000);
+                             kMessageTime);
     return std::nullopt;
 }
 

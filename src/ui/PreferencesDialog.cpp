@@ -147,8 +147,9 @@ QWidget* PreferencesDialog::advancedPage() {
                     application.defaults().setBool(coordinator::kUseSecureErase, isOn);
                     application.scanController().setUseSecureErase(isOn);
                 });
-    column->addWidget(explanation(localized("Disks with flash memory, snapshots and file systems that copy on writing may keep "
-                                  "old contents elsewhere.")));
+    column->addWidget(
+        explanation(localized("Disks with flash memory, snapshots and file systems that copy on writing may keep "
+                              "old contents elsewhere.")));
     column->addSpacing(12);
     auto* agents = m_session.watcherAgents();
     const auto addWatcher = [&](const char* text, bool isOn, std::function<void(bool)> change) {
@@ -165,8 +166,8 @@ QWidget* PreferencesDialog::advancedPage() {
     addCleaner(translatable("Remove the Finder's files from volumes that are mounted"), WatcherAgents::kCleanMacOSJunk);
     addCleaner(translatable("Remove Windows' files from volumes that are mounted"), WatcherAgents::kCleanWinJunk);
     if (!agents)
-        column->addWidget(
-            explanation(localized("Watchers work on the Mac that the program runs on, and this is another one's volume.")));
+        column->addWidget(explanation(
+            localized("Watchers work on the Mac that the program runs on, and this is another one's volume.")));
     column->addStretch(1);
     return page;
 }

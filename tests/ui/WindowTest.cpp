@@ -210,6 +210,17 @@ TEST_F(WindowTest, InterfaceIsNeverBlockedByAScan) {
 #endif
 }
 
+TEST_F(WindowTest, ClosedInTheMiddleOfARunItEndsAtOnce) {
+    tool("Scan")->trigger();
+    m_window.reset();
+    m_window = std::make_unique<MainWindow>(m_desktop, std::vector<std::string>{"sweeply"});
+    EXPECT_TRUE(m_window->open({root(), {}, {}, {}}, {}));
+    scan();
+    tool("Remove")->trigger();
+    m_window.reset(); // whose threads wait for it
+    EXPECT_TRUE(isThere("/Applications/Ledger.app"));
+}
+
 TEST_F(WindowTest, TargetThatDisappearsIsNoCrash) {
     std::filesystem::rename(root(), root() + ".away");
     std::filesystem::remove_all(root() + ".away/Users");
