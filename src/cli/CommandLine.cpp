@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 
 #include "appcore/CommandLineController.h"
+#include "cli/Completion.h"
 #include "cli/sample/SampleVolume.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
@@ -45,6 +46,7 @@ Commands:
   prefs [KEY [VALUE]]  list, read or set Sweeply's own settings
   size PATH...         say how much space files and folders take
   sample DIR           write a small Mac OS X volume to try things on
+  completion SHELL     print the lines that teach bash, zsh or fish these commands
   COMMAND --help       more about one of them
 
 )";
@@ -207,6 +209,12 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     addJson(size);
     size->add_option("PATH", line.operands, "Files and folders")->required();
 
+    app.add_subcommand("completion", "Print the lines that teach a shell our commands")
+        ->add_option("SHELL", line.operands, "bash, zsh or fish")
+        ->required()
+        ->check(CLI::IsMember({"bash", "zsh", "fish"}))
+        ->expected(1);
+
     auto* sample = add(Command::Sample, "sample", "Write a small Mac OS X volume to try things on");
     sample->add_option("DIR", line.operands, "A folder that is empty or not there yet")->required()->expected(1);
     sample->add_option("--scale", line.sampleScale, "Multiplies caches, logs and applications")
@@ -252,6 +260,10 @@ Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::strin
         return std::nullopt;
     } catch (const CLI::ParseError& error) {
         return complaint(std::string(error.what()));
+    }
+    if (app.got_subcommand("completion")) {
+        output << completionScript(app, line.operands.front());
+        return std::nullopt;
     }
     separatePaths(line);
     return line;

@@ -93,5 +93,16 @@ TEST_F(CliModulesTest, EraseRemovesNamedItemsAndOnlyThose) {
     EXPECT_TRUE(exists("/Users/sam/Library/Caches"));
 }
 
+TEST_F(CliTest, ShellsLearnTheCommandsThatThereAre) {
+    const auto bash = run({"completion", "bash"});
+    EXPECT_EQ(bash.exitStatus, 0);
+    for (const char* known : {"uninstall) words=\"--help --json --dry-run --yes\"", "dev-junk", "leftovers"})
+        EXPECT_NE(bash.output.find(known), std::string::npos) << known;
+    ProcessOptions options;
+    EXPECT_TRUE(runProcess("/bin/bash", {"-n", "-c", bash.output}, options)->succeeded());
+    EXPECT_NE(run({"completion", "fish"}).output.find("-a extensions -d 'List"), std::string::npos);
+    EXPECT_EQ(run({"completion", "csh"}).exitStatus, 2);
+}
+
 } // namespace
 } // namespace sweeply

@@ -2,6 +2,7 @@
 
 #include "cli/sample/SampleVolume.h"
 #include "platform/TestFolder.h"
+#include "ui/ProblemReport.h"
 #include "ui/ResultPage.h"
 
 #include <QAbstractButton>
@@ -22,7 +23,12 @@
 #include <QTreeView>
 #include <QUrl>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 
 namespace sweeply {
 namespace {
@@ -241,6 +247,22 @@ TEST_F(WindowTest, EveryControlHasANameForThoseWhoCannotSeeIt) {
             unnamed << QString::fromLatin1(widget->metaObject()->className());
     }
     EXPECT_TRUE(unnamed.isEmpty()) << unnamed.join(QStringLiteral(", ")).toStdString();
+}
+
+TEST(ProblemReportTest, UncaughtExceptionLeavesAReportToRead) {
+    const TestFolder folder;
+    const pid_t process = ::fork();
+    if (process == 0) {
+        reportUncaughtExceptions(folder.path("new/reports"), "1.2");
+        std::thread([] { throw std::runtime_error("what went wrong"); }).join();
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(process, &status, 0), process);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    std::string text;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path("new/reports")))
+        text += std::string(std::istreambuf_iterator<char>(std::ifstream(entry.path()).rdbuf()), {});
+    EXPECT_NE(text.find("What was thrown: what went wrong"), std::string::npos) << text;
 }
 
 TEST(StartTest, WithoutAMacTheWindowAsksForOne) {

@@ -2,8 +2,11 @@
 #include "platform/Localization.h"
 #include "ui/Drawings.h"
 #include "ui/MainWindow.h"
+#include "ui/ProblemReport.h"
+#include "ui/Text.h"
 
 #include <QApplication>
+#include <QStandardPaths>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -69,6 +72,7 @@ int main(int argc, char** argv) {
     QApplication::setOrganizationName(QStringLiteral("sweeply"));
     QApplication::setDesktopFileName(QStringLiteral("com.brindle.Sweeply"));
     QApplication::setWindowIcon(drawings::application());
+    reportUncaughtExceptions(utf8(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)), SWEEPLY_VERSION);
     Desktop desktop;
     MainWindow window(desktop, arguments);
     if (!window.open(request->target, request->files))
