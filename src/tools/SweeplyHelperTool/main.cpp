@@ -43,12 +43,13 @@ std::string homeFolder() {
 }
 
 int offerUninstallation(FileManager& files, SystemLog& log) {
-    const auto applications = helper::newlyTrashedApplications(files, homeFolder(), kPatience, log);
-    if (applications.empty())
-        return 0;
+    // First: what nobody could be told of must not count as dealt with.
     const auto bus = SessionBus::connect(log);
     if (!bus)
         return 1;
+    const auto applications = helper::newlyTrashedApplications(files, homeFolder(), kPatience, log);
+    if (applications.empty())
+        return 0;
     Result<void> told;
     if (bus->isOwned()) {
         told = bus->post({kUninstall, applications});
