@@ -5,6 +5,7 @@
 #include "ui/Drawings.h"
 #include "ui/InformationPanel.h"
 #include "ui/ModuleList.h"
+#include "ui/NewsLine.h"
 #include "ui/OverviewPage.h"
 #include "ui/PreferencesDialog.h"
 #include "ui/ResultPage.h"
@@ -75,6 +76,9 @@ MainWindow::MainWindow(Desktop& desktop, std::vector<std::string> arguments)
     m_currentItem->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(m_figures);
     statusBar()->addWidget(m_currentItem, 1);
+    auto* news = new NewsLine;
+    statusBar()->addPermanentWidget(news);
+    news->start();
     connect(&m_refreshing, &QTimer::timeout, this, [this] { refresh(); });
     resize(1080, 720);
     const QSettings settings;

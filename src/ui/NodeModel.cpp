@@ -229,7 +229,8 @@ bool NodeModel::setData(const QModelIndex& index, const QVariant&, int role) {
     if (role != Qt::CheckStateRole || m_module.ifScanRunning() || m_module.ifCleanRunning())
         return false;
     m_module.toggleOutlineItem(*nodeAt(index));
-    update();
+    emit dataChanged(index, index);
+    reloadData(); // for what is above and below it
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/ModuleCatalog.h"
 #include "engine/CoordinatorPreferences.h"
+#include "modules/ignorelist/IgnoreListPreferences.h"
 #include "platform/Localization.h"
 #include "ui/Text.h"
 
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSettings>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -150,6 +152,16 @@ QWidget* PreferencesDialog::advancedPage() {
     column->addWidget(
         explanation(localized("Disks with flash memory, snapshots and file systems that copy on writing may keep "
                               "old contents elsewhere.")));
+    column->addSpacing(12);
+    addCheckBox(*column, localized("Rest after each item, from the next start on, so that others can work meanwhile"),
+                QSettings().value(QLatin1String(kRestsBetweenItems)).toBool(),
+                [](bool isOn) { QSettings().setValue(QLatin1String(kRestsBetweenItems), isOn); });
+    const auto addSwitch = [&](const char* text, const char* key) {
+        addCheckBox(*column, localized(text), application.defaults().boolForKey(key),
+                    [&application, key](bool isOn) { application.defaults().setBool(key, isOn); });
+    };
+    addSwitch(translatable("Look for a newer shared ignore list at start"), ignorelist::kAutoUpdate);
+    addSwitch(translatable("Share the ignore list with its maker"), ignorelist::kSharingPermission);
     column->addSpacing(12);
     auto* agents = m_session.watcherAgents();
     const auto addWatcher = [&](const char* text, bool isOn, std::function<void(bool)> change) {

@@ -4,6 +4,7 @@
 #include "app/OwnProcess.h"
 #include "platform/TargetPath.h"
 
+#include <QSettings>
 #include <filesystem>
 #include <utility>
 
@@ -15,10 +16,18 @@ std::string besideProgram(const char* folder) {
     return error ? std::string() : (program.parent_path().parent_path() / folder / "sweeply").string();
 }
 
+namespace {
+
+Pace chosenPace() {
+    return QSettings().value(QLatin1String(kRestsBetweenItems)).toBool() ? Pace::gentle() : Pace::full();
+}
+
+} // namespace
+
 TargetSession::TargetSession(Target target, Desktop& desktop, std::vector<std::string> arguments, WindowHooks hooks)
     : m_desktop(desktop), m_hooks(std::move(hooks)),
       m_application(std::move(target),
-                    {desktop.mainThread, desktop.alerts, desktop.notes, desktop.log, Pace::full(),
+                    {desktop.mainThread, desktop.alerts, desktop.notes, desktop.log, chosenPace(),
                      besideProgram("libexec"), besideProgram("share"), false, m_hooks.showLanguagePreferences}),
       m_tools(besideProgram("libexec"), *m_application.target().files), m_tasks(m_tools, desktop.log),
       m_watcherAgents(m_application.target().files->isHostRoot()

@@ -27,6 +27,9 @@ struct Desktop {
     SyslogLog log;
 };
 
+/// Among the window's settings: does the work rest after each item, from the next time on that a target is opened?
+inline constexpr const char* kRestsBetweenItems = "restsBetweenItems";
+
 /// What the window does when the engine wants something of it.
 struct WindowHooks {
     std::function<void()> showUninstaller;

@@ -6,6 +6,8 @@
 #include "ui/Text.h"
 
 #include <QAbstractItemModelTester>
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QTreeView>
 #include <gtest/gtest.h>
 #include <random>
@@ -92,6 +94,38 @@ TEST_F(NodeModelTest, ClickOnABoxChecksAsTheEngineDoes) {
     EXPECT_EQ(m_model->data(group, Qt::CheckStateRole).toInt(), Qt::PartiallyChecked);
     EXPECT_EQ(utf8(m_model->data(m_model->index(0, NodeModel::Size), Qt::DisplayRole).toString()), "2.00 KB");
     EXPECT_EQ(utf8(m_model->data(leaf, Qt::ToolTipRole).toString()), "/a");
+}
+
+TEST_F(NodeModelTest, TwoHundredThousandRowsAreNoTrouble) {
+    constexpr int kRows = 200000;
+    QTreeView view;
+    view.setUniformRowHeights(true);
+    view.setModel(m_model.get());
+    view.show();
+    std::mt19937 random(1);
+    for (int row = 0; row < kRows; ++row)
+        m_module->addChildNode(FakeView::leaf("/folder/item " + std::to_string(row), random()));
+    const auto takes = [](const char* what, const std::function<void()>& action) {
+        QElapsedTimer time;
+        time.start();
+        action();
+        QCoreApplication::processEvents();
+        RecordProperty(what, static_cast<int>(time.elapsed()));
+    };
+    takes("updateMs", [&] { m_model->update(); });
+    takes("scrollMs", [&] { view.scrollTo(m_model->index(kRows - 1, 0)); });
+    takes("toggleMs", [&] { m_model->setData(m_model->index(kRows / 2, 0), {}, Qt::CheckStateRole); });
+    takes("sortMs", [&] { m_model->sort(NodeModel::Size, Qt::AscendingOrder); });
+    ASSERT_EQ(m_model->rowCount(), kRows);
+    EXPECT_LE(m_model->nodeAt(m_model->index(0, 0))->longSize(),
+              m_model->nodeAt(m_model->index(kRows - 1, 0))->longSize());
+    takes("removeMs", [&] {
+        const auto all = root().children();
+        for (int row = 0; row < kRows / 4; ++row)
+            m_module->removeNodeOnMainThread(*all[static_cast<std::size_t>(row)]);
+        m_model->update();
+    });
+    EXPECT_EQ(m_model->rowCount(), kRows - kRows / 4);
 }
 
 TEST_F(NodeModelTest, NamesOfStrangersCannotBreakALine) {
