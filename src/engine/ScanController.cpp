@@ -329,8 +329,10 @@ void ScanController::startGlobalRemoveThread() {
         for (const auto& row : m_rows) {
             if (m_stopped)
                 break;
-            if (row->checked() && row->correspondingScanController())
-                row->correspondingScanController()->startClean();
+            // What an uninstaller lists goes when "Uninstall" is pressed and never along with something else.
+            auto* module = row->correspondingScanController();
+            if (row->checked() && module && module->parts().front()->workMode() == WorkMode::Cleaner)
+                module->startClean();
         }
     } catch (const std::exception& exception) {
         m_services.log.log(formatText("[Global Clean] Exception occured: %@", {exception.what()}));

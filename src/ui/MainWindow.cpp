@@ -17,9 +17,12 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -283,10 +286,33 @@ ResultPage* MainWindow::makePage(ADScanControllerView& module, const QString& ti
                                  [&files = *application.target().files](const std::string& path) {
                                      return QString::fromStdString(files.hostPath(path).value_or(std::string()));
                                  },
-                                 [this](const QString& path) { return targetPathOf(path); }},
+                                 [this](const QString& path) { return targetPathOf(path); },
+                                 [this](const QString& text) { statusBar()->showMessage(text, kMessageTime); }},
                                 title, hint);
     m_resultPages.push_back(page);
+    if (&module == application.scanController().moduleForViewCode(kUninstaller))
+        page->addBelow(rebuildRow());
     return page;
+}
+
+QWidget* MainWindow::rebuildRow() {
+    auto* row = new QWidget;
+    auto* line = new QHBoxLayout(row);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(new QLabel(localized("The system's list of applications may still name what is gone:")), 1);
+    auto* button = new QPushButton(localizedTitle("Rebuild"));
+    line->addWidget(button);
+    connect(button, &QPushButton::clicked, this, [this, button] {
+        button->setEnabled(false);
+        button->setText(localizedTitle("Rebuilding..."));
+        m_session->launchDatabase().rebuildLaunchDB([guarded = QPointer<QPushButton>(button)] {
+            if (!guarded)
+                return;
+            guarded->setText(localizedTitle("Rebuild"));
+            guarded->setEnabled(true);
+        });
+    });
+    return row;
 }
 
 QWidget* MainWindow::extensionsPage() {

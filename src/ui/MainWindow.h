@@ -55,6 +55,7 @@ class MainWindow final : public QMainWindow, private MainView {
     void chooseTarget(const QString& folder);
     void leaveTarget();
     void makePages();
+    [[nodiscard]] QWidget* rebuildRow();
     [[nodiscard]] QWidget* extensionsPage();
     ResultPage* makePage(ADScanControllerView& module, const QString& title, const QString& hint);
     void showPage(std::uint8_t viewCode);

@@ -96,6 +96,8 @@ ResultPage::ResultPage(ADScanControllerView& module, Services services, const QS
 
 ResultPage::~ResultPage() = default;
 
+void ResultPage::addBelow(QWidget* row) { layout()->addWidget(row); }
+
 void ResultPage::showContents() { m_contents->setCurrentIndex(m_model.rowCount() > 0 ? 1 : 0); }
 
 void ResultPage::expandNew(const QModelIndex& parent, int first, int last) {
@@ -204,7 +206,14 @@ Drag ResultPage::dragOf(const QDropEvent& event, bool isDropped) const {
 }
 
 void ResultPage::dragEnterEvent(QDragEnterEvent* event) {
-    if (m_dropTarget && module().validateDrop() && m_dropTarget->draggingEntered(dragOf(*event, false)))
+    if (!m_dropTarget)
+        return;
+    const auto drag = dragOf(*event, false);
+    if (!drag.offersFileNames)
+        m_services.say(localized("Only files and folders can be dropped here."));
+    else if (!module().validateDrop())
+        m_services.say(localized("Something is running. Drop it again when that has ended."));
+    else if (m_dropTarget->draggingEntered(drag))
         event->acceptProposedAction();
 }
 

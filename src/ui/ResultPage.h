@@ -36,6 +36,8 @@ class ResultPage final : public QWidget {
         std::function<QString(const std::string&)> hostPath;
         /// The reverse, for what is dropped; says so and gives nothing for what is not in the target.
         std::function<std::optional<std::string>(const QString&)> targetPath;
+        /// Shows a line to the person.
+        std::function<void(const QString&)> say;
     };
 
     /// All outlive this. `hint` says what to do while there is nothing to show.
@@ -45,6 +47,8 @@ class ResultPage final : public QWidget {
     [[nodiscard]] ADScanControllerView& module() const { return m_model.module(); }
     [[nodiscard]] NodeModel& model() { return m_model; }
     [[nodiscard]] QTreeView& outline() const { return *m_outline; }
+    /// A row of its own below the results; the page owns it.
+    void addBelow(QWidget* row);
     /// Tells the information panel what is current here.
     void showCurrent();
 

@@ -30,6 +30,8 @@ TargetSession::TargetSession(Target target, Desktop& desktop, std::vector<std::s
                     {desktop.mainThread, desktop.alerts, desktop.notes, desktop.log, chosenPace(),
                      besideProgram("libexec"), besideProgram("share"), false, m_hooks.showLanguagePreferences}),
       m_tools(besideProgram("libexec"), *m_application.target().files), m_tasks(m_tools, desktop.log),
+      m_launchDatabase({*m_application.target().files, m_application.target().folders, m_application.target().version,
+                        m_tasks, desktop.mainThread, desktop.log}),
       m_watcherAgents(m_application.target().files->isHostRoot()
                           ? std::make_unique<WatcherAgents>(
                                 WatcherAgents::Services{*m_application.target().files, m_application.target().folders,

@@ -5,6 +5,7 @@
 #include "app/OutsideRequests.h"
 #include "app/QuitController.h"
 #include "app/SpecialCommands.h"
+#include "appcore/processes/LaunchDatabase.h"
 #include "modules/uninstaller/agents/WatcherAgents.h"
 #include "platform/SystemLog.h"
 #include "ui/DesktopNotes.h"
@@ -51,6 +52,7 @@ class TargetSession final : private Watchers {
     [[nodiscard]] QuitController& quitController() { return m_quitController; }
     /// Only where the target is this machine: elsewhere nothing of ours is to be started.
     [[nodiscard]] WatcherAgents* watcherAgents() { return m_watcherAgents.get(); }
+    [[nodiscard]] LaunchDatabase& launchDatabase() { return m_launchDatabase; }
     /// Takes files to open from now on, those on the command line first. False when a Sweeply runs already and has got
     /// them.
     bool takeRequests(const std::vector<std::string>& files);
@@ -66,6 +68,7 @@ class TargetSession final : private Watchers {
     Application m_application;
     ToolTable m_tools;
     ADTaskRunner m_tasks;
+    LaunchDatabase m_launchDatabase;
     std::unique_ptr<WatcherAgents> m_watcherAgents;
     ADApp m_app;
     QuitController m_quitController;

@@ -154,6 +154,24 @@ TEST_F(WindowTest, DroppedApplicationIsUninstalledAndDroppedFileErased) {
     auto& eraser = page(8);
     drop(eraser, root() + "/Users/sam/Library/Cookies/Cookies.plist");
     EXPECT_EQ(eraser.module().filesFound(), 1U);
+    tool("Remove")->trigger();
+    ASSERT_TRUE(waitUntil([this] { return !controller().isRemoving(); }));
+    EXPECT_FALSE(isThere("/Users/sam/Library/Cookies/Cookies.plist"));
+    EXPECT_EQ(m_asked.size(), 2) << "what waits in the uninstaller is not even asked about";
+}
+
+TEST_F(WindowTest, LaunchDatabaseIsRebuiltByItsButton) {
+    page(7);
+    QPushButton* button = nullptr;
+    for (auto* candidate : m_window->findChildren<QPushButton*>()) {
+        if (candidate->text() == QStringLiteral("Rebuild"))
+            button = candidate;
+    }
+    ASSERT_NE(button, nullptr);
+    button->click();
+    EXPECT_EQ(button->text(), QStringLiteral("Rebuilding..."));
+    EXPECT_TRUE(waitUntil([&] { return button->isEnabled(); }));
+    EXPECT_TRUE(isThere("/Users/sam/Library/Application Support/Sweeply/RegisteredApplications.plist"));
 }
 
 TEST_F(WindowTest, ExtensionsAreListedOnTheirTabsAndGoOnlyAfterYes) {
