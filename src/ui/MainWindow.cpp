@@ -31,6 +31,7 @@
 #include <QToolBar>
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 namespace sweeply {
 
@@ -166,7 +167,8 @@ WindowHooks MainWindow::hooks() {
                 m_mayClose = true;
                 close();
             },
-            [this] { return m_view == kOverview; }};
+            [this] { return m_view == kOverview; },
+            [this](const std::string& path) { return targetPathOf(QString::fromStdString(path)); }};
 }
 
 QString MainWindow::openTargetAt(const TargetOptions& options) {
@@ -197,6 +199,7 @@ bool MainWindow::open(const TargetOptions& options, const std::vector<std::strin
     if (!problem.isEmpty()) {
         // On a machine that is no Mac this is how most people start; nothing is wrong then.
         m_startPage->showProblem(options.root ? problem : QString());
+        m_filesToOpen = files;
         return true;
     }
     return m_session->takeRequests(files);
@@ -205,6 +208,9 @@ bool MainWindow::open(const TargetOptions& options, const std::vector<std::strin
 void MainWindow::chooseTarget(const QString& folder) {
     const auto problem = openTargetAt({utf8(QFileInfo(folder).canonicalFilePath()), {}, {}, {}});
     m_startPage->showProblem(problem);
+    // Another Sweeply has the files then; this one goes on with its own Mac.
+    if (problem.isEmpty() && !m_session->takeRequests(std::exchange(m_filesToOpen, {})))
+        statusBar()->showMessage(localized("Sweeply runs already; files that you open go there."), kMessageTime);
 }
 
 void MainWindow::leaveTarget() {

@@ -69,6 +69,7 @@ class MainWindow final : public QMainWindow, private MainView {
 
     Desktop& m_desktop;
     const std::vector<std::string> m_arguments;
+    std::vector<std::string> m_filesToOpen; ///< as soon as a target is chosen
     std::unique_ptr<TargetSession> m_session;
     std::unique_ptr<Pictures> m_pictures;
 

@@ -49,7 +49,10 @@ TargetSession::TargetSession(Target target, Desktop& desktop, std::vector<std::s
                       constexpr std::uint8_t kUninstallerView = 7;
                       m_application.scanController().moduleForViewCode(kUninstallerView)->receiveDragData(paths);
                   },
-                  [this](const std::string& path) { m_application.draggedFiles().addFileToListWithPath(path); },
+                  [this](const std::string& path) {
+                      if (const auto inTarget = m_hooks.targetPath(path))
+                          m_application.draggedFiles().addFileToListWithPath(*inTarget);
+                  },
                   m_hooks.showDroppedFiles, m_hooks.quit}) {
     m_application.draggedFiles().setFinished([this] { droppedFilesAreDone(); });
     m_app.start(ADApp::Face::Window);

@@ -39,6 +39,8 @@ struct WindowHooks {
     std::function<void()> activate;
     std::function<void()> quit;
     std::function<bool()> isShowingScanView;
+    /// The target's path of a file of this machine; says so and gives nothing for one that is not in the target.
+    std::function<std::optional<std::string>(const std::string&)> targetPath;
 };
 
 /// The program at work on one target: the engine, its watchers on this machine, requests from outside. Main thread.

@@ -174,6 +174,22 @@ TEST_F(WindowTest, LaunchDatabaseIsRebuiltByItsButton) {
     EXPECT_TRUE(isThere("/Users/sam/Library/Application Support/Sweeply/RegisteredApplications.plist"));
 }
 
+TEST_F(WindowTest, FilesOfTheCommandLineAreAskedAbout) {
+    QTimer clicks;
+    QObject::connect(&clicks, &QTimer::timeout, [] {
+        const auto* dialog = QApplication::activeModalWidget();
+        for (auto* button : dialog ? dialog->findChildren<QPushButton*>() : QList<QPushButton*>()) {
+            if (button->text() == QStringLiteral("Uninstall"))
+                return QTest::mouseClick(button, Qt::LeftButton);
+        }
+    });
+    clicks.start(20);
+    m_window->session()->takeRequests({root() + "/Applications/Ledger.app", "/etc/hostname"});
+    auto* uninstaller = controller().moduleForViewCode(7);
+    EXPECT_TRUE(waitUntil([&] { return uninstaller->filesFound() == 1 && !controller().isScanning(); }));
+    EXPECT_EQ(uninstaller->pathsOfRows({0}), std::vector<std::string>{"/Applications/Ledger.app"});
+}
+
 TEST_F(WindowTest, ExtensionsAreListedOnTheirTabsAndGoOnlyAfterYes) {
     m_window->showView(6);
     auto* tabs = m_window->findChild<QTabWidget*>();
