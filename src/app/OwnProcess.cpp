@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <unistd.h>
 
 namespace sweeply {
@@ -30,6 +31,12 @@ void runScript(const char* script, std::vector<std::string> more) {
 }
 
 } // namespace
+
+std::string besideProgram(const char* folder) {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::string() : (program.parent_path().parent_path() / folder / "sweeply").string();
+}
 
 void killOurselves(const std::string& bundlePath, SystemLog& log) {
     log.log("Application is going to kill ourselves");

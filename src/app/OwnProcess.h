@@ -6,6 +6,10 @@ namespace sweeply {
 
 class SystemLog;
 
+/// Our folder in "libexec" or "share" beside the program's own, where what came with it lies: an absolute path of this
+/// machine.
+[[nodiscard]] std::string besideProgram(const char* folder);
+
 /// Ends this process by a signal from outside, whatever its threads are doing. Does not return.
 [[noreturn]] void killOurselves(const std::string& bundlePath, SystemLog& log);
 

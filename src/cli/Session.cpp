@@ -1,11 +1,11 @@
 #include "cli/Session.h"
 
+#include "app/OwnProcess.h"
 #include "cli/Interrupt.h"
 #include "cli/Progress.h"
 #include "engine/EngineEvents.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iostream>
 
 namespace sweeply {
@@ -13,13 +13,6 @@ namespace sweeply {
 namespace {
 
 constexpr std::chrono::milliseconds kTick{100};
-
-/// What came with the program lies beside it: "bin/sweeply-cli", "libexec/sweeply/", "share/sweeply/".
-std::string besideProgram(const char* folder) {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : (program.parent_path().parent_path() / folder / "sweeply").string();
-}
 
 /// Without a terminal nobody would see our question, but SUDO_ASKPASS may put one of its own.
 bool asksForRightsElsewhere(const Terminal& terminal) {

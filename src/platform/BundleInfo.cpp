@@ -11,14 +11,17 @@ constexpr std::size_t kLimit = std::size_t{4} << 20U;
 
 } // namespace
 
-Result<plist::Value> infoOfBundle(const FileManager& files, std::string_view bundlePath) {
-    const std::string path = joinedPath(bundlePath, "Contents/Info.plist");
+Result<plist::Value> propertyListAtPath(const FileManager& files, const std::string& path) {
     return files.contentsAtPath(path, kLimit).and_then([&](const std::string& contents) -> Result<plist::Value> {
         auto value = plist::parse(contents);
         if (!value)
             return Failure(Error{ErrorKind::Damaged, path, value.error()});
         return std::move(*value);
     });
+}
+
+Result<plist::Value> infoOfBundle(const FileManager& files, std::string_view bundlePath) {
+    return propertyListAtPath(files, joinedPath(bundlePath, "Contents/Info.plist"));
 }
 
 } // namespace sweeply

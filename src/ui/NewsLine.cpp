@@ -1,7 +1,7 @@
 #include "ui/NewsLine.h"
 
+#include "app/OwnProcess.h"
 #include "formats/RssFeed.h"
-#include "ui/TargetSession.h"
 #include "ui/Text.h"
 
 #include <QSettings>

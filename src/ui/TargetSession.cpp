@@ -5,16 +5,9 @@
 #include "platform/TargetPath.h"
 
 #include <QSettings>
-#include <filesystem>
 #include <utility>
 
 namespace sweeply {
-
-std::string besideProgram(const char* folder) {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : (program.parent_path().parent_path() / folder / "sweeply").string();
-}
 
 namespace {
 

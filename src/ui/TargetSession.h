@@ -78,7 +78,4 @@ class TargetSession final : private Watchers {
     std::optional<OutsideRequests> m_requests;
 };
 
-/// A folder beside the program's own, "libexec" or "share", as an absolute path.
-[[nodiscard]] std::string besideProgram(const char* folder);
-
 } // namespace sweeply

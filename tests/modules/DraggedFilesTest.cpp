@@ -3,8 +3,6 @@
 #include "engine/FakeModule.h"
 #include "modules/UninstallWorld.h"
 #include "modules/draggedfiles/DropTargets.h"
-#include "modules/extensions/ExtensionsScanController.h"
-#include "platform/Workspace.h"
 
 #include <gmock/gmock.h>
 
@@ -19,13 +17,7 @@ class DraggedFilesTest : public UninstallWorldTest {
         for (const auto view : std::vector<std::uint8_t>{3, 4, 5, 7, 8})
             m_modules[view] = &m_world.add(
                 view, std::make_unique<FakeView>(std::to_string(view), m_world.services(), *m_world.coordinator));
-        m_extensions = &m_world.add(
-            6, std::make_unique<ExtensionsScanController>(
-                   services(), *m_world.coordinator,
-                   ExtensionsScanController::Parts{WidgetsGarbage::Parts{m_loginItems, m_launchItems, m_steps},
-                                                   {m_steps, m_world.alerts},
-                                                   m_finder,
-                                                   m_workspace}));
+        m_extensions = &addExtensions();
         m_files = std::make_unique<DraggedFilesController>(DraggedFilesController::Destinations{
             *m_modules[3], *m_modules[4], *m_modules[5], *m_modules[7], *m_modules[8], *m_extensions});
         m_files->setFinished([this] { ++m_finished; });
@@ -55,7 +47,6 @@ class DraggedFilesTest : public UninstallWorldTest {
         void changeViewTo(std::uint8_t view) override { shown.push_back(view); }
         std::vector<int> shown;
     } m_window;
-    Workspace m_workspace{m_world.files(), "/Applications"};
     std::map<int, FakeView*> m_modules;
     ExtensionsScanController* m_extensions = nullptr;
     std::unique_ptr<DraggedFilesController> m_files;

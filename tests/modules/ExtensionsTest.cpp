@@ -1,7 +1,6 @@
 #include "modules/extensions/ExtensionsScanController.h"
 
 #include "modules/UninstallWorld.h"
-#include "platform/Workspace.h"
 
 #include <gmock/gmock.h>
 
@@ -12,15 +11,7 @@ using testing::ElementsAre;
 
 class ExtensionsTest : public UninstallWorldTest {
   protected:
-    ExtensionsTest() {
-        m_module = &m_world.add(
-            6, std::make_unique<ExtensionsScanController>(
-                   services(), *m_world.coordinator,
-                   ExtensionsScanController::Parts{WidgetsGarbage::Parts{m_loginItems, m_launchItems, m_steps},
-                                                   {m_steps, m_world.alerts},
-                                                   m_finder,
-                                                   m_workspace}));
-    }
+    ExtensionsTest() { m_module = &addExtensions(); }
     ~ExtensionsTest() override { m_world.end(); }
 
     void select(std::string_view tab) {
@@ -35,7 +26,6 @@ class ExtensionsTest : public UninstallWorldTest {
     }
     void writeBundle(const std::string& path) { m_world.target.makeBundle(path, {{"CFBundlePackageType", "BNDL"}}); }
 
-    Workspace m_workspace{m_world.files(), "/Applications"};
     ExtensionsScanController* m_module = nullptr;
 };
 

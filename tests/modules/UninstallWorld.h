@@ -6,7 +6,9 @@
 #include "appcore/processes/LaunchItems.h"
 #include "appcore/receipts/PackageManager.h"
 #include "modules/ModuleWorld.h"
+#include "modules/extensions/ExtensionsScanController.h"
 #include "modules/uninstaller/UninstallSteps.h"
+#include "platform/Workspace.h"
 
 namespace sweeply {
 
@@ -19,6 +21,14 @@ class UninstallWorldTest : public ModuleTest {
     }
     ~UninstallWorldTest() override { m_world.end(); }
 
+    /// Hands the row of all extensions to the coordinator.
+    ExtensionsScanController& addExtensions() {
+        const ExtensionsScanController::Parts parts{WidgetsGarbage::Parts{m_loginItems, m_launchItems, m_steps},
+                                                    {m_steps, m_world.alerts},
+                                                    m_finder,
+                                                    m_workspace};
+        return m_world.add(6, std::make_unique<ExtensionsScanController>(services(), *m_world.coordinator, parts));
+    }
     static plist::Value loginItem(const std::string& path) {
         return plist::Dictionary(std::vector<plist::Dictionary::Member>{{"Path", path}, {"Hide", true}});
     }
@@ -39,6 +49,7 @@ class UninstallWorldTest : public ModuleTest {
     ProcessControl m_processes{
         {m_world.files(), m_ignoreList.tools, m_privileged, m_world.alerts, m_world.loop, m_world.log},
         {std::chrono::seconds(1), std::chrono::milliseconds(5000)}};
+    Workspace m_workspace{m_world.files(), "/Applications"};
     UninstallSteps m_steps{{m_world.files(), m_processes, m_loginItems, m_launchItems, m_packages, m_world.removals,
                             m_world.alerts, m_world.loop, m_version},
                            m_world.treeLock};

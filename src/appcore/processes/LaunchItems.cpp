@@ -2,7 +2,7 @@
 
 #include "appcore/ADTaskRunner.h"
 #include "appcore/FolderConstants.h"
-#include "formats/PropertyList.h"
+#include "platform/BundleInfo.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
@@ -15,7 +15,6 @@ namespace sweeply {
 namespace {
 
 constexpr const char* kLaunchctl = "/bin/launchctl";
-constexpr std::size_t kLargestPropertyList = std::size_t{4} << 20U;
 
 /// Where the system itself looks for a program that is given by its bare name.
 constexpr std::string_view kStandardPath = "/usr/bin:/bin:/usr/sbin:/sbin";
@@ -40,12 +39,9 @@ std::vector<std::string> LaunchItems::getAllLaunchFiles() const {
 }
 
 Result<LaunchDefinition> LaunchItems::definitionAtPath(const std::string& path) const {
-    const auto bytes = m_files.contentsAtPath(path, kLargestPropertyList);
-    if (!bytes)
-        return Failure(bytes.error());
-    const auto list = plist::parse(*bytes);
+    const auto list = propertyListAtPath(m_files, path);
     if (!list)
-        return Failure(Error{ErrorKind::Damaged, path, list.error()});
+        return Failure(list.error());
     LaunchDefinition definition;
     if (const auto* label = list->findString("Label"))
         definition.label = *label;

@@ -6,7 +6,7 @@
 #include "appcore/ResourceFinder.h"
 #include "appcore/processes/LaunchItems.h"
 #include "appcore/sizes/DiskSizes.h"
-#include "formats/PropertyList.h"
+#include "platform/BundleInfo.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
@@ -20,7 +20,6 @@ namespace sweeply {
 namespace {
 
 constexpr std::uint32_t kFirstSteps = 100;
-constexpr std::size_t kLargestPropertyList = std::size_t{4} << 20U;
 
 } // namespace
 
@@ -66,11 +65,10 @@ std::vector<std::string> WidgetsGarbage::scanForWidgetsPlists() {
     std::vector<std::string> identifiers;
     for (const auto& folder : {m_garbage.folders.SYSTEMWIDGETSPATH, m_garbage.folders.USERWIDGETSPATH}) {
         for (const auto& path : findPlistsIn(normalisedPath(m_garbage.folders.expandTilde(folder)))) {
-            const auto bytes = m_garbage.files.contentsAtPath(path, kLargestPropertyList);
-            const auto list = bytes ? plist::parse(*bytes) : tl::unexpected(bytes.error().reason);
+            const auto list = propertyListAtPath(m_garbage.files, path);
             if (!list) {
-                services().log.log(formatText("Error : %@", {list.error()}));
-                reportProblem({ErrorKind::Damaged, path, list.error()});
+                services().log.log(formatText("Error : %@", {list.error().reason}));
+                reportProblem(list.error());
             } else if (const auto* identifier = list->findString("CFBundleIdentifier")) {
                 identifiers.push_back(*identifier);
             }

@@ -1,3 +1,4 @@
+#include "app/OwnProcess.h"
 #include "appcore/CommandLineController.h"
 #include "platform/Localization.h"
 #include "ui/Drawings.h"
