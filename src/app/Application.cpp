@@ -25,14 +25,6 @@ namespace sweeply {
 namespace {
 
 constexpr const char* kSupportFolder = "~/Library/Application Support/Sweeply/";
-constexpr std::uint8_t kCachesView = 1;
-constexpr std::uint8_t kLogsView = 2;
-constexpr std::uint8_t kLanguagesView = 3;
-constexpr std::uint8_t kBinariesView = 4;
-constexpr std::uint8_t kDevJunkView = 5;
-constexpr std::uint8_t kExtensionsView = 6;
-constexpr std::uint8_t kUninstallerView = 7;
-constexpr std::uint8_t kEraserView = 8;
 
 std::unique_ptr<ScanObject> rowFor(std::uint8_t viewCode) {
     const auto row = std::ranges::find(moduleCatalog(), viewCode, &ModuleRow::viewCode);

@@ -26,22 +26,25 @@ constexpr std::array kDevJunk{ModuleSwitch{"dev-junk", "CleanDevJunk", true}};
 constexpr std::array kWidgets{ModuleSwitch{"widgets", "CleanWidgets", true}};
 
 constexpr std::array kRows{
-    ModuleRow{"caches", translatable("Caches"), translatable("Files that applications can make again"), 1, kCaches},
-    ModuleRow{"logs", translatable("Logs"), translatable("What programs wrote down about their work"), 2, kLogs},
-    ModuleRow{"languages", translatable("Language Files"), translatable("Localizations in languages you do not use"), 3,
-              kLanguages},
+    ModuleRow{"caches", translatable("Caches"), translatable("Files that applications can make again"), kCachesView,
+              kCaches},
+    ModuleRow{"logs", translatable("Logs"), translatable("What programs wrote down about their work"), kLogsView,
+              kLogs},
+    ModuleRow{"languages", translatable("Language Files"), translatable("Localizations in languages you do not use"),
+              kLanguagesView, kLanguages},
     ModuleRow{"binaries", translatable("Universal Binaries"), translatable("Code for processors that the Mac has not"),
-              4, kBinaries},
+              kBinariesView, kBinaries},
     ModuleRow{"dev-junk", translatable("Development Junk"),
-              translatable("Files for developers in applications, and clutter in folders you name"), 5, kDevJunk},
+              translatable("Files for developers in applications, and clutter in folders you name"), kDevJunkView,
+              kDevJunk},
     ModuleRow{"widgets", translatable("Extensions"),
-              translatable("What widgets and programs that are gone left behind"), 6, kWidgets},
+              translatable("What widgets and programs that are gone left behind"), kExtensionsView, kWidgets},
     ModuleRow{"uninstaller",
               translatable("Application Uninstaller"),
               translatable("Applications with everything that belongs to them"),
-              7,
+              kUninstallerView,
               {}},
-    ModuleRow{"eraser", translatable("Quick Eraser"), translatable("Files and folders you name"), 8, {}},
+    ModuleRow{"eraser", translatable("Quick Eraser"), translatable("Files and folders you name"), kEraserView, {}},
 };
 
 } // namespace

@@ -6,6 +6,16 @@
 
 namespace sweeply {
 
+// The codes by which rows of the list and their pages are known.
+inline constexpr std::uint8_t kCachesView = 1;
+inline constexpr std::uint8_t kLogsView = 2;
+inline constexpr std::uint8_t kLanguagesView = 3;
+inline constexpr std::uint8_t kBinariesView = 4;
+inline constexpr std::uint8_t kDevJunkView = 5;
+inline constexpr std::uint8_t kExtensionsView = 6;
+inline constexpr std::uint8_t kUninstallerView = 7;
+inline constexpr std::uint8_t kEraserView = 8;
+
 /// A module that has a switch of its own, by the names that people and preferences give it.
 struct ModuleSwitch {
     std::string_view name;         ///< on the command line

@@ -1,35 +1,28 @@
 #include "ui/MainWindow.h"
 
+#include "app/ModuleCatalog.h"
 #include "platform/Localization.h"
 #include "ui/DraggedFilesDialog.h"
 #include "ui/Drawings.h"
 #include "ui/InformationPanel.h"
-#include "ui/ModuleList.h"
 #include "ui/NewsLine.h"
-#include "ui/OverviewPage.h"
 #include "ui/PreferencesDialog.h"
-#include "ui/ResultPage.h"
+#include "ui/RunFigures.h"
+#include "ui/RunToolBar.h"
 #include "ui/StartPage.h"
 #include "ui/Text.h"
+#include "ui/WorkArea.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPointer>
-#include <QPushButton>
 #include <QSettings>
-#include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
-#include <QTabWidget>
-#include <QToolBar>
-#include <algorithm>
 #include <sstream>
 #include <utility>
 
@@ -39,47 +32,32 @@ namespace {
 
 constexpr int kRefreshInterval = 100; // milliseconds
 constexpr int kMessageTime = 8000;    // milliseconds
-constexpr std::uint8_t kOverview = 0;
-constexpr std::uint8_t kExtensions = 6;
-constexpr std::uint8_t kUninstaller = 7;
-constexpr std::uint8_t kEraser = 8;
 constexpr const char* kGeometry = "geometry";
 constexpr const char* kState = "state";
 
-QString hintFor(std::uint8_t viewCode) {
-    switch (viewCode) {
-    case kUninstaller:
-        return localized(
-            "Drop applications or installer packages here. Everything that belongs to them is found and shown "
-            "before anything is removed.");
-    case kEraser:
-        return localized("Drop files and folders here. They are removed for good, and overwritten first if that is "
-                         "switched on in the preferences.");
-    default:
-        return localized("Nothing found yet. Press Scan.");
-    }
+void showAbout(QWidget* parent) {
+    QMessageBox::about(parent, localized("About Sweeply"),
+                       QString::fromStdString(localizedFormat(
+                           "<h3>Sweeply %@</h3><p>Finds the files on a Mac OS X system that take space without serving "
+                           "anybody, and removes the ones you leave checked.</p><p>Updates come with your system's "
+                           "packages.</p>",
+                           {SWEEPLY_VERSION})));
 }
 
 } // namespace
 
 MainWindow::MainWindow(Desktop& desktop, std::vector<std::string> arguments)
     : m_desktop(desktop), m_arguments(std::move(arguments)), m_central(new QStackedWidget),
-      m_startPage(new StartPage([this](const QString& folder) { chooseTarget(folder); })), m_toolBar(new QToolBar),
-      m_scan(new QAction(this)), m_pause(new QAction(this)), m_remove(new QAction(this)), m_lock(new QAction(this)),
-      m_figures(new QLabel), m_currentItem(new QLabel) {
+      m_startPage(new StartPage([this](const QString& folder) { chooseTarget(folder); })),
+      m_toolBar(new RunToolBar([this] { refresh(); })), m_figures(new RunFigures) {
     setWindowTitle(QStringLiteral("Sweeply"));
     setWindowIcon(drawings::application());
     m_desktop.alerts.setParent(this);
     m_central->addWidget(m_startPage);
     setCentralWidget(m_central);
-    makeActions();
+    addToolBar(m_toolBar);
     makeMenus();
-    m_figures->setAccessibleName(localized("Figures"));
-    m_currentItem->setAccessibleName(localized("Current item"));
-    m_currentItem->setTextFormat(Qt::PlainText);
-    m_currentItem->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    statusBar()->addWidget(m_figures);
-    statusBar()->addWidget(m_currentItem, 1);
+    statusBar()->addWidget(m_figures, 1);
     auto* news = new NewsLine;
     statusBar()->addPermanentWidget(news);
     news->start();
@@ -94,51 +72,15 @@ MainWindow::~MainWindow() {
     m_desktop.alerts.setParent(nullptr);
 }
 
-void MainWindow::makeActions() {
-    m_toolBar->setObjectName(QStringLiteral("toolBar"));
-    m_toolBar->setWindowTitle(localized("Tools"));
-    m_toolBar->setMovable(false);
-    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    m_scan->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
-    m_pause->setIcon(style()->standardIcon(QStyle::SP_MediaPause));
-    m_remove->setIcon(style()->standardIcon(QStyle::SP_TrashIcon));
-    m_scan->setShortcut(QKeySequence(QStringLiteral("Ctrl+R")));
-    m_pause->setShortcut(QKeySequence(QStringLiteral("Ctrl+P")));
-    m_remove->setShortcut(QKeySequence(QStringLiteral("Ctrl+D")));
-    for (auto* action : {m_scan, m_pause, m_remove})
-        m_toolBar->addAction(action);
-    auto* space = new QWidget;
-    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    m_toolBar->addWidget(space);
-    m_toolBar->addAction(m_lock);
-    addToolBar(m_toolBar);
-    m_toolBar->hide();
-    connect(m_scan, &QAction::triggered, this, [this] { run(m_buttons.scan.action); });
-    connect(m_pause, &QAction::triggered, this, [this] { run(m_buttons.pause.action); });
-    connect(m_remove, &QAction::triggered, this, [this] { run(m_buttons.remove.action); });
-    connect(m_lock, &QAction::triggered, this, [this] {
-        m_session->application().scanController().authentificate();
-        refreshLock();
-    });
-}
-
 void MainWindow::makeMenus() {
     auto* file = menuBar()->addMenu(localized("&File"));
-    file->addAction(localized("Choose Another Mac…"), this, [this] {
-        const auto* controller = m_session ? &m_session->application().scanController() : nullptr;
-        if (controller && (controller->ifScanRunning() || controller->ifCleanRunning())) {
-            statusBar()->showMessage(localized("Stop what is running first."), kMessageTime);
-            return;
-        }
-        leaveTarget();
-        m_central->setCurrentWidget(m_startPage);
-    });
+    file->addAction(localized("Choose Another Mac…"), this, [this] { chooseAnotherTarget(); });
     file->addAction(localized("&Preferences…"), QKeySequence(QStringLiteral("Ctrl+,")), this,
                     [this] { showPreferences(); });
     file->addSeparator();
     file->addAction(localized("&Quit"), QKeySequence::Quit, this, [this] { close(); });
     auto* run = menuBar()->addMenu(localized("&Run"));
-    run->addActions({m_scan, m_pause, m_remove, m_lock});
+    run->addActions(m_toolBar->runActions());
     run->addSeparator();
     run->addAction(localized("&Copy How Much Was Freed"), this, [this] {
         if (m_session)
@@ -146,13 +88,13 @@ void MainWindow::makeMenus() {
                 "Sweeply has cleaned %@ from your Mac!", {m_session->application().statistics().totalSizeSaved()})));
     });
     auto* help = menuBar()->addMenu(localized("&Help"));
-    help->addAction(localized("&About Sweeply"), this, [this] { about(); });
+    help->addAction(localized("&About Sweeply"), this, [this] { showAbout(this); });
 }
 
 // The target
 
 WindowHooks MainWindow::hooks() {
-    return {[this] { changeViewTo(kUninstaller); },
+    return {[this] { changeViewTo(kUninstallerView); },
             [this] {
                 DraggedFilesDialog dialog(m_session->application().draggedFiles(), this);
                 dialog.exec();
@@ -163,11 +105,8 @@ WindowHooks MainWindow::hooks() {
                 raise();
                 activateWindow();
             },
-            [this] {
-                m_mayClose = true;
-                close();
-            },
-            [this] { return m_view == kOverview; },
+            [this] { terminate(); },
+            [this] { return m_work && m_work->isShowingOverview(); },
             [this](const std::string& path) { return targetPathOf(QString::fromStdString(path)); }};
 }
 
@@ -181,11 +120,9 @@ QString MainWindow::openTargetAt(const TargetOptions& options) {
     leaveTarget();
     m_session = std::make_unique<TargetSession>(**std::move(target), m_desktop, m_arguments, hooks());
     auto& application = m_session->application();
-    m_pictures = std::make_unique<Pictures>(*application.target().files);
     application.scanController().setMainView(this);
-    makePages();
-    actionButtonsChanged(application.scanController().actionButtons());
-    m_toolBar->show();
+    showWork();
+    m_toolBar->setApplication(&application);
     m_refreshing.start(kRefreshInterval);
     m_startPage->showProblem({});
     const auto root = QString::fromStdString(application.target().files->rootPath());
@@ -210,163 +147,48 @@ void MainWindow::chooseTarget(const QString& folder) {
     m_startPage->showProblem(problem);
     // Another Sweeply has the files then; this one goes on with its own Mac.
     if (problem.isEmpty() && !m_session->takeRequests(std::exchange(m_filesToOpen, {})))
-        statusBar()->showMessage(localized("Sweeply runs already; files that you open go there."), kMessageTime);
+        say(localized("Sweeply runs already; files that you open go there."));
+}
+
+void MainWindow::chooseAnotherTarget() {
+    if (m_session) {
+        const auto& controller = m_session->application().scanController();
+        if (controller.ifScanRunning() || controller.ifCleanRunning())
+            return say(localized("Stop what is running first."));
+    }
+    leaveTarget();
+    m_central->setCurrentWidget(m_startPage);
+}
+
+void MainWindow::showWork() {
+    auto& application = m_session->application();
+    auto* information = new InformationPanel(*application.target().files, application.treeLock(), application.units());
+    m_dock = new QDockWidget(localized("Information"), this);
+    m_dock->setObjectName(QStringLiteral("information"));
+    m_dock->setWidget(information);
+    addDockWidget(Qt::RightDockWidgetArea, m_dock);
+    m_work = new WorkArea(*m_session, *information,
+                          {m_desktop.log, [this](const QString& path) { return targetPathOf(path); },
+                           [this](const QString& text) { say(text); }});
+    m_central->addWidget(m_work);
+    m_central->setCurrentWidget(m_work);
+    restoreState(QSettings().value(QLatin1String(kState)).toByteArray());
 }
 
 void MainWindow::leaveTarget() {
     if (!m_session)
         return;
     m_refreshing.stop();
-    m_toolBar->hide();
-    if (m_dock) {
-        QSettings().setValue(QLatin1String(kState), saveState());
-        removeDockWidget(m_dock);
-        delete m_dock;
-    }
-    delete m_workPage;
-    m_workPage = nullptr;
-    m_modules = nullptr;
-    m_pages = nullptr;
-    m_overview = nullptr;
-    m_dock = nullptr;
-    m_information = nullptr;
-    m_pageOfView.clear();
-    m_resultPages.clear();
+    QSettings().setValue(QLatin1String(kState), saveState());
+    m_toolBar->setApplication(nullptr);
+    delete std::exchange(m_work, nullptr);
+    delete std::exchange(m_dock, nullptr);
     m_session->application().scanController().setMainView(nullptr);
     m_desktop.mainThread.close();
     m_session.reset();
     m_desktop.mainThread.open();
-    m_pictures.reset();
     m_figures->clear();
-    m_currentItem->clear();
     setWindowTitle(QStringLiteral("Sweeply"));
-}
-
-// Pages
-
-void MainWindow::makePages() {
-    auto& application = m_session->application();
-    auto& controller = application.scanController();
-    m_pages = new QStackedWidget;
-    m_overview = new OverviewPage(application);
-    m_pages->addWidget(m_overview);
-    m_pageOfView[kOverview] = m_overview;
-
-    m_dock = new QDockWidget(localized("Information"), this);
-    m_dock->setObjectName(QStringLiteral("information"));
-    m_information = new InformationPanel(*application.target().files, application.treeLock(), application.units());
-    m_dock->setWidget(m_information);
-    addDockWidget(Qt::RightDockWidgetArea, m_dock);
-
-    for (const auto& row : controller.rows()) {
-        const auto code = row->viewName();
-        auto* page = code == kExtensions ? extensionsPage()
-                                         : makePage(*row->correspondingScanController(),
-                                                    QString::fromStdString(row->name()), hintFor(code));
-        m_pages->addWidget(page);
-        m_pageOfView[code] = page;
-    }
-    m_pictures->setChanged([this] {
-        for (auto* page : m_resultPages)
-            page->model().reloadData();
-    });
-    m_modules = new ModuleList(controller, application.units(), [this](std::uint8_t view) { showPage(view); });
-    auto* splitter = new QSplitter;
-    splitter->setHandleWidth(1);
-    splitter->addWidget(m_modules);
-    splitter->addWidget(m_pages);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({230, 850});
-    m_workPage = splitter;
-    m_central->addWidget(m_workPage);
-    m_central->setCurrentWidget(m_workPage);
-    restoreState(QSettings().value(QLatin1String(kState)).toByteArray());
-    showPage(kOverview);
-}
-
-ResultPage* MainWindow::makePage(ADScanControllerView& module, const QString& title, const QString& hint) {
-    auto& application = m_session->application();
-    auto* page = new ResultPage(module,
-                                {application.treeLock(), application.units(), *m_pictures, m_desktop.log,
-                                 [this, &module](const Node::Pointer& node) { showInformation(module, node); },
-                                 [&files = *application.target().files](const std::string& path) {
-                                     return QString::fromStdString(files.hostPath(path).value_or(std::string()));
-                                 },
-                                 [this](const QString& path) { return targetPathOf(path); },
-                                 [this](const QString& text) { statusBar()->showMessage(text, kMessageTime); }},
-                                title, hint);
-    m_resultPages.push_back(page);
-    if (&module == application.scanController().moduleForViewCode(kUninstaller))
-        page->addBelow(rebuildRow());
-    return page;
-}
-
-QWidget* MainWindow::rebuildRow() {
-    auto* row = new QWidget;
-    auto* line = new QHBoxLayout(row);
-    line->setContentsMargins(0, 0, 0, 0);
-    line->addWidget(new QLabel(localized("The system's list of applications may still name what is gone:")), 1);
-    auto* button = new QPushButton(localizedTitle("Rebuild"));
-    line->addWidget(button);
-    connect(button, &QPushButton::clicked, this, [this, button] {
-        button->setEnabled(false);
-        button->setText(localizedTitle("Rebuilding..."));
-        m_session->launchDatabase().rebuildLaunchDB([guarded = QPointer<QPushButton>(button)] {
-            if (!guarded)
-                return;
-            guarded->setText(localizedTitle("Rebuild"));
-            guarded->setEnabled(true);
-        });
-    });
-    return row;
-}
-
-QWidget* MainWindow::extensionsPage() {
-    auto& extensions = m_session->application().extensions();
-    auto* tabs = new QTabWidget;
-    tabs->setAccessibleName(localized("Extensions"));
-    const auto& uninstallers = extensions.uninstallControllers();
-    tabs->addTab(makePage(extensions.cleanerController(), localized("Leftovers"), hintFor(kExtensions)),
-                 localized("Leftovers"));
-    tabs->addTab(makePage(*uninstallers[0], localized("Widgets"), localized("No widgets are installed.")),
-                 localized("Widgets"));
-    tabs->addTab(
-        makePage(*uninstallers[1], localized("Preference Panes"), localized("No preference panes are installed.")),
-        localized("Preference Panes"));
-    tabs->addTab(makePage(*uninstallers[2], localized("Plug-ins"), localized("No plug-ins are installed.")),
-                 localized("Plug-ins"));
-    connect(tabs, &QTabWidget::currentChanged, this, [&extensions](int tab) {
-        constexpr std::string_view kTabs[] = {"", ExtensionsScanController::kWidgetsTab,
-                                              ExtensionsScanController::kPreferencesTab,
-                                              ExtensionsScanController::kPluginsTab};
-        extensions.didSelectTabViewItem(kTabs[tab]);
-    });
-    return tabs;
-}
-
-void MainWindow::showPage(std::uint8_t viewCode) {
-    const auto page = m_pageOfView.find(viewCode);
-    if (page == m_pageOfView.end())
-        return;
-    m_view = viewCode;
-    m_pages->setCurrentWidget(page->second);
-    m_information->show(nullptr, {});
-    auto& controller = m_session->application().scanController();
-    const auto& rows = controller.rows();
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-        if (rows[row]->viewName() == viewCode)
-            controller.setSelectedRow(row);
-    }
-    if (auto* module = controller.moduleForViewCode(viewCode))
-        module->willSwithToYourView();
-    else
-        controller.gotoCleanerMode();
-    refresh();
-}
-
-void MainWindow::showInformation(ADScanControllerView& module, const Node::Pointer& node) {
-    const auto* row = module.scanObject() ? module.scanObject() : m_session->application().extensions().scanObject();
-    m_information->show(node, QString::fromStdString(row->purpose()));
 }
 
 std::optional<std::string> MainWindow::targetPathOf(const QString& hostPath) {
@@ -378,34 +200,23 @@ std::optional<std::string> MainWindow::targetPathOf(const QString& hostPath) {
         return utf8(path);
     if (path.startsWith(root + QLatin1Char('/')))
         return utf8(path.mid(root.size()));
-    statusBar()->showMessage(QString::fromStdString(localizedFormat("%@ does not lie on the Mac in %@",
-                                                                    {utf8(shown(utf8(hostPath))), utf8(root)})),
-                             kMessageTime);
+    say(QString::fromStdString(
+        localizedFormat("%@ does not lie on the Mac in %@", {utf8(shown(utf8(hostPath))), utf8(root)})));
     return std::nullopt;
 }
 
 // The engine's view
 
 void MainWindow::reloadModuleList() {
-    if (m_modules)
-        m_modules->refresh();
+    if (m_work)
+        m_work->refresh();
 }
 
-void MainWindow::actionButtonsChanged(const ActionButtons& buttons) {
-    m_buttons = buttons;
-    const auto set = [](QAction* action, const ActionButton& button) {
-        action->setText(localizedTitle(button.title));
-        action->setEnabled(button.isEnabled);
-    };
-    set(m_scan, buttons.scan);
-    set(m_pause, buttons.pause);
-    set(m_remove, buttons.remove);
-    refreshLock();
-}
+void MainWindow::actionButtonsChanged(const ActionButtons& buttons) { m_toolBar->showButtons(buttons); }
 
 void MainWindow::changeViewTo(std::uint8_t viewCode) {
-    if (m_modules)
-        m_modules->select(viewCode);
+    if (m_work)
+        m_work->select(viewCode);
 }
 
 void MainWindow::terminate() {
@@ -413,80 +224,20 @@ void MainWindow::terminate() {
     close();
 }
 
-void MainWindow::run(Action action) {
-    auto& controller = m_session->application().scanController();
-    switch (action) {
-    case Action::StartScan:
-        controller.startScan();
-        break;
-    case Action::StopScan:
-        controller.stopScan();
-        break;
-    case Action::PauseScan:
-        controller.pauseScan();
-        break;
-    case Action::Remove:
-        controller.remove();
-        break;
-    case Action::Uninstall:
-        controller.uninstall();
-        break;
-    case Action::StopRemoval:
-        controller.stopRemoval();
-        break;
-    }
-    refresh();
-}
-
 void MainWindow::refresh() {
-    if (!m_session || !m_modules)
+    if (!m_work)
         return;
-    auto& application = m_session->application();
-    const auto& controller = application.scanController();
-    m_modules->refresh();
-    if (m_view == kOverview)
-        m_overview->refresh();
-    const auto size = [&](std::uint64_t bytes) { return stringSizeFromLong(bytes, application.units()); };
-    m_figures->setText(QString::fromStdString(localizedFormat(
-        "Found: %@   Checked: %@   Freed now: %@, in all: %@",
-        {size(controller.totalSize()), size(controller.foundSize()),
-         size(application.statistics().currentRemovedAmountOfSpace()), application.statistics().totalSizeSaved()})));
-    std::string item;
-    if (controller.isScanning() || controller.isRemoving()) {
-        const auto working = std::ranges::find_if(
-            controller.rows(), [](const auto& row) { return row->isScanning() || row->isRemoving(); });
-        if (working != controller.rows().end())
-            item = (*working)->correspondingScanController()->currentItem();
-    }
-    m_currentItem->setText(
-        m_currentItem->fontMetrics().elidedText(shown(item), Qt::ElideMiddle, m_currentItem->width()));
+    m_work->refresh();
+    m_figures->show(m_session->application());
 }
 
-void MainWindow::refreshLock() {
-    if (!m_session)
-        return;
-    const auto& authorisation = m_session->application().authorisation();
-    m_lock->setText(QString::fromStdString(authorisation.menuItemTitle()));
-    m_lock->setIcon(drawings::lock(authorisation.isAuthorised()));
-    m_lock->setToolTip(QString::fromStdString(authorisation.lockText()).trimmed());
-}
-
-// Windows of its own
+void MainWindow::say(const QString& text) { statusBar()->showMessage(text, kMessageTime); }
 
 void MainWindow::showPreferences() {
     if (!m_session)
         return;
     PreferencesDialog dialog(*m_session, this);
     dialog.exec();
-}
-
-void MainWindow::about() {
-    QMessageBox::about(this, localized("About Sweeply"),
-                       QString::fromStdString(localizedFormat(
-                           "<h3>Sweeply %@</h3><p>Finds the files on a Mac OS X system that take space without serving "
-                           "anybody, and removes the ones you leave checked.</p><p>Updates come with your system's "
-                           "packages.</p>",
-                           {SWEEPLY_VERSION})));
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

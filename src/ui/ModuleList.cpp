@@ -1,5 +1,6 @@
 #include "ui/ModuleList.h"
 
+#include "app/ModuleCatalog.h"
 #include "appcore/sizes/SizeDisplay.h"
 #include "platform/Localization.h"
 #include "ui/Drawings.h"
@@ -14,7 +15,6 @@ namespace sweeply {
 namespace {
 
 enum Role { ViewCode = Qt::UserRole, Progress };
-constexpr int kFirstUninstallerView = 7;
 constexpr int kBarHeight = 3;
 
 /// Draws how far a module is under its name.
@@ -61,7 +61,7 @@ ModuleList::ModuleList(ScanController& controller, SizeUnits units, std::functio
     addHeading(translatable("Cleaner"));
     bool isUninstallerReached = false;
     for (const auto& row : controller.rows()) {
-        if (row->viewName() >= kFirstUninstallerView && !isUninstallerReached) {
+        if (row->viewName() >= kUninstallerView && !isUninstallerReached) {
             addHeading(translatable("Uninstaller"));
             isUninstallerReached = true;
         }
@@ -79,7 +79,6 @@ ModuleList::ModuleList(ScanController& controller, SizeUnits units, std::functio
         refresh();
     });
     refresh();
-    setCurrentRow(0);
 }
 
 void ModuleList::addHeading(const char* title) {
@@ -97,7 +96,7 @@ QListWidgetItem* ModuleList::addRow(std::uint8_t viewCode, const QString& name) 
     item->setData(ViewCode, viewCode);
     item->setData(Progress, -1.0);
     auto flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    if (viewCode > 0 && viewCode < kFirstUninstallerView) {
+    if (viewCode > 0 && viewCode < kUninstallerView) {
         flags |= Qt::ItemIsUserCheckable;
         item->setCheckState(Qt::Unchecked);
     }

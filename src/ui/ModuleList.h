@@ -10,7 +10,7 @@ namespace sweeply {
 /// The list of modules on the left: check box, picture, name and live figures of each, under two headings. Main thread.
 class ModuleList final : public QListWidget {
   public:
-    /// `controller` outlives this. `show` is told of the row to show, by its view code.
+    /// `controller` outlives this. `show` is told of the row that is selected, by its view code. None is at first.
     ModuleList(ScanController& controller, SizeUnits units, std::function<void(std::uint8_t)> show);
 
     /// Takes over marks, sizes and progress.

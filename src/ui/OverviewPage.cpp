@@ -1,5 +1,6 @@
 #include "ui/OverviewPage.h"
 
+#include "app/ModuleCatalog.h"
 #include "platform/Localization.h"
 #include "ui/Text.h"
 
@@ -174,7 +175,7 @@ void OverviewPage::refresh() {
     const auto units = m_application.units();
     std::vector<std::pair<QString, std::uint64_t>> parts;
     for (const auto& row : controller.rows()) {
-        if (row->correspondingScanController()->workMode() == WorkMode::Cleaner && row->viewName() <= 6)
+        if (row->correspondingScanController()->workMode() == WorkMode::Cleaner && row->viewName() <= kExtensionsView)
             parts.emplace_back(QString::fromStdString(row->name()), row->size());
     }
     m_findings->setParts(std::move(parts), units);

@@ -151,7 +151,7 @@ std::vector<Node::Pointer> ResultPage::selection() const {
     return nodes;
 }
 
-void ResultPage::showCurrent() { m_services.showInformation(nodeAt(m_outline->currentIndex())); }
+void ResultPage::showCurrent() { m_services.showInformation(module(), nodeAt(m_outline->currentIndex())); }
 
 void ResultPage::showMenu(const QPoint& place) {
     const auto nodes = selection();

@@ -30,8 +30,8 @@ class ResultPage final : public QWidget {
         SizeUnits units;
         Pictures& pictures;
         SystemLog& log;
-        /// The current item changed; none for a null node.
-        std::function<void(const Node::Pointer&)> showInformation;
+        /// The current item of this module's page changed; none for a null node.
+        std::function<void(ADScanControllerView&, const Node::Pointer&)> showInformation;
         /// The target's path on this machine, empty when there is none.
         std::function<QString(const std::string&)> hostPath;
         /// The reverse, for what is dropped; says so and gives nothing for what is not in the target.

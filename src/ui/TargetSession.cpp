@@ -1,6 +1,7 @@
 #include "ui/TargetSession.h"
 
 #include "app/DiskImage.h"
+#include "app/ModuleCatalog.h"
 #include "app/OwnProcess.h"
 #include "platform/TargetPath.h"
 
@@ -39,7 +40,6 @@ TargetSession::TargetSession(Target target, Desktop& desktop, std::vector<std::s
       m_commands(m_application.defaults(), m_application.target().version, desktop.alerts, desktop.log,
                  {[this](const std::vector<std::string>& paths) {
                       m_hooks.showUninstaller();
-                      constexpr std::uint8_t kUninstallerView = 7;
                       m_application.scanController().moduleForViewCode(kUninstallerView)->receiveDragData(paths);
                   },
                   [this](const std::string& path) {

@@ -1,0 +1,53 @@
+#include "ui/RunFigures.h"
+
+#include "app/Application.h"
+#include "platform/Localization.h"
+#include "ui/Text.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <algorithm>
+
+namespace sweeply {
+
+namespace {
+
+/// Empty while nothing runs.
+std::string itemAtWork(const ScanController& controller) {
+    const auto working =
+        std::ranges::find_if(controller.rows(), [](const auto& row) { return row->isScanning() || row->isRemoving(); });
+    const bool isRunning = controller.isScanning() || controller.isRemoving();
+    return isRunning && working != controller.rows().end() ? (*working)->correspondingScanController()->currentItem()
+                                                           : std::string();
+}
+
+} // namespace
+
+RunFigures::RunFigures() : m_figures(new QLabel), m_currentItem(new QLabel) {
+    m_figures->setAccessibleName(localized("Figures"));
+    m_currentItem->setAccessibleName(localized("Current item"));
+    m_currentItem->setTextFormat(Qt::PlainText);
+    m_currentItem->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto* line = new QHBoxLayout(this);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(m_figures);
+    line->addWidget(m_currentItem, 1);
+}
+
+void RunFigures::show(Application& application) {
+    const auto& controller = application.scanController();
+    const auto size = [&](std::uint64_t bytes) { return stringSizeFromLong(bytes, application.units()); };
+    m_figures->setText(QString::fromStdString(localizedFormat(
+        "Found: %@   Checked: %@   Freed now: %@, in all: %@",
+        {size(controller.totalSize()), size(controller.foundSize()),
+         size(application.statistics().currentRemovedAmountOfSpace()), application.statistics().totalSizeSaved()})));
+    m_currentItem->setText(m_currentItem->fontMetrics().elidedText(shown(itemAtWork(controller)), Qt::ElideMiddle,
+                                                                   m_currentItem->width()));
+}
+
+void RunFigures::clear() {
+    m_figures->clear();
+    m_currentItem->clear();
+}
+
+} // namespace sweeply

@@ -1,0 +1,124 @@
+#include "ui/WorkArea.h"
+
+#include "app/ModuleCatalog.h"
+#include "ui/ExtensionsPage.h"
+#include "ui/InformationPanel.h"
+#include "ui/ModuleList.h"
+#include "ui/OverviewPage.h"
+#include "ui/RebuildRow.h"
+#include "ui/TargetSession.h"
+#include "ui/Text.h"
+
+#include <QStackedWidget>
+
+namespace sweeply {
+
+namespace {
+
+constexpr std::uint8_t kOverview = 0;
+
+QString hintFor(std::uint8_t viewCode) {
+    switch (viewCode) {
+    case kUninstallerView:
+        return localized(
+            "Drop applications or installer packages here. Everything that belongs to them is found and shown "
+            "before anything is removed.");
+    case kEraserView:
+        return localized("Drop files and folders here. They are removed for good, and overwritten first if that is "
+                         "switched on in the preferences.");
+    default:
+        return localized("Nothing found yet. Press Scan.");
+    }
+}
+
+} // namespace
+
+WorkArea::WorkArea(TargetSession& session, InformationPanel& information, Window window)
+    : m_session(session), m_information(information), m_pictures(*session.application().target().files),
+      m_services{session.application().treeLock(),
+                 session.application().units(),
+                 m_pictures,
+                 window.log,
+                 [this](ADScanControllerView& module, const Node::Pointer& node) {
+                     const auto* row =
+                         module.scanObject() ? module.scanObject() : m_session.application().extensions().scanObject();
+                     m_information.show(node, QString::fromStdString(row->purpose()));
+                 },
+                 [&files = *session.application().target().files](const std::string& path) {
+                     return QString::fromStdString(files.hostPath(path).value_or(std::string()));
+                 },
+                 std::move(window.targetPath),
+                 std::move(window.say)},
+      m_pages(new QStackedWidget), m_overview(new OverviewPage(session.application())) {
+    auto& application = session.application();
+    addPage(kOverview, m_overview);
+    for (const auto& row : application.scanController().rows())
+        addPage(row->viewName(), pageFor(*row));
+    m_pictures.setChanged([this] {
+        for (auto* page : m_resultPages)
+            page->model().reloadData();
+    });
+    m_modules = new ModuleList(application.scanController(), application.units(),
+                               [this](std::uint8_t view) { showPage(view); });
+    setHandleWidth(1);
+    addWidget(m_modules);
+    addWidget(m_pages);
+    setStretchFactor(1, 1);
+    setSizes({230, 850});
+    select(kOverview);
+}
+
+WorkArea::~WorkArea() {
+    // They draw with the pictures and would otherwise outlive them.
+    delete m_modules;
+    delete m_pages;
+}
+
+QWidget* WorkArea::pageFor(const ScanObject& row) {
+    if (row.viewName() == kExtensionsView)
+        return new ExtensionsPage(m_session.application().extensions(),
+                                  [this](auto&... how) { return makePage(how...); });
+    auto* page =
+        makePage(*row.correspondingScanController(), QString::fromStdString(row.name()), hintFor(row.viewName()));
+    if (row.viewName() == kUninstallerView)
+        page->addBelow(new RebuildRow(m_session.launchDatabase()));
+    return page;
+}
+
+ResultPage* WorkArea::makePage(ADScanControllerView& module, const QString& title, const QString& hint) {
+    m_resultPages.push_back(new ResultPage(module, m_services, title, hint));
+    return m_resultPages.back();
+}
+
+void WorkArea::addPage(std::uint8_t viewCode, QWidget* page) {
+    m_pages->addWidget(page);
+    m_pageOfView[viewCode] = page;
+}
+
+void WorkArea::showPage(std::uint8_t viewCode) {
+    m_pages->setCurrentWidget(m_pageOfView.at(viewCode));
+    m_information.show(nullptr, {});
+    auto& controller = m_session.application().scanController();
+    const auto& rows = controller.rows();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        if (rows[row]->viewName() == viewCode)
+            controller.setSelectedRow(row);
+    }
+    if (auto* module = controller.moduleForViewCode(viewCode))
+        module->willSwithToYourView();
+    else
+        controller.gotoCleanerMode();
+    refresh();
+}
+
+void WorkArea::select(std::uint8_t viewCode) { m_modules->select(viewCode); }
+
+bool WorkArea::isShowingOverview() const { return m_pages->currentWidget() == m_overview; }
+
+void WorkArea::refresh() {
+    m_modules->refresh();
+    if (isShowingOverview())
+        m_overview->refresh();
+}
+
+} // namespace sweeply

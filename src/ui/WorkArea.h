@@ -1,0 +1,61 @@
+#pragma once
+
+#include "ui/Pictures.h"
+#include "ui/ResultPage.h"
+
+#include <QSplitter>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+class QStackedWidget;
+
+namespace sweeply {
+
+class InformationPanel;
+class ModuleList;
+class OverviewPage;
+class TargetSession;
+
+/// The window's middle while a Mac is open: the list of modules, and the page of the one that is selected. Main thread.
+class WorkArea final : public QSplitter {
+  public:
+    /// What a page asks of the window.
+    struct Window {
+        SystemLog& log;
+        /// As in the pages' services.
+        std::function<std::optional<std::string>(const QString&)> targetPath;
+        std::function<void(const QString&)> say;
+    };
+
+    /// `session`, `information` and what `window` refers to outlive this. Shows the overview.
+    WorkArea(TargetSession& session, InformationPanel& information, Window window);
+    ~WorkArea() override;
+
+    /// Selects the module with that view code and shows its page; nothing when there is none.
+    void select(std::uint8_t viewCode);
+    [[nodiscard]] bool isShowingOverview() const;
+    /// Takes over what has changed in the list, and on the overview while that is shown.
+    void refresh();
+
+  private:
+    [[nodiscard]] QWidget* pageFor(const ScanObject& row);
+    [[nodiscard]] ResultPage* makePage(ADScanControllerView& module, const QString& title, const QString& hint);
+    void addPage(std::uint8_t viewCode, QWidget* page);
+    void showPage(std::uint8_t viewCode);
+
+    TargetSession& m_session;
+    InformationPanel& m_information;
+    Pictures m_pictures;
+    const ResultPage::Services m_services;
+    QStackedWidget* m_pages;
+    OverviewPage* m_overview;
+    std::map<std::uint8_t, QWidget*> m_pageOfView;
+    std::vector<ResultPage*> m_resultPages;
+    ModuleList* m_modules = nullptr;
+};
+
+} // namespace sweeply
