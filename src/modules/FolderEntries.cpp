@@ -45,7 +45,7 @@ void scanEntriesOfFolder(std::string_view folderPath, ADScanController& module, 
         if (entry.name != ".DS_Store") {
             std::string item = joinedPath(path, entry.name);
             module.setCurrentItem(item);
-            const std::uint64_t size = services.sizes.sizeOfEntry(folder->get(), entry.name);
+            const std::uint64_t size = services.sizes.measureEntry(folder->get(), entry.name).size;
             if (size >= rules.smallestSize)
                 module.addChildNode(nodes.nodeFor(entry.name, std::move(item), size));
         }

@@ -2,12 +2,13 @@
 
 #include "platform/DirectoryEnumerator.h"
 #include "platform/DirectoryReader.h"
+#include "platform/TargetPath.h"
 #include "platform/WorkQueue.h"
 
-#include <atomic>
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -52,12 +53,12 @@ class Sum final {
   public:
     explicit Sum(std::uint64_t block) : m_block(block) {}
 
-    std::uint64_t of(UniqueFd folder) {
-        Worker worker{{}, kBigTree, kFilesBetweenLooks, 0};
+    MeasuredItem of(UniqueFd folder) {
+        Worker worker{{}, kBigTree, kFilesBetweenLooks, {}};
         push(worker, std::move(folder));
         walk(worker);
         work(worker);
-        return m_total + worker.total;
+        return m_total += worker.total; // nobody else works any more
     }
 
   private:
@@ -71,7 +72,7 @@ class Sum final {
         std::vector<Level> levels;  ///< the folders it is in
         unsigned entriesBeforeHelp; ///< 0 where no help is to be called
         unsigned filesBeforeLook;   ///< at the disk; 0 for who need not look
-        std::uint64_t total;
+        MeasuredItem total;
     };
 
     /// Does what others give until all is done.
@@ -83,7 +84,8 @@ class Sum final {
                 addFiles(worker, task->folder->get(), task->names);
             walk(worker);
             // Before asking for more: the last worker to do so ends the whole sum.
-            m_total += std::exchange(worker.total, 0);
+            const std::lock_guard lock(m_totalMutex);
+            m_total += std::exchange(worker.total, {});
         }
     }
 
@@ -98,9 +100,12 @@ class Sum final {
             }
             if (worker.entriesBeforeHelp > 0 && --worker.entriesBeforeHelp == 0)
                 callHelp(kHelpersFromMemory);
-            if (entry->type != FileType::Directory)
+            if (entry->type != FileType::Directory) {
                 addOrGive(worker, level, entry->name);
-            else if (m_queue.wantsWork())
+                continue;
+            }
+            worker.total.identity.addEntry(entry->name);
+            if (m_queue.wantsWork())
                 m_queue.give({level.fd, entry->name, true});
             else
                 enter(worker, level.fd->get(), entry->name);
@@ -131,7 +136,12 @@ class Sum final {
         }
         struct stat status {};
         if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && !S_ISDIR(status.st_mode))
-            worker.total += roundedUp(static_cast<std::uint64_t>(status.st_size), m_block);
+            add(worker, name, static_cast<std::uint64_t>(status.st_size), status.st_mtim);
+    }
+
+    void add(Worker& worker, std::string_view name, std::uint64_t size, timespec modified) const {
+        worker.total.size += roundedUp(size, m_block);
+        worker.total.identity.addEntry(name, size, modified);
     }
 
     void enter(Worker& worker, int parent, const char* name) {
@@ -153,27 +163,28 @@ class Sum final {
         DirectoryEnumerator enumerator(std::move(fd));
         while (const auto entry = enumerator.next()) {
             if (entry->type == FileType::Directory)
-                continue;
-            if (const auto attributes = enumerator.attributes())
-                worker.total += roundedUp(attributes->size, m_block);
+                worker.total.identity.addEntry(lastPathComponent(entry->path));
+            else if (const auto attributes = enumerator.attributes())
+                add(worker, lastPathComponent(entry->path), attributes->size, attributes->modified);
         }
     }
 
     void callHelp(unsigned helpers) {
         m_queue.startHelpers(helpers, [this] {
-            Worker helper{{}, 0, 0, 0};
+            Worker helper{{}, 0, 0, {}};
             work(helper);
         });
     }
 
     const std::uint64_t m_block;
     const long m_blocksReadBefore = blocksRead();
-    std::atomic<std::uint64_t> m_total = 0;
+    std::mutex m_totalMutex;
+    MeasuredItem m_total;    ///< guarded by m_totalMutex while helpers work
     WorkQueue<Task> m_queue; ///< last: its helpers use the rest
 };
 
 } // namespace
 
-std::uint64_t sizeOfTree(UniqueFd folder, std::uint64_t block) { return Sum(block).of(std::move(folder)); }
+MeasuredItem measureTree(UniqueFd folder, std::uint64_t block) { return Sum(block).of(std::move(folder)); }
 
 } // namespace sweeply

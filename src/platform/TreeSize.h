@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ItemIdentity.h"
 #include "platform/UniqueFd.h"
 
 #include <cstdint>
@@ -11,11 +12,11 @@ namespace sweeply {
     return (size + block - 1) / block * block;
 }
 
-/// Adds up the sizes of everything below `folder`, each rounded up to whole blocks of `block` bytes. Folders count
-/// nothing, links their own size. What cannot be read or vanishes meanwhile is left out.
+/// Adds up the sizes of everything below `folder`, each rounded up to whole blocks of `block` bytes, and notes what is
+/// there. Folders count nothing, links their own size. What cannot be read or vanishes meanwhile is left out.
 ///
 /// A big tree is read by several threads, more than there are processors: what the disk must fetch is asked for at
 /// once. Memory is bounded whatever the tree's shape. Any number of threads may call this at once.
-[[nodiscard]] std::uint64_t sizeOfTree(UniqueFd folder, std::uint64_t block);
+[[nodiscard]] MeasuredItem measureTree(UniqueFd folder, std::uint64_t block);
 
 } // namespace sweeply

@@ -6,6 +6,7 @@
 #include "platform/TreeSize.h"
 #include "platform/UniqueFd.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -13,28 +14,42 @@ namespace sweeply {
 
 std::uint64_t DiskSizes::charged(std::uint64_t size) const { return roundedUp(size, allocationBlock(units())); }
 
-std::uint64_t DiskSizes::folderSizeAtPath(std::string_view path) const { return path.empty() ? 0 : sizeOfFile(path); }
-
-std::uint64_t DiskSizes::sizeOfFile(std::string_view path) const {
+MeasuredItem DiskSizes::measure(std::string_view path) const {
+    if (path.empty())
+        return {};
     if (normalisedPath(path) == "/") {
         auto root = m_fileManager.openDirectory(path);
-        return root ? sizeOfTree(std::move(*root), allocationBlock(units())) : 0;
+        return root ? measureTree(std::move(*root), allocationBlock(units())) : MeasuredItem();
     }
     const auto item = m_fileManager.locate(path);
-    return item ? sizeOfEntry(item->parent.get(), item->name) : 0;
+    return item ? measureEntry(item->parent.get(), item->name) : MeasuredItem();
 }
 
-std::uint64_t DiskSizes::sizeOfEntry(int folder, const std::string& name) const {
+MeasuredItem DiskSizes::measureEntry(int folder, const std::string& name) const {
     struct stat status {};
     if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return 0;
-    return S_ISREG(status.st_mode) ? charged(static_cast<std::uint64_t>(status.st_size))
-                                   : sizeOfFolderEntry(folder, name);
+        return {};
+    if (S_ISDIR(status.st_mode))
+        return measureFolderEntry(folder, name);
+    MeasuredItem item;
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    if (S_ISREG(status.st_mode))
+        item.size = charged(size);
+    // Without its name: nobody says by which path it is reached.
+    item.identity.addEntry({}, size, status.st_mtim);
+    item.identity.kind = itemKindOf(status.st_mode);
+    return item;
 }
 
-std::uint64_t DiskSizes::sizeOfFolderEntry(int folder, const std::string& name) const {
+MeasuredItem DiskSizes::measureFolderEntry(int folder, const std::string& name) const {
     UniqueFd opened(::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    return opened ? sizeOfTree(std::move(opened), allocationBlock(units())) : 0;
+    const bool isThere = opened || errno == EACCES || errno == EPERM; // and what is in it nobody can tell
+    auto item = opened ? measureTree(std::move(opened), allocationBlock(units())) : MeasuredItem();
+    if (isThere) {
+        item.identity.addEntry({});
+        item.identity.kind = ItemKind::Folder;
+    }
+    return item;
 }
 
 std::uint64_t DiskSizes::sizeOfAllFilesAtPathes(std::span<const std::string> paths) const {

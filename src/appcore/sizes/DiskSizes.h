@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appcore/sizes/SizeDisplay.h"
+#include "platform/ItemIdentity.h"
 
 #include <cstdint>
 #include <span>
@@ -22,14 +23,14 @@ class DiskSizes final {
         : m_fileManager(fileManager), m_version(version) {}
 
     /// What everybody asks: the size of the file or the whole tree at `path`; 0 for no path.
-    [[nodiscard]] std::uint64_t folderSizeAtPath(std::string_view path) const;
+    [[nodiscard]] std::uint64_t folderSizeAtPath(std::string_view path) const { return measure(path).size; }
     /// A file's own size; else that of all below. A link in the tree is charged for itself, a folder nothing. Nothing
-    /// is below a link at `path` itself.
-    [[nodiscard]] std::uint64_t sizeOfFile(std::string_view path) const;
-    /// sizeOfFile of the entry `name` of a folder that is open, for those who ask for many of one folder.
-    [[nodiscard]] std::uint64_t sizeOfEntry(int folder, const std::string& name) const;
-    /// The same for an entry that is known to be a folder; 0 for anything else.
-    [[nodiscard]] std::uint64_t sizeOfFolderEntry(int folder, const std::string& name) const;
+    /// is below a link at `path` itself. With it, what the item is now; of nothing, that nobody looked.
+    [[nodiscard]] MeasuredItem measure(std::string_view path) const;
+    /// The same for the entry `name` of a folder that is open, for those who ask for many of one folder.
+    [[nodiscard]] MeasuredItem measureEntry(int folder, const std::string& name) const;
+    /// The same for an entry that is known to be a folder; nothing for anything else.
+    [[nodiscard]] MeasuredItem measureFolderEntry(int folder, const std::string& name) const;
     /// The sum. What is listed twice, or stands in another listed folder, counts twice.
     [[nodiscard]] std::uint64_t sizeOfAllFilesAtPathes(std::span<const std::string> paths) const;
     /// The size by a plain walk that leaves out links which lead to folders or nowhere. To compare with.

@@ -112,7 +112,7 @@ std::vector<DevTrashController::Junk> DevTrashController::nibsJunkForApplication
         if (!isDeveloperJunk(entry->path))
             continue;
         walk.skipDescendants(); // it goes as a whole
-        found.push_back({joinedPath(path, entry->path), m_junk.sizes.sizeOfEntry(walk.folder(), walk.name())});
+        found.push_back({joinedPath(path, entry->path), m_junk.sizes.measureEntry(walk.folder(), walk.name()).size});
     }
     if (const auto& failure = walk.failure()) {
         reportProblem({failure->kind, joinedPath(path, failure->path), failure->reason});
@@ -148,7 +148,7 @@ void DevTrashController::analyzeApplication(const std::string& path) {
 void DevTrashController::analyzeFolder(const std::string& path) {
     std::unordered_set<std::string> trashed;
     auto walk = m_junk.files.enumeratorAtPath(path);
-    const auto sizeOfThis = [&] { return m_junk.sizes.sizeOfEntry(walk.folder(), walk.name()); };
+    const auto sizeOfThis = [&] { return m_junk.sizes.measureEntry(walk.folder(), walk.name()).size; };
     while (const auto entry = walk.next()) {
         if (stopped())
             break;

@@ -134,7 +134,7 @@ LanguagesController::Localizations LanguagesController::languagesForApplicationA
         if (const auto& code = unwantedLanguage(lastPathComponent(entry->path)); !code.empty()) {
             auto& localization = found[code];
             localization.folders.push_back(joinedPath(path, entry->path));
-            localization.size += m_languages.sizes.sizeOfFolderEntry(walk.folder(), walk.name());
+            localization.size += m_languages.sizes.measureFolderEntry(walk.folder(), walk.name()).size;
         }
         if (stopped())
             break;

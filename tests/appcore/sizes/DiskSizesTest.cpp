@@ -129,9 +129,42 @@ TEST_F(DiskSizesTest, RandomTreeSumsLikeANaiveWalkFromSeveralThreadsAtOnce) {
         else if (entry.is_regular_file())
             expected += (entry.file_size() + 3999) / 4000 * 4000;
     }
+    const auto known = m_decimalSizes.measure("/tree");
+    EXPECT_EQ(known.size, expected);
     std::vector<std::jthread> threads;
     for (int i = 0; i < 3; ++i)
-        threads.emplace_back([&] { EXPECT_EQ(m_decimalSizes.folderSizeAtPath("/tree"), expected); });
+        threads.emplace_back([&] { EXPECT_EQ(m_decimalSizes.measure("/tree"), known); });
+}
+
+TEST_F(DiskSizesTest, WhateverChangesInAnItemShowsInItsIdentity) {
+    for (const char* file : {"tree/a/file", "tree/b/file", "tree/old"})
+        m_folder.makeFile(file, 100);
+    m_folder.makeFolder("tree/empty");
+    const auto path = [this](const char* name) { return m_folder.path(name); };
+    const auto yesterday = fs::file_time_type::clock::now() - std::chrono::hours(24);
+    fs::last_write_time(path("tree/a/file"), yesterday + std::chrono::hours(72)); // hides what is newer
+    const std::pair<const char*, std::function<void()>> changes[] = {
+        {"nothing", [] {}},
+        {"a file's time, as contents of the same size leave it",
+         [&] { fs::last_write_time(path("tree/old"), yesterday); }},
+        {"a file's size, with its time put back",
+         [&] {
+             const auto time = fs::last_write_time(path("tree/old"));
+             fs::resize_file(path("tree/old"), 101);
+             fs::last_write_time(path("tree/old"), time);
+         }},
+        {"a name", [&] { fs::rename(path("tree/b"), path("tree/c")); }},
+        {"one more folder", [&] { m_folder.makeFolder("tree/empty/more"); }},
+        {"one file less", [&] { fs::remove(path("tree/c/file")); }},
+        {"its kind", [&] { fs::remove_all(path("tree")), m_folder.makeFile("tree", 100); }},
+        {"a link in its place", [&] { fs::remove(path("tree")), m_folder.makeLink("tree", "nowhere"); }},
+    };
+    for (const auto& [what, change] : changes) {
+        const auto before = m_sizes.measure("/tree").identity;
+        change();
+        EXPECT_EQ(m_sizes.measure("/tree").identity == before, what == std::string("nothing")) << what;
+    }
+    EXPECT_FALSE(m_sizes.measure("/none").identity.isKnown());
 }
 
 } // namespace
