@@ -12,7 +12,10 @@ tl::expected<PackageInfo, std::string> parsePackageInfo(std::string_view bytes) 
     const auto root = document.document_element();
     if (!root)
         return tl::unexpected(std::string("no element"));
-    return PackageInfo{root.attribute("identifier").value(), root.attribute("install-location").value()};
+    PackageInfo info{root.attribute("identifier").value(), {}};
+    if (const auto location = root.attribute("install-location"))
+        info.installLocation = location.value();
+    return info;
 }
 
 } // namespace sweeply

@@ -118,8 +118,8 @@ TEST(PackageInfoTest, AttributesAreReadAndNonsenseIsAnError) {
     const auto info =
         parsePackageInfo("<?xml version=\"1.0\"?><pkg-info identifier=\"com.x\" install-location=\"/A\"/>");
     ASSERT_TRUE(info);
-    EXPECT_EQ(info->identifier + info->installLocation, "com.x/A");
-    EXPECT_EQ(parsePackageInfo("<pkg-info identifier=\"com.x\"/>")->installLocation, "");
+    EXPECT_EQ(info->identifier + info->installLocation.value(), "com.x/A");
+    EXPECT_EQ(parsePackageInfo("<pkg-info identifier=\"com.x\"/>")->installLocation, std::nullopt);
     for (const char* bad : {"", "text", "<pkg-info", "<a></b>"})
         EXPECT_FALSE(parsePackageInfo(bad)) << bad;
 }

@@ -278,14 +278,14 @@ PackageManager::Paths PackageManager::linesOfFlatPackage(const Package& package)
             m_services.log.log(formatText("Failed to parser PackageInfo for %@", {escapedForLog(package.path)}));
             return;
         }
-        if (info->identifier.empty())
+        // What names no place of its own installs at the root, and leaves no receipt under its name.
+        if (info->identifier.empty() || !info->installLocation)
             return;
-        // Without a location of its own a package installs at the root.
-        locations[folder] = info->installLocation;
+        locations[folder] = *info->installLocation;
         if (hasDatabase())
             lines.push_back(nameOfReceipt(info->identifier));
         m_services.log.log(formatText("Base dir %@ bundleID %@",
-                                      {escapedForLog(info->installLocation), escapedForLog(info->identifier)}));
+                                      {escapedForLog(*info->installLocation), escapedForLog(info->identifier)}));
     };
     const auto file = m_services.files.openForReading(package.path);
     const auto read = file
