@@ -49,7 +49,7 @@ Application::Application(Target target, const HostServices& host)
       m_tasks(m_tools, host.log), m_loginItems(*m_target.files, m_target.folders, host.log),
       m_launchItems(*m_target.files, m_target.folders, m_tasks, host.log),
       m_packages({*m_target.files, m_target.folders, m_target.version, m_tools, m_privileged, host.alerts,
-                  host.mainThread, host.log}),
+                  host.mainThread, host.log, [this](const Error& error) { m_services.reportProblem(error); }}),
       m_resources({*m_target.files, m_target.folders, m_sizes, m_applications, m_loginItems, m_packages, host.log},
                   m_treeLock),
       m_processes({*m_target.files, m_tools, m_privileged, host.alerts, host.mainThread, host.log}),

@@ -10,18 +10,28 @@ namespace sweeply {
 std::optional<std::string> ADTaskRunner::getOutput(std::string_view tool, const Arguments& arguments,
                                                    bool suppressErrorOutput,
                                                    const std::vector<int>& inheritedDescriptors) const {
-    const auto program = m_tools.programFor(tool);
-    if (!program)
-        return std::nullopt;
     ProcessOptions options;
     options.inheritedDescriptors = inheritedDescriptors;
     options.errors = suppressErrorOutput ? OutputTo::Discard : OutputTo::Inherit;
+    auto result = run(tool, arguments, options);
+    return result ? std::optional(std::move(result->output)) : std::nullopt;
+}
+
+Result<ProcessResult> ADTaskRunner::run(std::string_view tool, const Arguments& arguments) const {
+    ProcessOptions options;
+    options.errors = OutputTo::Capture;
+    return run(tool, arguments, options);
+}
+
+Result<ProcessResult> ADTaskRunner::run(std::string_view tool, const Arguments& arguments,
+                                        const ProcessOptions& options) const {
+    const auto program = m_tools.programFor(tool);
+    if (!program)
+        return Failure(program.error());
     auto result = runProcess(*program, arguments, options);
-    if (!result) {
+    if (!result)
         logFailure(tool, arguments, result.error().reason);
-        return std::nullopt;
-    }
-    return std::move(result->output);
+    return result;
 }
 
 std::optional<int> ADTaskRunner::launchTaskAndGetTermStatusWithCmd(std::string_view tool,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Error.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +11,8 @@ namespace sweeply {
 
 class SystemLog;
 class ToolTable;
+struct ProcessOptions;
+struct ProcessResult;
 
 /// Runs a Mac's command-line tools, named by their paths there, as the user. Thread-safe.
 class ADTaskRunner final {
@@ -25,11 +29,17 @@ class ADTaskRunner final {
                                                        bool suppressErrorOutput = false,
                                                        const std::vector<int>& inheritedDescriptors = {}) const;
 
+    /// What the tool writes, with its standard error apart, and how it ended. An error when there is no such tool
+    /// (Unavailable) or it cannot be run to its end (logged).
+    [[nodiscard]] Result<ProcessResult> run(std::string_view tool, const Arguments& arguments) const;
+
     /// The tool's exit status, 128 and more when a signal ended it; nothing when it could not be run (logged). What it
     /// writes goes where ours goes.
     std::optional<int> launchTaskAndGetTermStatusWithCmd(std::string_view tool, const Arguments& arguments) const;
 
   private:
+    [[nodiscard]] Result<ProcessResult> run(std::string_view tool, const Arguments& arguments,
+                                            const ProcessOptions& options) const;
     void logFailure(std::string_view tool, const Arguments& arguments, const std::string& reason) const;
 
     const ToolTable& m_tools;

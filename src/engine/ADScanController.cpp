@@ -185,10 +185,7 @@ void ADScanController::stopRun() {
 
 void ADScanController::sleepAfterItem() { m_flags.sleepFor(m_services.pace.threadSleep); }
 
-void ADScanController::reportProblem(const Error& error) {
-    m_services.log.log(error.message());
-    m_services.notifications.post(ProblemFound{error});
-}
+void ADScanController::reportProblem(const Error& error) { m_services.reportProblem(error); }
 
 void ADScanController::setCurrentItem(std::string_view path) {
     std::lock_guard lock(m_currentItemMutex);

@@ -10,6 +10,7 @@ class MainThread;
 class NotificationCenter;
 class SystemLog;
 class UserDefaults;
+struct Error;
 struct Pace;
 
 /// Guards every result tree that more than one thread can see. Recursive, since operations on a tree are built on each
@@ -25,6 +26,9 @@ struct EngineServices {
     TreeLock& treeLock;
     const Pace& pace;
     SizeUnits units;
+
+    /// Logs what could not be read and tells whoever shows it. Any thread.
+    void reportProblem(const Error& error) const;
 };
 
 } // namespace sweeply

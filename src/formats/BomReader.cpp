@@ -7,6 +7,7 @@
 #include <bit>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace sweeply::bom {
@@ -17,7 +18,9 @@ using Flaw = tl::unexpected<std::string>;
 using BlockNumber = std::uint32_t;
 
 constexpr int kDeepestTree = 64;
-/// No file system has longer ones.
+constexpr std::size_t kPairSize = 8;
+/// In bytes. No file system has longer ones.
+constexpr std::size_t kLongestName = 1024;
 constexpr std::size_t kLongestPath = 16 * 1024;
 
 /// The numbered blocks of a store.
@@ -42,6 +45,8 @@ class Store final {
         return m_bytes.bytes(*m_bytes.u32(row), *m_bytes.u32(row + 4));
     }
     [[nodiscard]] BlockNumber count() const { return m_count; }
+    /// In bytes.
+    [[nodiscard]] std::size_t size() const { return m_bytes.size(); }
 
     [[nodiscard]] std::optional<std::string_view> named(std::string_view name) const {
         const auto count = m_bytes.u32(m_names);
@@ -85,7 +90,9 @@ class Reader final {
         auto leaf = firstLeaf();
         if (!leaf)
             return Flaw(leaf.error());
-        // Each leaf is a block of its own, so that more steps than blocks are a circle.
+        // Each leaf is a block of its own, so that more steps than blocks are a circle; and leaves that share their
+        // pairs would make a small file a list without end.
+        std::uint64_t pairs = 0;
         for (BlockNumber steps = 0; *leaf != 0; ++steps) {
             const auto bytes = m_store.block(*leaf);
             if (!bytes || steps >= m_store.count())
@@ -93,30 +100,25 @@ class Reader final {
             const ByteReader in(*bytes, std::endian::big);
             const auto count = in.u16(2);
             const auto next = in.u32(4);
-            if (!count || !next || in.u16(0) != 1)
+            if (!count || !next || in.u16(0) != 1 || (pairs += *count) > m_store.size() / kPairSize)
                 return Flaw("its tree of paths is damaged");
-            for (std::uint64_t i = 0; i < *count; ++i) {
-                if (auto added = addRecord(in.u32(12 + i * 8), in.u32(16 + i * 8)); !added)
-                    return added;
-            }
+            for (std::uint64_t i = 0; i < *count; ++i)
+                addRecord(in.u32(12 + i * kPairSize), in.u32(16 + i * kPairSize));
             *leaf = *next;
         }
         return {};
     }
 
-    tl::expected<void, std::string> visitAll(const std::function<void(const Entry&)>& visit) {
+    LeftOut visitAll(const std::function<void(const Entry&)>& visit) {
         // The stored order is kept among the entries of one folder.
         std::ranges::stable_sort(m_records, {}, &Record::parent);
         std::unordered_map<std::uint32_t, std::size_t> firstChild;
         firstChild.reserve(m_records.size());
         for (std::size_t i = m_records.size(); i-- > 0;)
             firstChild[m_records[i].parent] = i;
-        // First a walk that hands nothing on: half a list is worse than none.
-        for (const bool isTrial : {true, false}) {
-            if (auto walked = walk(firstChild, isTrial ? nullptr : &visit); !walked)
-                return walked;
-        }
-        return {};
+        // What was not reached lies below something left out, or in itself.
+        leaveOut(m_records.size() - walk(firstChild, visit), "a path lies in a folder that is not listed");
+        return m_leftOut;
     }
 
   private:
@@ -143,32 +145,41 @@ class Reader final {
         return Flaw("its tree of paths is damaged");
     }
 
-    tl::expected<void, std::string> addRecord(std::optional<BlockNumber> info, std::optional<BlockNumber> file) {
+    void leaveOut(std::size_t count, const char* reason) {
+        if (count != 0 && m_leftOut.count == 0)
+            m_leftOut.reason = reason;
+        m_leftOut.count += count;
+    }
+
+    void addRecord(std::optional<BlockNumber> info, std::optional<BlockNumber> file) {
         const auto infoBytes = info ? m_store.block(*info) : std::nullopt;
         const auto fileBytes = file ? m_store.block(*file) : std::nullopt;
         if (!infoBytes || !fileBytes)
-            return Flaw("a path's record is missing");
+            return leaveOut(1, "a path's record is missing");
         const ByteReader infoIn(*infoBytes, std::endian::big);
         const ByteReader fileIn(*fileBytes, std::endian::big);
         const auto number = infoIn.u32(0);
         const auto attributes = infoIn.u32(4);
         const auto parent = fileIn.u32(0);
         const auto attributesBytes = attributes ? m_store.block(*attributes) : std::nullopt;
-        if (!number || !parent || !attributesBytes)
-            return Flaw("a path's record is damaged");
-        const auto rest = fileBytes->substr(4);
+        if (!number || *number == 0 || !parent || !attributesBytes)
+            return leaveOut(1, "a path's record is damaged");
+        const auto rest = fileBytes->substr(4, kLongestName + 1);
         const auto name = rest.substr(0, rest.find('\0'));
         const bool isTop = *parent == 0 && name == ".";
-        if (!isTop && (name.empty() || name == "." || name == ".." || name.find('/') != std::string_view::npos))
-            return Flaw("a path has a name that no file can have");
+        const bool isName = !name.empty() && name.size() <= kLongestName && name != "." && name != ".." &&
+                            name.find('/') == std::string_view::npos;
+        if (!isTop && !isName)
+            return leaveOut(1, "a path has a name that no file can have");
+        // What is in a folder must not be walked once for each that claims to be it.
+        if (!m_numbers.insert(*number).second)
+            return leaveOut(1, "two paths have the same number");
         m_records.push_back({*number, *parent, name, *attributesBytes});
-        return {};
     }
 
-    /// Hands the entries on; without `visit` it only looks whether all can be reached. A folder that is its own parent
-    /// is never reached, so that circles show as records that are left over.
-    tl::expected<void, std::string> walk(const std::unordered_map<std::uint32_t, std::size_t>& firstChild,
-                                         const std::function<void(const Entry&)>* visit) const {
+    /// Hands the entries on, each once, and counts them. A folder that is its own parent is never reached.
+    std::size_t walk(const std::unordered_map<std::uint32_t, std::size_t>& firstChild,
+                     const std::function<void(const Entry&)>& visit) const {
         Entry entry;
         std::string path;
         std::size_t visited = 0;
@@ -188,20 +199,16 @@ class Reader final {
                 path += '/';
             if (!isTop)
                 path += record.name;
-            if (++visited > m_records.size() || path.size() > kLongestPath)
-                return Flaw("its folders lie in each other");
-            if (visit) {
-                entry.path = isTop ? "." : path;
-                fill(entry, record.attributes);
-                (*visit)(entry);
-            }
-            const auto child = record.number == 0 ? firstChild.end() : firstChild.find(record.number);
-            if (child != firstChild.end())
+            if (path.size() > kLongestPath)
+                continue;
+            ++visited;
+            entry.path = isTop ? "." : path;
+            fill(entry, record.attributes);
+            visit(entry);
+            if (const auto child = firstChild.find(record.number); child != firstChild.end())
                 levels.push_back({child->second, record.number, path.size()});
         }
-        if (visited != m_records.size())
-            return Flaw("a path lies in a folder that is not listed");
-        return {};
+        return visited;
     }
 
     static void fill(Entry& entry, std::string_view attributes) {
@@ -229,17 +236,26 @@ class Reader final {
 
     const Store& m_store;
     std::vector<Record> m_records;
+    std::unordered_set<std::uint32_t> m_numbers; ///< of all records
+    LeftOut m_leftOut;
 };
 
 } // namespace
 
-tl::expected<void, std::string> read(std::string_view bytes, const std::function<void(const Entry&)>& visit) {
+std::string describe(const LeftOut& leftOut) {
+    if (leftOut.count == 0)
+        return {};
+    return std::to_string(leftOut.count) + (leftOut.count == 1 ? " of its entries is" : " of its entries are") +
+           " left out: " + leftOut.reason;
+}
+
+tl::expected<LeftOut, std::string> read(std::string_view bytes, const std::function<void(const Entry&)>& visit) {
     const auto store = Store::open(bytes);
     if (!store)
         return Flaw(store.error());
     Reader reader(*store);
     if (auto records = reader.readRecords(); !records)
-        return records;
+        return Flaw(records.error());
     return reader.visitAll(visit);
 }
 

@@ -13,6 +13,8 @@ class ByteReader final {
   public:
     ByteReader(std::string_view bytes, std::endian order) : m_bytes(bytes), m_order(order) {}
 
+    [[nodiscard]] std::size_t size() const { return m_bytes.size(); }
+
     [[nodiscard]] std::optional<std::uint8_t> u8(std::uint64_t at) const { return integer<std::uint8_t>(at); }
     [[nodiscard]] std::optional<std::uint16_t> u16(std::uint64_t at) const { return integer<std::uint16_t>(at); }
     [[nodiscard]] std::optional<std::uint32_t> u32(std::uint64_t at) const { return integer<std::uint32_t>(at); }

@@ -60,6 +60,14 @@ TEST_F(CliTest, UnreadableFolderIsNamedAndTheRestGoesOn) {
     EXPECT_EQ(photos.count("\"Library\" Photo Cache"), 1u);
 }
 
+TEST_F(CliTest, DamagedReceiptIsNamedAndTheRestGoesOn) {
+    write("/var/db/receipts/com.example.torn.plist", "<plist version=\"1.0\"><dict/></plist>");
+    write("/var/db/receipts/com.example.torn.bom", "torn");
+    const auto result = runOnVolume({"receipts"});
+    EXPECT_EQ(result.output, "com.example.torn\n");
+    EXPECT_EQ(result.errors, "sweeply-cli: /var/db/receipts/com.example.torn.bom: no bill of materials\n");
+}
+
 TEST_F(CliTest, SettingsThatCannotBeWrittenDoNotStopAScan) {
     write(cache("file"), "1");
     const auto folder = host("/Users/sam/Library/Preferences");

@@ -67,22 +67,45 @@ TEST(BomReaderTest, DamageIsAnErrorAndNothingIsHandedOn) {
         const auto listed = bom::read(whole.substr(0, length), [&](const bom::Entry&) { ++handedOn; });
         EXPECT_TRUE(listed || handedOn == 0);
     }
-    for (const auto& [from, to] : {std::pair("\2b", "\2/"), {"tree", "tres"}, {"Paths", "Pfads"}}) {
+    for (const auto& [from, to] : {std::pair("tree", "tres"), {"Paths", "Pfads"}}) {
         auto bad = whole;
-        const auto at = bad.find(from);
-        ASSERT_NE(at, std::string::npos);
-        bad.replace(at, std::string(from).size(), to);
+        bad.replace(bad.find(from), std::string(from).size(), to);
         EXPECT_THAT(pathsIn(bad), ElementsAre(HasSubstr("error: "))) << to;
     }
-    auto dots = billOf({"a/bb"});
-    dots.replace(dots.rfind("bb"), 2, "..");
-    EXPECT_THAT(pathsIn(dots), ElementsAre(HasSubstr("a name that no file can have")));
-    // A folder that lies in itself: the record of "a" names its own number as its folder's.
-    auto circle = whole;
-    const auto file = circle.rfind(std::string("\0\0\0\1a\0", 6));
-    ASSERT_NE(file, std::string::npos);
-    circle[file + 3] = '\2';
-    EXPECT_THAT(pathsIn(circle), ElementsAre(HasSubstr("error: ")));
+}
+
+TEST(BomReaderTest, WhatCannotBeIsLeftOutAndTheRestHandedOn) {
+    // "." has the number 1, "a" 2, "a/bb" 3, "a/cc" 4, "dd" 5; a name stands behind its folder's number.
+    const std::string whole = billOf({"a/bb", "a/cc", "dd"});
+    const struct {
+        std::string from, to, paths;
+        std::size_t leftOut;
+        const char* reason;
+    } rows[]{
+        {"bb", "..", ". a a/cc dd", 1, "a path has a name that no file can have"},
+        {"bb", "/b", ". a a/cc dd", 1, "a path has a name that no file can have"},
+        {{"\2bb", 3}, {"\2\0b", 3}, ". a a/cc dd", 1, "a path has a name that no file can have"},
+        {{"\1a", 2}, "\1/", ". dd", 3, "a path has a name that no file can have"},
+        {{"\1a", 2}, "\2a", ". dd", 3, "a path lies in a folder that is not listed"},
+        {{"\2bb", 3}, "\7bb", ". a a/cc dd", 1, "a path lies in a folder that is not listed"},
+        {{"\5\0\0\0\x8", 5}, {"\2\0\0\0\x8", 5}, ". a a/bb a/cc", 1, "two paths have the same number"},
+        {{"\5\0\0\0\x8", 5}, {"\0\0\0\0\x8", 5}, ". a a/bb a/cc", 1, "a path's record is damaged"},
+        {{"\5\0\0\0\x8", 5}, {"\5\0\0\0\xff", 5}, ". a a/bb a/cc", 1, "a path's record is damaged"},
+        {{"\0\1\0\5", 4}, {"\0\1\0\6", 4}, ". a a/bb a/cc dd", 1, "a path's record is missing"},
+        {{"\0\1\0\5", 4}, {"\0\1\xff\xff", 4}, "error", 0, "its tree of paths is damaged"},
+    };
+    for (const auto& row : rows) {
+        auto bad = whole;
+        const auto at = bad.rfind(row.from);
+        ASSERT_NE(at, std::string::npos) << row.reason;
+        bad.replace(at, row.to.size(), row.to);
+        std::string paths;
+        const auto read = bom::read(bad, [&](const bom::Entry& entry) { paths += " " + entry.path; });
+        EXPECT_EQ(read ? paths : " error", " " + row.paths) << row.reason;
+        EXPECT_EQ(read ? read->reason : read.error(), row.reason) << row.paths;
+        EXPECT_EQ(read ? read->count : 0, row.leftOut) << row.reason;
+    }
+    EXPECT_EQ(pathsIn(billOf({std::string(1024, 'n'), std::string(1025, 'n')})).size(), 2U);
 }
 
 TEST(KeyedArchiveTest, WhatIsWrittenIsReadAndIsARealArchive) {
@@ -104,7 +127,7 @@ TEST(KeyedArchiveTest, WhatIsWrittenIsReadAndIsARealArchive) {
 
 TEST(KeyedArchiveTest, DamagedOnesAreErrorsOrHoldNothing) {
     for (const std::string& bytes : {std::string(), std::string("bplist00"), plist::writeBinary(plist::Value(1)),
-                                    plist::writeXml(plist::Dictionary({{"$objects", 1}, {"$top", 2}}))})
+                                     plist::writeXml(plist::Dictionary({{"$objects", 1}, {"$top", 2}}))})
         EXPECT_FALSE(KeyedArchive::parse(bytes));
     const auto far = KeyedArchive::parse(plist::writeBinary(plist::Dictionary(
         {{"$objects", plist::Array{}},

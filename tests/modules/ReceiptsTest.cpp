@@ -8,6 +8,7 @@
 namespace sweeply {
 namespace {
 
+using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 class ReceiptsTest : public UninstallWorldTest {
@@ -17,6 +18,11 @@ class ReceiptsTest : public UninstallWorldTest {
         for (const auto& path : paths)
             entries.emplace_back().path = path;
         return bom::write(entries);
+    }
+    /// A bill of which one line names a file that cannot be.
+    static std::string oddBill() {
+        auto odd = bill({"opt/tool", "zz"});
+        return odd.replace(odd.rfind("zz"), 2, "..");
     }
     using Members = std::vector<std::pair<std::string, std::string>>;
     static std::string flatPackage(const Members& members) {
@@ -59,6 +65,22 @@ TEST_F(ReceiptsTest, ComponentsInstallWhereTheySayOrAtTheRootWithoutAReceipt) {
     EXPECT_THAT(filesOf("Product.pkg", "/tmp/Product.pkg", Package::Type::Flat),
                 UnorderedElementsAre("/opt/bin/one", "/usr/two", "/three", "/four", "/five", "Package: com.example.one",
                                      "Package: com.example.three"));
+}
+
+TEST_F(ReceiptsTest, ImpossibleLineOfABillIsReportedOnceAndTheRestCounts) {
+    write("/var/db/receipts/com.example.odd.plist", plist::writeXml(plist::Dictionary()));
+    write("/var/db/receipts/com.example.odd.bom", oddBill());
+    write("/tmp/Odd.pkg/Contents/Archive.bom", oddBill());
+    write("/tmp/Flat.pkg", flatPackage({{"odd.pkg/Bom", oddBill()}}));
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_THAT(filesOf("com.example.odd", "", Package::Type::Database), ElementsAre("/opt/tool"));
+        EXPECT_THAT(filesOf("Odd.pkg", "/tmp/Odd.pkg", Package::Type::Bundle), ElementsAre("/opt/tool"));
+        EXPECT_THAT(filesOf("Flat.pkg", "/tmp/Flat.pkg", Package::Type::Flat), ElementsAre("/opt/tool"));
+    }
+    const std::string says = ": 1 of its entries is left out: a path has a name that no file can have";
+    EXPECT_THAT(m_problems,
+                ElementsAre("/var/db/receipts/com.example.odd.bom" + says, "/tmp/Odd.pkg/Contents/Archive.bom" + says,
+                            "/tmp/Flat.pkg/odd.pkg/Bom" + says));
 }
 
 } // namespace

@@ -41,7 +41,8 @@ class UninstallWorldTest : public ModuleTest {
     ADTaskRunner m_tasks{m_ignoreList.tools, m_world.log};
     LoginItems m_loginItems{m_world.files(), m_world.folders, m_world.log};
     PackageManager m_packages{{m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_privileged,
-                               m_world.alerts, m_world.loop, m_world.log}};
+                               m_world.alerts, m_world.loop, m_world.log,
+                               [this](const Error& error) { m_world.services().reportProblem(error); }}};
     ResourceFinder m_finder{
         {m_world.files(), m_world.folders, m_sizes, m_ignoreList.applications, m_loginItems, m_packages, m_world.log},
         m_world.treeLock};

@@ -64,6 +64,15 @@ TEST_F(PackageToolsTest, BillIsListedWithAllItSaysOrOnlyPaths) {
         EXPECT_THAT(said.errors, HasSubstr("lsbom: " + std::string(file) + ": "));
     }
     EXPECT_EQ(run("lsbom", {"-z", "bill"}).exitStatus, 1);
+    auto odd = bill();
+    odd.replace(odd.rfind("empty folder"), 5, "a/b/c");
+    write("odd", odd);
+    write("var/db/receipts/odd.bom", odd);
+    for (const auto& said : {run("lsbom", {"-fs", "odd"}), pkgutil({"--only-files", "--lsbom", "odd"})}) {
+        EXPECT_EQ(said.exitStatus, 1);
+        EXPECT_THAT(said.output, HasSubstr("./usr/bin/tool\n"));
+        EXPECT_THAT(said.errors, HasSubstr(": 1 of its entries is left out: a path has a name that no file can have"));
+    }
 }
 
 TEST_F(PackageToolsTest, ReceiptsAreListedDescribedAndForgotten) {

@@ -104,7 +104,7 @@ void PackageManager::savePkgsDB() const {
 std::vector<Package> PackageManager::receipts() const {
     std::vector<Package> found;
     if (hasDatabase()) {
-        for (const auto& line : pkgutil({"--pkgs"})) {
+        for (const auto& line : pkgutil({"--pkgs"}, kDatabase)) {
             const std::string identifier(trimWhiteSpace(line));
             const bool isOfTheSystem = identifier.find("com.apple") != std::string::npos;
             if (identifier.empty() || (isOfTheSystem && kKeptReceipts.find(identifier) == std::string_view::npos))
@@ -116,7 +116,7 @@ std::vector<Package> PackageManager::receipts() const {
     const auto entries = m_services.files.contentsOfDirectoryAtPath(kBundleReceipts);
     if (!entries) {
         if (entries.error().kind != ErrorKind::NotFound)
-            m_services.log.log(entries.error().message());
+            reportProblem(entries.error());
         return found;
     }
     for (const auto& entry : *entries) {
@@ -244,7 +244,7 @@ PackageManager::Paths PackageManager::getPackageDependencies(const Package& pack
 PackageManager::Paths PackageManager::rawLines(const Package& package) const {
     switch (package.type) {
     case Package::Type::Database:
-        return pkgutil({"--only-files", "--lsbom", package.name});
+        return pkgutil({"--only-files", "--lsbom", package.name}, kDatabase + package.name + ".bom");
     case Package::Type::Flat:
         return linesOfFlatPackage(package);
     case Package::Type::Bundle:
@@ -255,7 +255,7 @@ PackageManager::Paths PackageManager::rawLines(const Package& package) const {
     for (const std::string& bom : {contents + "/Archive.bom", contents + "/Resources/" + package.name + ".bom"}) {
         const auto place = m_services.files.hostPath(bom);
         if (place) {
-            lines = parseBOM(*place);
+            lines = parseBOM(*place, bom);
             break;
         }
     }
@@ -310,7 +310,7 @@ PackageManager::Paths PackageManager::linesOfFlatPackage(const Package& package)
     for (const auto& [place, bytes] : bills) {
         const std::string copy = folder ? folder->path() + "/Bom" : std::string();
         std::ofstream(copy, std::ios::binary) << bytes;
-        for (const auto& line : parseBOM(copy)) {
+        for (const auto& line : parseBOM(copy, joinedPath(joinedPath(package.path, place), "Bom"))) {
             const auto location = locations.find(place);
             if (location != locations.end() && line.size() > 1)
                 lines.push_back(joinedPath("/" + location->second, std::string_view(line).substr(2)));
@@ -321,30 +321,52 @@ PackageManager::Paths PackageManager::linesOfFlatPackage(const Package& package)
     return lines;
 }
 
-PackageManager::Paths PackageManager::parseBOM(const std::string& hostPath) const {
-    const ADTaskRunner runner(m_services.tools, m_services.log);
-    return linesOf(runner.getOutput("/usr/bin/lsbom", {"-f", "-s", hostPath}).value_or(std::string()));
-}
-
 std::vector<std::string> PackageManager::onThisVolume(std::vector<std::string> arguments) const {
     if (!m_services.files.isHostRoot())
         arguments.insert(arguments.begin(), {"--volume", m_services.files.rootPath()});
     return arguments;
 }
 
-PackageManager::Paths PackageManager::pkgutil(const std::vector<std::string>& arguments) const {
-    const ADTaskRunner runner(m_services.tools, m_services.log);
-    return linesOf(runner.getOutput(kPkgutil, onThisVolume(arguments)).value_or(std::string()));
+PackageManager::Paths PackageManager::parseBOM(const std::string& hostPath, const std::string& shown) const {
+    return linesOfTool("/usr/bin/lsbom", {"-f", "-s", hostPath}, shown);
+}
+
+PackageManager::Paths PackageManager::pkgutil(const std::vector<std::string>& arguments,
+                                              const std::string& about) const {
+    return linesOfTool(kPkgutil, onThisVolume(arguments), about);
+}
+
+PackageManager::Paths PackageManager::linesOfTool(const char* tool, const std::vector<std::string>& arguments,
+                                                  const std::string& about) const {
+    const auto said = ADTaskRunner(m_services.tools, m_services.log).run(tool, arguments);
+    if (!said) {
+        reportProblem({said.error().kind, about, said.error().reason});
+        return {};
+    }
+    if (const std::string complaint(trimWhiteSpace(said->errors)); !complaint.empty()) {
+        // "lsbom: /tmp/sweeply-1/Bom: REASON": what it calls itself and the file says nothing to a person.
+        const std::string whose = about.substr(about.rfind('/', about.size() - 2) + 1) + ": ";
+        const auto start = complaint.find(whose);
+        reportProblem({ErrorKind::Damaged, about,
+                       start == std::string::npos ? complaint : complaint.substr(start + whose.size())});
+    }
+    return linesOf(said->output);
+}
+
+void PackageManager::reportProblem(const Error& error) const {
+    {
+        const std::lock_guard lock(m_reportedMutex);
+        if (!m_reported.insert(error.path).second)
+            return;
+    }
+    if (m_services.reportProblem)
+        m_services.reportProblem(error);
 }
 
 std::optional<Package> PackageManager::checkPackageInDB(const std::string& identifier) const {
-    const auto tool = m_services.tools.programFor(kPkgutil);
-    if (!tool)
-        return std::nullopt;
     // Some systems say it to standard output, others to standard error. Any other failure says nothing of the receipt.
-    ProcessOptions options;
-    options.errors = OutputTo::Capture;
-    const auto said = runProcess(*tool, onThisVolume({"--pkg-info", identifier}), options);
+    const auto said =
+        ADTaskRunner(m_services.tools, m_services.log).run(kPkgutil, onThisVolume({"--pkg-info", identifier}));
     if (!said || (said->output + said->errors).find("No receipt for") == std::string::npos)
         return std::nullopt;
     return Package{identifier, {}, Package::Type::Database, {}, {}};

@@ -80,7 +80,9 @@ bool list(const std::string& path, const Options& options) {
     if (!file || !(bytes << file.rdbuf()))
         return complain(path + ": " + std::strerror(errno));
     const auto listed = bom::read(bytes.str(), [&](const bom::Entry& entry) { print(entry, options); });
-    return listed ? true : complain(path + ": " + listed.error());
+    if (listed && listed->count == 0)
+        return true;
+    return complain(path + ": " + (listed ? bom::describe(*listed) : listed.error()));
 }
 
 } // namespace

@@ -105,7 +105,9 @@ int listFiles(const FileManager& files, const Options& options) {
         line += '\n';
         std::fwrite(line.data(), 1, line.size(), stdout);
     });
-    return listed ? 0 : complain("pkgutil: " + options.argument + ".bom: " + listed.error());
+    if (listed && listed->count == 0)
+        return 0;
+    return complain("pkgutil: " + options.argument + ".bom: " + (listed ? bom::describe(*listed) : listed.error()));
 }
 
 int forget(FileManager& files, const Options& options) {
