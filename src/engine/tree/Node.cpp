@@ -1,39 +1,12 @@
 #include "engine/tree/Node.h"
 
+#include "engine/tree/PathOverlap.h"
 #include "platform/TargetPath.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace sweeply {
-
-namespace {
-
-/// Does `whole` hold `part` anywhere? An empty part is held by nothing.
-bool holdsText(std::string_view whole, std::string_view part) {
-    return !part.empty() && whole.find(part) != std::string_view::npos;
-}
-
-/// Does `path` hold `part` from anywhere to the end of one of its components?
-bool holdsUpToComponent(std::string_view path, std::string_view part) {
-    if (part.empty())
-        return false;
-    for (auto at = path.find(part); at != std::string_view::npos; at = path.find(part, at + 1)) {
-        const auto end = at + part.size();
-        if (end == path.size() || path[end] == '/')
-            return true;
-    }
-    return false;
-}
-
-template<typename T>
-int threeWay(const T& a, const T& b) {
-    return a < b ? -1 : (b < a ? 1 : 0);
-}
-
-int opposite(int comparison) { return comparison < 0 ? 1 : -1; }
-
-} // namespace
 
 Node::Pointer Node::nodeWithName(std::string_view name, Icon icon, std::uint32_t count, std::uint64_t size) {
     return nodeWithName(name, icon, count, size, {}, false);
@@ -386,25 +359,6 @@ void Node::silentSetEveryChildEnabled(bool enabled) {
         child->silentSetEveryChildEnabled(enabled);
     for (const auto& child : invisibleChildren())
         child->silentSetEveryChildEnabled(enabled);
-}
-
-// Comparing
-
-int compareNamesAscending(const Node& receiver, const Node& other) { return threeWay(receiver.name(), other.name()); }
-int compareSizesAscending(const Node& receiver, const Node& other) {
-    return threeWay(receiver.longSize(), other.longSize());
-}
-int compareNumbersAscending(const Node& receiver, const Node& other) {
-    return threeWay(receiver.count(), other.count());
-}
-int compareNamesDescending(const Node& receiver, const Node& other) {
-    return opposite(compareNamesAscending(receiver, other));
-}
-int compareSizesDescending(const Node& receiver, const Node& other) {
-    return opposite(compareSizesAscending(receiver, other));
-}
-int compareNumbersDescending(const Node& receiver, const Node& other) {
-    return opposite(compareNumbersAscending(receiver, other));
 }
 
 } // namespace sweeply

@@ -2,6 +2,7 @@
 
 #include "engine/tree/ChildList.h"
 #include "engine/tree/Icon.h"
+#include "engine/tree/NodeOrder.h"
 
 #include <cstdint>
 #include <memory>
@@ -13,12 +14,6 @@ namespace sweeply {
 
 /// How a check box looks.
 enum class CheckState : int { Unchecked = 0, Checked = 1, Mixed = -1 };
-
-/// What an outline sorts by: a column's identifier and the direction of its arrow.
-struct SortDescriptor {
-    std::string key;
-    bool ascending = true;
-};
 
 /// One entry of a module's results: an item on disk (a leaf) or a group of entries.
 ///
@@ -190,14 +185,5 @@ class Node final {
     bool m_storeState : 1 = false;
     bool m_isNamedByPath : 1 = false;
 };
-
-/// The plain three-way comparisons (-1, 0, 1)...
-[[nodiscard]] int compareNamesAscending(const Node& receiver, const Node& other);
-[[nodiscard]] int compareSizesAscending(const Node& receiver, const Node& other);
-[[nodiscard]] int compareNumbersAscending(const Node& receiver, const Node& other);
-/// ...and their opposites, which say 1 when the receiver is smaller and -1 in every other case, equal values included.
-[[nodiscard]] int compareNamesDescending(const Node& receiver, const Node& other);
-[[nodiscard]] int compareSizesDescending(const Node& receiver, const Node& other);
-[[nodiscard]] int compareNumbersDescending(const Node& receiver, const Node& other);
 
 } // namespace sweeply
