@@ -82,10 +82,10 @@ ChildList::Pointer ChildList::takeSlot(std::size_t slot) {
     return child;
 }
 
-void ChildList::sort(int (*compare)(const Node&, const Node&), bool descending) {
+void ChildList::sort(const NodeOrder& order) {
     squeeze();
     std::stable_sort(m_slots.begin(), m_slots.end(), [&](const Pointer& a, const Pointer& b) {
-        return descending ? compare(*b, *a) < 0 : compare(*a, *b) < 0;
+        return order.descending ? order.compare(*b, *a) < 0 : order.compare(*a, *b) < 0;
     });
     for (std::size_t slot = 0; slot < m_slots.size(); ++slot)
         m_slots[slot]->m_slot = static_cast<std::uint32_t>(slot);

@@ -9,6 +9,7 @@
 namespace sweeply {
 
 class Node;
+struct NodeOrder;
 
 /// The ordered children of one node, from which any child can be taken out at constant cost.
 ///
@@ -28,8 +29,8 @@ class ChildList final {
     Pointer takeAt(std::size_t index);
     std::vector<Pointer> takeAll();
 
-    /// By a three-way comparison or against it; equal children keep their order.
-    void sort(int (*compare)(const Node&, const Node&), bool descending);
+    /// Equal children keep their order.
+    void sort(const NodeOrder& order);
     /// A child's path is about to change.
     void forgetPaths() { m_byPath.reset(); }
 

@@ -1,12 +1,15 @@
 #include "engine/tree/Node.h"
 
 #include "engine/tree/PathOverlap.h"
-#include "platform/TargetPath.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace sweeply {
+
+Node::Node(std::string_view name, Icon icon, std::uint32_t count, std::uint64_t size, std::string path, bool enabled,
+           std::int8_t type)
+    : NodeAttributes(name, icon, std::move(path), type), m_enabled(enabled), m_size(size), m_count(count) {}
 
 Node::Pointer Node::nodeWithName(std::string_view name, Icon icon, std::uint32_t count, std::uint64_t size) {
     return nodeWithName(name, icon, count, size, {}, false);
@@ -14,15 +17,7 @@ Node::Pointer Node::nodeWithName(std::string_view name, Icon icon, std::uint32_t
 
 Node::Pointer Node::nodeWithName(std::string_view name, Icon icon, std::uint32_t count, std::uint64_t size,
                                  std::string path, bool enabled, std::int8_t type) {
-    auto node = std::make_shared<Node>();
-    node->m_path = std::move(path);
-    node->setName(name);
-    node->m_icon = icon;
-    node->m_count = count;
-    node->m_size = size;
-    node->m_enabled = enabled;
-    node->m_type = type;
-    return node;
+    return std::make_shared<Node>(name, icon, count, size, std::move(path), enabled, type);
 }
 
 Node::~Node() {
@@ -35,24 +30,15 @@ Node::~Node() {
     }
 }
 
-std::string_view Node::name() const { return m_isNamedByPath ? lastPathComponent(m_path) : m_name; }
-
-void Node::setName(std::string_view name) {
-    m_isNamedByPath = !m_path.empty() && name == lastPathComponent(m_path);
-    m_name = m_isNamedByPath ? std::string_view{} : name;
-}
-
 void Node::setPath(std::string path) {
-    const std::string oldName(name());
     if (m_parent) {
         m_parent->m_family->visible.forgetPaths();
         m_parent->m_family->invisible.forgetPaths();
     }
-    m_path = std::move(path);
-    setName(oldName);
+    replacePath(std::move(path));
 }
 
-bool Node::isEqual(const Node& other) const { return this == &other || (!m_path.empty() && m_path == other.m_path); }
+bool Node::isEqual(const Node& other) const { return this == &other || (!path().empty() && path() == other.path()); }
 
 // The tree
 
@@ -84,45 +70,33 @@ Node::Pointer Node::childWithEqualPath(std::string_view path) const {
     return found == children().end() ? nullptr : *found;
 }
 
-Node::Family& Node::family() {
-    if (!m_family)
-        m_family = std::make_unique<Family>();
-    return *m_family;
-}
-
 void Node::attach(ChildList Family::*list, Pointer child) {
     if (!child || child->m_parent)
         return;
-    const bool anyEnabledBefore = ifAnyEnabled();
-    Family& all = family();
+    const ChildShare before = share();
+    if (!m_family)
+        m_family = std::make_unique<Family>();
     child->m_parent = this;
-    const std::uint64_t size = child->m_size;
-    all.size += size;
-    all.enabledCount += child->m_enabled;
-    if (child->ifAnyEnabled()) {
-        all.sizeOfAnyEnabled += size;
-        ++all.anyEnabledCount;
-    }
-    (all.*list).append(std::move(child));
-    anyEnabledMayHaveChanged(anyEnabledBefore);
-    changeSize(size, 1);
+    const ChildShare added = child->share();
+    m_family->sums.add(added);
+    (*m_family.*list).append(std::move(child));
+    shareHasChanged(before);
+    changeSize(added.size, 1);
 }
 
-void Node::detach(const std::vector<Pointer>& children) {
-    for (const auto& child : children) {
-        m_family->size -= child->m_size;
-        m_family->enabledCount -= child->m_enabled;
-        if (child->ifAnyEnabled()) {
-            m_family->sizeOfAnyEnabled -= child->m_size;
-            --m_family->anyEnabledCount;
-        }
+template<typename Take>
+void Node::detach(const Take& take) {
+    const ChildShare before = share();
+    std::vector<Pointer> taken; // until the end: the caller's node may be one of them
+    if (m_family)
+        taken = take(*m_family);
+    for (const auto& child : taken) {
+        m_family->sums.subtract(child->share());
         child->m_parent = nullptr;
     }
+    shareHasChanged(before);
+    recalcSize();
 }
-
-void Node::addChild(Pointer child) { attach(&Family::visible, std::move(child)); }
-
-void Node::addInvisibleChild(Pointer child) { attach(&Family::invisible, std::move(child)); }
 
 void Node::addUniqueChild(Pointer child) {
     if (!child || std::ranges::any_of(children(), [&](const Pointer& present) {
@@ -133,7 +107,7 @@ void Node::addUniqueChild(Pointer child) {
 }
 
 void Node::addUniqueChildWithParentSearch(Pointer child) {
-    if (!child || holdsText(child->path(), m_path) || std::ranges::any_of(children(), [&](const Pointer& present) {
+    if (!child || holdsText(child->path(), path()) || std::ranges::any_of(children(), [&](const Pointer& present) {
             return holdsText(child->path(), present->path());
         }))
         return;
@@ -143,12 +117,7 @@ void Node::addUniqueChildWithParentSearch(Pointer child) {
 void Node::removeChild(const Node& child) {
     if (Node* parent = child.m_parent; parent && parent->childrenCount() == 1)
         parent->setSize(0);
-    const bool anyEnabledBefore = ifAnyEnabled();
-    std::vector<Pointer> taken; // kept until the end: `child` may be one of them
-    if (m_family)
-        detach(taken = m_family->visible.takeEqual(child));
-    anyEnabledMayHaveChanged(anyEnabledBefore);
-    recalcSize();
+    detach([&](Family& all) { return all.visible.takeEqual(child); });
 }
 
 void Node::removeChildAtIndex(std::size_t index) {
@@ -156,21 +125,13 @@ void Node::removeChildAtIndex(std::size_t index) {
         return;
     if (childrenCount() == 1)
         setSize(0);
-    const bool anyEnabledBefore = ifAnyEnabled();
-    detach({m_family->visible.takeAt(index)});
-    anyEnabledMayHaveChanged(anyEnabledBefore);
-    recalcSize();
+    detach([&](Family& all) { return std::vector{all.visible.takeAt(index)}; });
 }
 
 void Node::removeInvisibleChild(const Node& child) {
     if (invisibleChildrenCount() == 1 && !hasChildren())
         setSize(0);
-    const bool anyEnabledBefore = ifAnyEnabled();
-    std::vector<Pointer> taken;
-    if (m_family)
-        detach(taken = m_family->invisible.takeEqual(child));
-    anyEnabledMayHaveChanged(anyEnabledBefore);
-    recalcSize();
+    detach([&](Family& all) { return all.invisible.takeEqual(child); });
 }
 
 void Node::removeInvisibleChildAtIndex(std::size_t index) {
@@ -178,27 +139,16 @@ void Node::removeInvisibleChildAtIndex(std::size_t index) {
         return;
     if (invisibleChildrenCount() == 1 && !hasChildren())
         setSize(0);
-    const bool anyEnabledBefore = ifAnyEnabled();
-    detach({m_family->invisible.takeAt(index)});
-    anyEnabledMayHaveChanged(anyEnabledBefore);
-    recalcSize();
+    detach([&](Family& all) { return std::vector{all.invisible.takeAt(index)}; });
 }
 
 void Node::killChildren() {
-    const bool anyEnabledBefore = ifAnyEnabled();
-    if (m_family)
-        detach(m_family->visible.takeAll());
-    anyEnabledMayHaveChanged(anyEnabledBefore);
-    recalcSize();
+    detach([](Family& all) { return all.visible.takeAll(); });
     setSize(0);
 }
 
 void Node::killInvisibleChildren() {
-    const bool anyEnabledBefore = ifAnyEnabled();
-    if (m_family)
-        detach(m_family->invisible.takeAll());
-    anyEnabledMayHaveChanged(anyEnabledBefore);
-    recalcSize();
+    detach([](Family& all) { return all.invisible.takeAll(); });
     if (!hasChildren())
         setSize(0);
 }
@@ -206,35 +156,35 @@ void Node::killInvisibleChildren() {
 void Node::sortArrayUsingDescriptors(const std::vector<SortDescriptor>& descriptors) {
     if (!m_family || descriptors.empty())
         return;
-    const auto& [key, ascending] = descriptors.front();
-    // An ascending name column lists names from Z to A, and only that one.
-    if (key == "Name")
-        m_family->visible.sort(compareNamesAscending, ascending);
-    else if (key == "Size")
-        m_family->visible.sort(compareSizesAscending, !ascending);
-    else if (key == "Number")
-        m_family->visible.sort(compareNumbersAscending, !ascending);
+    if (const auto order = orderFor(descriptors.front()))
+        m_family->visible.sort(*order);
     for (const auto& child : children())
         child->sortArrayUsingDescriptors(descriptors);
 }
 
-// Sizes and counts
+// Sizes, counts and check marks
 
-void Node::setSize(std::uint64_t size) {
-    if (m_parent) {
-        m_parent->m_family->size += size - m_size; // modulo 2^64, as any sum of sizes
-        if (ifAnyEnabled())
-            m_parent->m_family->sizeOfAnyEnabled += size - m_size;
+void Node::shareHasChanged(ChildShare before) {
+    for (Node* node = this; node->m_parent; node = node->m_parent) {
+        const ChildShare now = node->share();
+        if (now == before)
+            return;
+        const ChildShare parentBefore = node->m_parent->share();
+        node->m_parent->m_family->sums.replace(before, now);
+        before = parentBefore;
     }
-    m_size = size;
 }
 
-std::uint64_t Node::childrenSize() const { return isLeaf() ? m_size : m_family->size; }
+void Node::setSize(std::uint64_t size) {
+    if (m_parent)
+        m_parent->m_family->sums.resize(share(), size);
+    m_size = size;
+}
 
 void Node::recalcSize() {
     for (Node* node = this; node; node = node->m_parent) {
         if (!node->isLeaf())
-            node->setSize(node->ifAnyEnabled() ? node->m_family->sizeOfAnyEnabled : node->m_family->size);
+            node->setSize(node->ifAnyEnabled() ? node->m_family->sums.sizeOfAnyEnabled() : node->m_family->sums.size());
     }
 }
 
@@ -259,106 +209,12 @@ std::uint32_t Node::count() const {
 
 std::string Node::stringCount() const { return count() == 0 ? std::string() : std::to_string(count()); }
 
-// Check marks
-
 void Node::setEnabledWithoutRecalc(bool enabled) {
     if (m_enabled == enabled)
         return;
-    const bool anyEnabledBefore = ifAnyEnabled();
+    const ChildShare before = share();
     m_enabled = enabled;
-    if (m_parent)
-        m_parent->m_family->enabledCount += enabled ? 1U : ~0U;
-    anyEnabledMayHaveChanged(anyEnabledBefore);
-}
-
-void Node::anyEnabledMayHaveChanged(bool before) {
-    for (Node* node = this; node->m_parent; node = node->m_parent) {
-        const bool now = node->ifAnyEnabled();
-        if (now == before)
-            return;
-        before = node->m_parent->ifAnyEnabled();
-        Family& above = *node->m_parent->m_family;
-        if (now) {
-            above.sizeOfAnyEnabled += node->m_size;
-            ++above.anyEnabledCount;
-        } else {
-            above.sizeOfAnyEnabled -= node->m_size;
-            --above.anyEnabledCount;
-        }
-    }
-}
-
-CheckState Node::state() const {
-    if (hasChildren())
-        return stateFromChildrenStates();
-    return m_enabled ? CheckState::Checked : CheckState::Unchecked;
-}
-
-CheckState Node::stateFromChildrenStates() const {
-    const std::uint32_t enabled = numberOfEnabledObjects();
-    if (enabled == childrenCount())
-        return CheckState::Checked;
-    return enabled > 0 ? CheckState::Mixed : CheckState::Unchecked;
-}
-
-std::uint32_t Node::numberOfEnabledObjects() const {
-    return isLeaf() ? static_cast<std::uint32_t>(m_enabled) : m_family->enabledCount;
-}
-
-bool Node::ifAnyEnabled() const { return isLeaf() ? m_enabled : m_family->anyEnabledCount > 0; }
-
-void Node::setEnabled(bool enabled, int direction) {
-    if (!m_parent) {
-        setEnabledWithoutRecalc(enabled);
-        return;
-    }
-    if (m_parent->stateFromChildrenStates() == CheckState::Unchecked)
-        m_parent->changeSize(m_parent->m_size, -1);
-    setEnabledWithoutRecalc(enabled);
-    std::uint64_t delta = childrenSize();
-    if (hasChildren()) {
-        setSize(delta);
-        if (m_parent->stateFromChildrenStates() != CheckState::Mixed) {
-            delta = 0;
-            m_parent->setSize(m_parent->childrenSize());
-        }
-    }
-    m_parent->changeSize(delta, direction);
-}
-
-void Node::becomeEnabled(bool enabled) {
-    if (hasInvisibleChildren())
-        setEveryChildEnabled(enabled);
-    if (hasChildren()) {
-        setEveryChildEnabled(enabled);
-        return;
-    }
-    if (m_enabled == enabled)
-        return;
-    if (!m_parent || m_parent->stateFromChildrenStates() == CheckState::Unchecked) {
-        zeroParentSizes();
-        setEnabled(enabled);
-        return;
-    }
-    setEnabled(enabled);
-    if (m_parent->stateFromChildrenStates() == CheckState::Unchecked)
-        m_parent->changeSize(m_parent->childrenSize(), 1);
-}
-
-void Node::setEveryChildEnabled(bool enabled) {
-    setEnabled(enabled);
-    for (const auto& child : children())
-        child->silentSetEveryChildEnabled(enabled);
-    for (const auto& child : invisibleChildren())
-        child->silentSetEveryChildEnabled(enabled);
-}
-
-void Node::silentSetEveryChildEnabled(bool enabled) {
-    setEnabledWithoutRecalc(enabled);
-    for (const auto& child : children())
-        child->silentSetEveryChildEnabled(enabled);
-    for (const auto& child : invisibleChildren())
-        child->silentSetEveryChildEnabled(enabled);
+    shareHasChanged(before);
 }
 
 } // namespace sweeply

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "engine/tree/CheckMarks.h"
 #include "engine/tree/ChildList.h"
-#include "engine/tree/Icon.h"
+#include "engine/tree/ChildSums.h"
+#include "engine/tree/NodeAttributes.h"
 #include "engine/tree/NodeOrder.h"
 
 #include <cstdint>
@@ -11,9 +13,6 @@
 #include <vector>
 
 namespace sweeply {
-
-/// How a check box looks.
-enum class CheckState : int { Unchecked = 0, Checked = 1, Mixed = -1 };
 
 /// One entry of a module's results: an item on disk (a leaf) or a group of entries.
 ///
@@ -25,47 +24,25 @@ enum class CheckState : int { Unchecked = 0, Checked = 1, Mixed = -1 };
 ///
 /// No lock of its own: the coordinator's tree lock guards every tree that more than one thread can see.
 ///
-/// Invariants, which make every question but silentSetEveryChildEnabled and sorting cost the same however many children
-/// there are:
-///  - m_family holds, over visible and invisible children together, the sum of their sizes, the sum over those whose
-///    ifAnyEnabled is true, and how many are checked themselves or have something checked below;
-///  - whatever changes a child's size, check mark or children updates its parent's sums before it returns.
-class Node final {
+/// Invariant, which makes every question but silentSetEveryChildEnabled and sorting cost the same however many children
+/// there are: the family's sums are those of the children's shares. Whatever changes a node's size, check mark or
+/// children replaces its share in its parent's sums before it returns.
+class Node final : public NodeAttributes {
   public:
     using Pointer = std::shared_ptr<Node>;
 
     static Pointer nodeWithName(std::string_view name, Icon icon, std::uint32_t count, std::uint64_t size);
-    /// A node named like its path's last component does not store the name twice.
     static Pointer nodeWithName(std::string_view name, Icon icon, std::uint32_t count, std::uint64_t size,
                                 std::string path, bool enabled, std::int8_t type = 0);
 
     Node() = default;
+    Node(std::string_view name, Icon icon, std::uint32_t count, std::uint64_t size, std::string path, bool enabled,
+         std::int8_t type);
     ~Node();
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
 
-    // What it is
-
-    [[nodiscard]] std::string_view name() const;
-    void setName(std::string_view name);
-    /// Absolute target path; empty for a group that is no item itself.
-    [[nodiscard]] const std::string& path() const { return m_path; }
     void setPath(std::string path);
-    [[nodiscard]] Icon icon() const { return m_icon; }
-    void setIcon(Icon icon) { m_icon = icon; }
-    [[nodiscard]] std::int8_t type() const { return m_type; }
-    void setType(std::int8_t type) { m_type = type; }
-    [[nodiscard]] bool isRootNode() const { return m_isRootNode; }
-    void setAsRootNode() { m_isRootNode = true; }
-    /// Should a removal pause before this group?
-    [[nodiscard]] bool shouldWait() const { return m_shouldWait; }
-    void setShouldWait(bool shouldWait) { m_shouldWait = shouldWait; }
-    /// Should an outline show it expanded?
-    [[nodiscard]] bool needExpand() const { return m_needExpand; }
-    void setNeedExpand(bool needExpand) { m_needExpand = needExpand; }
-    /// Is its check mark remembered in the ignore list?
-    [[nodiscard]] bool storeState() const { return m_storeState; }
-    void setStoreState(bool storeState) { m_storeState = storeState; }
     /// The same item: this very node, or one with the same path. Nodes without a path equal only themselves.
     [[nodiscard]] bool isEqual(const Node& other) const;
 
@@ -89,8 +66,8 @@ class Node final {
     [[nodiscard]] Pointer childWithEqualPath(std::string_view path) const;
 
     /// Appends; this node and all above grow by the child's size, whatever its check mark. Nothing for nullptr.
-    void addChild(Pointer child);
-    void addInvisibleChild(Pointer child);
+    void addChild(Pointer child) { attach(&Family::visible, std::move(child)); }
+    void addInvisibleChild(Pointer child) { attach(&Family::invisible, std::move(child)); }
     /// Not if the child's path has a visible child's path in it, from anywhere to the end of a component.
     void addUniqueChild(Pointer child);
     /// Not if the child's path has this node's or a visible child's path in it anywhere.
@@ -113,7 +90,7 @@ class Node final {
     /// Sets the field and nothing else.
     void setSize(std::uint64_t size);
     /// The sum of all children's sizes, or its own size without any.
-    [[nodiscard]] std::uint64_t childrenSize() const;
+    [[nodiscard]] std::uint64_t childrenSize() const { return isLeaf() ? m_size : m_family->sums.size(); }
     /// Sets a group's size from its children's, then has the parent do the same, up to the root.
     void recalcSize();
     /// Adds `delta` x `direction` (+1 or -1) to this node and everyone above, each stopping at 0 by itself.
@@ -131,22 +108,24 @@ class Node final {
     [[nodiscard]] bool ifEnabled() const { return m_enabled; }
     /// Sets the field and no size.
     void setEnabledWithoutRecalc(bool enabled);
-    [[nodiscard]] CheckState state() const;
+    [[nodiscard]] CheckState state() const { return checkmarks::state(*this); }
     /// Compares the checked children, invisible ones included, with the number of visible ones: a checked invisible
     /// child beside checked visible ones makes it mixed.
-    [[nodiscard]] CheckState stateFromChildrenStates() const;
+    [[nodiscard]] CheckState stateFromChildrenStates() const { return checkmarks::stateFromChildrenStates(*this); }
     /// Direct children that are checked themselves; 1 or 0 for a leaf.
-    [[nodiscard]] std::uint32_t numberOfEnabledObjects() const;
+    [[nodiscard]] std::uint32_t numberOfEnabledObjects() const {
+        return isLeaf() ? std::uint32_t{m_enabled} : m_family->sums.enabledCount();
+    }
     /// Is anything checked at or below the leaves of this node?
-    [[nodiscard]] bool ifAnyEnabled() const;
+    [[nodiscard]] bool ifAnyEnabled() const { return isLeaf() ? m_enabled : m_family->sums.anyEnabledCount() > 0; }
     void setEnabled(bool enabled) { setEnabled(enabled, enabled ? 1 : -1); }
-    void setEnabled(bool enabled, int direction);
+    void setEnabled(bool enabled, int direction) { checkmarks::setEnabled(*this, enabled, direction); }
     /// What a click on the check box does.
-    void becomeEnabled(bool enabled);
+    void becomeEnabled(bool enabled) { checkmarks::becomeEnabled(*this, enabled); }
     /// setEnabled here, then the fields of everything below, without sizes.
-    void setEveryChildEnabled(bool enabled);
+    void setEveryChildEnabled(bool enabled) { checkmarks::setEveryChildEnabled(*this, enabled); }
     /// Sets the fields of this node and everything below. Follow it with recalcSize where sizes matter.
-    void silentSetEveryChildEnabled(bool enabled);
+    void silentSetEveryChildEnabled(bool enabled) { checkmarks::silentSetEveryChildEnabled(*this, enabled); }
 
   private:
     friend class ChildList; // keeps m_slot
@@ -154,36 +133,26 @@ class Node final {
     struct Family {
         ChildList visible;
         ChildList invisible;
-        std::uint64_t size = 0;             ///< of all children
-        std::uint64_t sizeOfAnyEnabled = 0; ///< of those whose ifAnyEnabled is true
-        std::uint32_t enabledCount = 0;     ///< children checked themselves
-        std::uint32_t anyEnabledCount = 0;  ///< children whose ifAnyEnabled is true
+        ChildSums sums;
     };
 
     [[nodiscard]] bool isLeaf() const {
         return !m_family || m_family->visible.count() + m_family->invisible.count() == 0;
     }
-    Family& family();
+    [[nodiscard]] ChildShare share() const { return {m_size, m_enabled, ifAnyEnabled()}; }
+    /// Replaces this node's share, which was `before`, in its parent's sums, and the parent's in those above.
+    void shareHasChanged(ChildShare before);
     void attach(ChildList Family::*list, Pointer child);
-    void detach(const std::vector<Pointer>& children);
-    /// Tells the parent when ifAnyEnabled is no longer what it was.
-    void anyEnabledMayHaveChanged(bool before);
+    /// Takes out the children that `take` takes from the family, and recalculates.
+    template<typename Take>
+    void detach(const Take& take);
 
-    std::string m_path;
-    std::string m_name; ///< empty when it is the last component of m_path
+    bool m_enabled = false; // first, where it fits behind the base's flags
     std::unique_ptr<Family> m_family;
     Node* m_parent = nullptr;
     std::uint64_t m_size = 0;
     std::uint32_t m_count = 0;
     std::uint32_t m_slot = 0; ///< place in the parent's list
-    Icon m_icon = Icon::None;
-    std::int8_t m_type = 0;
-    bool m_enabled : 1 = false;
-    bool m_isRootNode : 1 = false;
-    bool m_shouldWait : 1 = true;
-    bool m_needExpand : 1 = false;
-    bool m_storeState : 1 = false;
-    bool m_isNamedByPath : 1 = false;
 };
 
 } // namespace sweeply

@@ -15,6 +15,17 @@ int opposite(int comparison) { return comparison < 0 ? 1 : -1; }
 
 } // namespace
 
+std::optional<NodeOrder> orderFor(const SortDescriptor& descriptor) {
+    // An ascending name column lists names from Z to A, and only that one.
+    if (descriptor.key == "Name")
+        return NodeOrder{compareNamesAscending, descriptor.ascending};
+    if (descriptor.key == "Size")
+        return NodeOrder{compareSizesAscending, !descriptor.ascending};
+    if (descriptor.key == "Number")
+        return NodeOrder{compareNumbersAscending, !descriptor.ascending};
+    return std::nullopt;
+}
+
 int compareNamesAscending(const Node& receiver, const Node& other) { return threeWay(receiver.name(), other.name()); }
 int compareSizesAscending(const Node& receiver, const Node& other) {
     return threeWay(receiver.longSize(), other.longSize());

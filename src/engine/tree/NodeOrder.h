@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace sweeply {
@@ -12,7 +13,16 @@ struct SortDescriptor {
     bool ascending = true;
 };
 
-/// The plain three-way comparisons (-1, 0, 1)...
+/// A three-way comparison (-1, 0, 1), and whether a list runs against it.
+struct NodeOrder {
+    int (*compare)(const Node&, const Node&);
+    bool descending;
+};
+
+/// The order that a column stands for; nothing for a column that orders nothing.
+[[nodiscard]] std::optional<NodeOrder> orderFor(const SortDescriptor& descriptor);
+
+/// The plain three-way comparisons...
 [[nodiscard]] int compareNamesAscending(const Node& receiver, const Node& other);
 [[nodiscard]] int compareSizesAscending(const Node& receiver, const Node& other);
 [[nodiscard]] int compareNumbersAscending(const Node& receiver, const Node& other);
