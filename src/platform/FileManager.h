@@ -1,15 +1,14 @@
 #pragma once
 
 #include "platform/Error.h"
+#include "platform/FileAttributes.h"
 #include "platform/RemovalGuard.h"
 #include "platform/UniqueFd.h"
 
-#include <cstdint>
-#include <ctime>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -18,26 +17,6 @@
 namespace sweeply {
 
 class DirectoryEnumerator;
-
-enum class FileType : std::uint8_t { Regular, Directory, SymbolicLink, Other };
-
-/// What the file system says of one item.
-struct FileAttributes {
-    FileType type = FileType::Other;
-    std::uint64_t size = 0; ///< bytes, as the file system reports it
-    mode_t mode = 0;        ///< permission bits
-    uid_t owner = 0;
-    gid_t group = 0;
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    std::uint64_t linkCount = 0;
-    timespec modified{};
-};
-
-struct DirectoryEntry {
-    std::string name;
-    FileType type = FileType::Other;
-};
 
 /// Should a symbolic link in the last component of a path be followed? Links in the middle are, inside the root, except
 /// on the way to a removal.

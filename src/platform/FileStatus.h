@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileManager.h"
+#include "platform/FileAttributes.h"
 
 #include <sys/stat.h>
 
