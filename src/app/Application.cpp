@@ -71,9 +71,9 @@ Application::Application(Target target, const HostServices& host)
       m_scanController(m_services, {m_removals, m_authorisation, m_reports, m_statistics, m_ignoreList,
                                     [this] { return m_locale.formatDate(std::time(nullptr)); }}) {
     for (const auto& folder : m_target.folders.protectedFolders())
-        m_target.files->guard().protect(folder);
+        m_target.files->removals().guard().protect(folder);
     addModules(host);
-    m_target.files->refreshGuard();
+    m_target.files->removals().refreshGuard();
 }
 
 Application::~Application() {
@@ -85,7 +85,7 @@ void Application::addModules(const HostServices& host) {
     const std::string leoUserCacheDir =
         m_target.version.isOnLeopardOrBetter() ? userCacheDirectory(*m_target.files, m_target.folders) : std::string();
     if (!leoUserCacheDir.empty())
-        m_target.files->guard().protect(leoUserCacheDir);
+        m_target.files->removals().guard().protect(leoUserCacheDir);
     const ModuleServices services{m_services, *m_target.files, m_sizes, m_target.folders, m_ignoreList, m_applications};
     m_scanController.addModule(rowFor(kCachesView), std::make_unique<CachesScanController>(
                                                         services, m_scanController, m_workspace, leoUserCacheDir));

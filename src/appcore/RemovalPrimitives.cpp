@@ -43,13 +43,13 @@ RemovalPrimitives::RemovalPrimitives(FileManager& files, const FolderConstants& 
     : m_files(files), m_folders(folders), m_privileged(privileged), m_tools(tools), m_log(log) {}
 
 void RemovalPrimitives::startRun() {
-    m_files.refreshGuard();
+    m_files.removals().refreshGuard();
     std::lock_guard lock(m_mutex);
     m_failures.clear();
     m_couldntRemoveSomething = false;
 }
 
-void RemovalPrimitives::finishRun() { m_files.forgetFoldersOfRemovals(); }
+void RemovalPrimitives::finishRun() { m_files.removals().forgetFoldersOfRemovals(); }
 
 std::vector<RemovalFailure> RemovalPrimitives::failures() const {
     std::lock_guard lock(m_mutex);
@@ -70,7 +70,7 @@ bool RemovalPrimitives::tryToRemoveFileAtPath(const std::string& path) {
         return true;
     if (removed.error().kind == ErrorKind::Protected || !m_privileged.isAuthorised())
         return failed(path, removed.error());
-    const auto item = m_files.locateForRemoval(path);
+    const auto item = m_files.removals().locateForRemoval(path);
     if (!item)
         return failed(path, item.error());
     // From the item's own folder, held open: nobody can put another one in its place on the way to the tool.
@@ -84,7 +84,7 @@ bool RemovalPrimitives::tryToRemoveFileAtPath(const std::string& path) {
 }
 
 bool RemovalPrimitives::tryToSecurelyRemoveFileAtPath(const std::string& path) {
-    const auto item = m_files.locateForRemoval(path);
+    const auto item = m_files.removals().locateForRemoval(path);
     if (!item && item.error().kind == ErrorKind::NotFound)
         return true;
     if (!item)
@@ -126,7 +126,7 @@ bool RemovalPrimitives::tryToRemoveAllFilesInDirectory(const std::string& path) 
 bool RemovalPrimitives::tryToEmptyFileAtPath(const std::string& path) {
     // The very file is held open, and the shell is told that descriptor: a path would be resolved again outside the
     // root's rules. A link is not followed: what it leads to is not what somebody chose to lose.
-    const auto file = m_files.openReferenceForRemoval(path);
+    const auto file = m_files.removals().openReferenceForRemoval(path);
     if (!file && file.error().kind != ErrorKind::NotFound)
         return failed(path, file.error());
     struct stat status {};

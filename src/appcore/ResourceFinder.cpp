@@ -84,7 +84,7 @@ void ResourceFinder::add(const Paths& found, Node& node, Icon icon, std::int8_t 
     std::unordered_set<std::string_view> added;
     for (const auto& path : found) {
         // A folder that everybody uses belongs to nobody, whatever it is called.
-        if (!added.insert(path).second || !m_services.files.guard().reasonAgainst(path).empty())
+        if (!added.insert(path).second || !m_services.files.removals().guard().reasonAgainst(path).empty())
             continue;
         const std::uint64_t size = m_services.sizes.folderSizeAtPath(path);
         const std::lock_guard lock(m_treeLock);

@@ -2,13 +2,12 @@
 
 #include "platform/Error.h"
 #include "platform/FileAttributes.h"
-#include "platform/RemovalGuard.h"
+#include "platform/Removals.h"
+#include "platform/TargetRoot.h"
 #include "platform/UniqueFd.h"
 
 #include <cstddef>
-#include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -62,19 +61,16 @@ class FileManager final {
     /// The item at `path`, without read or write access: for handing its identity to a tool.
     [[nodiscard]] Result<UniqueFd> openReference(std::string_view path, Links links) const;
     /// The folder that holds `path`, as openReference gives it, and the name in it.
-    struct Located {
-        UniqueFd parent;
-        std::string name;
-    };
-    [[nodiscard]] Result<Located> locate(std::string_view path) const;
+    using Located = LocatedItem;
+    [[nodiscard]] Result<Located> locate(std::string_view path) const { return m_root.locate(path); }
 
     /// The path of an existing item on the host, with every link on the way resolved. For showing and for tools that
     /// need a real path; the target may change behind it.
-    [[nodiscard]] Result<std::string> hostPath(std::string_view path) const;
+    [[nodiscard]] Result<std::string> hostPath(std::string_view path) const { return m_root.hostPath(path); }
     /// The target's root on the host.
-    [[nodiscard]] const std::string& rootPath() const { return m_rootPath; }
+    [[nodiscard]] const std::string& rootPath() const { return m_root.path(); }
     /// Is the target the host itself?
-    [[nodiscard]] bool isHostRoot() const { return m_rootPath == "/"; }
+    [[nodiscard]] bool isHostRoot() const { return rootPath() == "/"; }
 
     // Changing
 
@@ -92,56 +88,17 @@ class FileManager final {
     /// Renames the file `replacement` of the located item's folder over the item, which must be no folder, and has that
     /// on the disk before it returns.
     Result<void> replaceFile(const Located& item, const std::string& replacement);
-    /// Removes the item and all below it; a link goes as a link. Refuses what the guard protects, the root, mount
-    /// points and everything beyond one. Nothing at the path is NotFound. What could be removed of a tree is gone even
-    /// when the rest fails; the error is the first one met.
-    Result<void> removeItemAtPath(std::string_view path);
-
-    /// Finds the item for a removal by other means (a tool with more rights) after the same checks as removeItemAtPath.
-    [[nodiscard]] Result<Located> locateForRemoval(std::string_view path) const;
-    /// The same item as openReference gives it, a link as a link: for emptying it in place.
-    [[nodiscard]] Result<UniqueFd> openReferenceForRemoval(std::string_view path) const;
-
-    /// What removals refuse. Filled by whoever builds the program, before threads start.
-    [[nodiscard]] RemovalGuard& guard() { return m_guard; }
-    /// Looks again which folders the protected paths are: at the start of every run of removals, while none is under
-    /// way.
-    ///
-    /// A protected path that leads through links ("/var", a caches folder moved to another volume) is known from then
-    /// on. Any other link on the way to an item makes its removal fail: it was no link when the item was found.
-    void refreshGuard();
-    /// A run of removals is over: lets go of the folders that were held open for it.
-    void forgetFoldersOfRemovals();
+    /// Removals::removeItemAtPath.
+    Result<void> removeItemAtPath(std::string_view path) { return m_removals.removeItemAtPath(path); }
+    /// All else that has to do with taking items away.
+    [[nodiscard]] Removals& removals() { return m_removals; }
+    [[nodiscard]] const Removals& removals() const { return m_removals; }
 
   private:
-    /// Where a removal takes place: the folder, held open, and the name in it.
-    struct RemovalPlace {
-        std::shared_ptr<const UniqueFd> parent;
-        std::string name;
-    };
+    explicit FileManager(TargetRoot root) : m_root(std::move(root)), m_removals(m_root) {}
 
-    FileManager(UniqueFd root, std::string rootPath);
-
-    Result<UniqueFd> openInRoot(std::string_view path, int flags) const;
-    [[nodiscard]] Result<RemovalPlace> placeForRemoval(std::string_view path) const;
-    [[nodiscard]] Result<void> refuseProtectedFolder(const RemovalPlace& place, std::string_view path) const;
-    /// The path with its longest known beginning replaced by where that leads.
-    [[nodiscard]] std::string withoutKnownLinks(std::string_view path) const;
-
-    UniqueFd m_root;
-    std::string m_rootPath;
-    RemovalGuard m_guard;
-    std::map<std::string, std::string, std::less<>> m_knownLinks; ///< protected path -> where it leads
-
-    /// The folder of the last removal. Items of one folder go one after another, and finding it anew for each would
-    /// cost more than the removal; held open, it is also sure to be the same one.
-    struct LastFolder {
-        std::string path;  ///< as it was asked for
-        std::string place; ///< without known links
-        std::shared_ptr<const UniqueFd> fd;
-    };
-    mutable std::mutex m_lastFolderMutex;
-    mutable LastFolder m_lastFolder; ///< guarded by m_lastFolderMutex
+    TargetRoot m_root;
+    Removals m_removals; ///< uses m_root
 };
 
 } // namespace sweeply

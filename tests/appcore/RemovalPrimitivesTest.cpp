@@ -56,7 +56,7 @@ class RemovalPrimitivesTest : public testing::Test {
         fs::permissions(host("/libexec/rm"), fs::perms::owner_all);
         m_target.makeFile("/work/file", "contents");
         m_target.makeFile("/victim", "precious");
-        m_target.files().guard().protect("/Users/sam/Library");
+        m_target.files().removals().guard().protect("/Users/sam/Library");
         m_removals.startRun();
     }
     ~RemovalPrimitivesTest() override { EXPECT_EQ(read("/victim"), "precious"); }

@@ -117,7 +117,7 @@ class TestWorld {
         for (const char* folder : {"/Library/Caches", "/Users/sam/Library/Caches", "/Users/sam/Library/Preferences"})
             target.makeFolder(folder);
         for (const auto& folder : folders.protectedFolders())
-            target.files().guard().protect(folder);
+            target.files().removals().guard().protect(folder);
         restart();
     }
 

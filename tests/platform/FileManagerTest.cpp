@@ -152,14 +152,14 @@ class RemovalRefusalTest : public FileManagerTest {
   protected:
     RemovalRefusalTest() {
         for (const char* path : {"/Users/sam", "/Users/sam/Library/Caches", "/Library/Caches", "/var"})
-            files().guard().protect(path);
+            files().removals().guard().protect(path);
         write("/Users/sam/Library/Caches/item", "1");
         makeFolder("/Library/Caches");
     }
 };
 
 TEST_F(RemovalRefusalTest, ProtectedRootRelativeAndClimbingPathsAreRefused) {
-    files().refreshGuard();
+    files().removals().refreshGuard();
     link("/alias", "/Users/sam");
     link("/Users/sam/Library/Caches/evil", "/Users");
     for (const std::string path : {"",
@@ -184,7 +184,7 @@ TEST_F(RemovalRefusalTest, ProtectedRootRelativeAndClimbingPathsAreRefused) {
                                    "/alias/Library/Caches/item",
                                    "/Users/sam/Library/Caches/evil/sam/Library/Caches/item"}) {
         EXPECT_EQ(kindOf(files().removeItemAtPath(path)), ErrorKind::Protected) << path;
-        EXPECT_FALSE(files().openReferenceForRemoval(path)) << path;
+        EXPECT_FALSE(files().removals().openReferenceForRemoval(path)) << path;
     }
     EXPECT_EQ(read("/Users/sam/Library/Caches/item"), "1");
     EXPECT_EQ(kindOf(files().moveItemAtPath("/Users/sam", "/elsewhere")), ErrorKind::Protected);
@@ -201,7 +201,7 @@ TEST_F(RemovalRefusalTest, ProtectedFolderThatIsALinkIsKnownByItsPlaceToo) {
     write("/Volumes/Data/sam/caches/item", "2");
     link("/Users/sam/Library/Caches", "/Volumes/Data/sam/caches");
     EXPECT_EQ(kindOf(files().removeItemAtPath("/var/cache/item")), ErrorKind::Protected);
-    files().refreshGuard();
+    files().removals().refreshGuard();
     for (const std::string path : {"/var", "/private/var", "/private", "/Users/sam/Library/Caches", "/Volumes/Data",
                                    "/Volumes/Data/sam", "/Volumes/Data/sam/caches"})
         EXPECT_EQ(kindOf(files().removeItemAtPath(path)), ErrorKind::Protected) << path;
@@ -214,7 +214,7 @@ TEST_F(RemovalRefusalTest, ProtectedFolderThatIsALinkIsKnownByItsPlaceToo) {
 TEST_F(RemovalRefusalTest, FolderThatBecameALinkDuringTheRunLeadsNowhere) {
     write("/Users/sam/Documents/item", "precious");
     write("/Users/sam/Library/Caches/app/item", "1");
-    files().refreshGuard();
+    files().removals().refreshGuard();
     std::filesystem::remove_all(host("/Users/sam/Library/Caches/app"));
     link("/Users/sam/Library/Caches/app", "/Users/sam/Documents");
     EXPECT_EQ(kindOf(files().removeItemAtPath("/Users/sam/Library/Caches/app/item")), ErrorKind::Protected);

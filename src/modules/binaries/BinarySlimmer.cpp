@@ -40,7 +40,7 @@ bool BinarySlimmer::slimBinaryAtPath(const std::string& path, const std::vector<
         return m_removals.failed(
             path, {ErrorKind::Other, path, "has another name elsewhere (a hard link), which would keep the old code"});
     // From the file's own folder, held open: nobody can put another one in its place on the way to the tool.
-    const auto item = m_files.locateForRemoval(path);
+    const auto item = m_files.removals().locateForRemoval(path);
     if (!item)
         return m_removals.failed(path, item.error());
     std::vector<std::string> arguments;

@@ -110,7 +110,7 @@ void ApplicationUninstaller::addPackageAtPath(const std::string& path) {
             package->addUniqueChild(
                 Node::nodeWithName(entry, Icon::Package, 1, 0, entry.substr(receipt + kReceiptEntry.size()), true));
         else if (m_uninstaller.files.attributesOfItemAtPath(entry, Links::DontFollow) &&
-                 m_uninstaller.files.guard().reasonAgainst(entry).empty())
+                 m_uninstaller.files.removals().guard().reasonAgainst(entry).empty())
             package->addUniqueChild(Node::nodeWithName(m_uninstaller.folders.abbreviateWithTilde(entry), Icon::ItsOwn,
                                                        1, m_uninstaller.sizes.folderSizeAtPath(entry), entry, true));
     }

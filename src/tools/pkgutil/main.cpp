@@ -115,8 +115,8 @@ int forget(FileManager& files, const Options& options) {
     const auto list = files.attributesOfItemAtPath(receipt + ".plist", Links::DontFollow);
     if (!list && !files.attributesOfItemAtPath(receipt + ".bom", Links::DontFollow))
         return noReceipt(options, list.error());
-    files.guard().protect(kReceipts);
-    files.refreshGuard();
+    files.removals().guard().protect(kReceipts);
+    files.removals().refreshGuard();
     // The property list last: while it is there the package is known.
     for (const char* extension : {".bom", ".plist"}) {
         const auto removed = files.removeItemAtPath(receipt + extension);
