@@ -17,7 +17,7 @@ ADApp::ADApp(Application& application, Watchers& watchers, SystemLog& log, std::
 ADApp::~ADApp() = default;
 
 void ADApp::start(Face face) {
-    m_log.log(formatText("Sweeply v. %@ started with arguments %@.", {SWEEPLY_VERSION, escapedForLog(m_arguments)}));
+    m_log.log(formatText("Sweeply v. %@ started with arguments %@.", {SWEEPLY_VERSION, listForLog(m_arguments)}));
     m_application.ignoreList().load();
     initUserDefaults();
     if (face == Face::Window) {

@@ -72,7 +72,7 @@ void SpecialCommands::uninstallApplications(const std::optional<UninstallNotific
         return;
     }
     m_log.log(formatText("Got distributed notification cmd = %@ applications = %@",
-                         {escapedForLog(notification->command), escapedForLog(notification->applications)}));
+                         {notification->command, listForLog(notification->applications)}));
     if (notification->command == kUninstall)
         m_destinations.uninstall(notification->applications);
 }

@@ -49,8 +49,7 @@ std::optional<int> ADTaskRunner::launchTaskAndGetTermStatusWithCmd(std::string_v
 }
 
 void ADTaskRunner::logFailure(std::string_view tool, const Arguments& arguments, const std::string& reason) const {
-    m_log.log(
-        formatText("Error while invoking command %@ with args %@ : %@", {tool, escapedForLog(arguments), reason}));
+    m_log.log(formatText("Error while invoking command %@ with args %@ : %@", {tool, listForLog(arguments), reason}));
 }
 
 } // namespace sweeply

@@ -1,5 +1,6 @@
 #include "appcore/CommandLineController.h"
 
+#include "formats/DisplayEscapes.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
@@ -130,7 +131,7 @@ Result<void> CommandLineController::setFolder(std::string FolderConstants::*fold
 
 void CommandLineController::printFolders() const {
     for (const auto& [title, folder] : kShownFolders)
-        m_output << title << " path = " << m_folders.expandTilde(m_folders.*folder) << '\n';
+        m_output << title << " path = " << escapedForDisplay(m_folders.expandTilde(m_folders.*folder)) << '\n';
 }
 
 void CommandLineController::printHelp() const {

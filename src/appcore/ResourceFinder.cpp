@@ -206,7 +206,7 @@ void ResourceFinder::findReceiptResources(const std::string& path, const Terms& 
     if (!PackageManager::isNormalAppleApplication(terms.identifier))
         return;
     if (terms.name.empty()) {
-        m_services.log.log(formatText("Failed to get app name for %@", {escapedForLog(path)}));
+        m_services.log.log(formatText("Failed to get app name for %@", {path}));
         return;
     }
     auto packages = m_services.packages.findPackageByAppName(formatText("%@.app", {terms.name}));

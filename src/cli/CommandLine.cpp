@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <ostream>
 
 namespace sweeply {
@@ -25,6 +26,7 @@ Options, before the command:
   --os VERSION         which system it is: 10.4, 10.5, 10.6 (else: as it says itself)
   --arch intel|ppc     which processors the Mac has (else: as its system tells)
   --pace full|gentle   full speed, or with rests between the items
+  --color WHEN         auto (on a terminal), always, never
   --verbose            copy the lines of the system log to standard error
   --version            print the version
   -h, --help           print this
@@ -51,6 +53,9 @@ Commands:
 
 )";
 
+/// In the order of ColorWhen.
+constexpr std::array<std::string_view, 3> kColorNames{"auto", "always", "never"};
+
 Failure complaint(std::string text) { return Failure(Error{ErrorKind::Other, {}, std::move(text)}); }
 
 /// The references' own help, word for word.
@@ -74,7 +79,11 @@ Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine&
         return arguments[next++];
     };
     while (next < arguments.size() && arguments[next].starts_with('-')) {
-        const std::string option = arguments[next++];
+        std::string option = arguments[next++];
+        if (const auto equals = option.find('='); option.starts_with("--") && equals != std::string::npos) {
+            arguments.insert(arguments.begin() + static_cast<std::ptrdiff_t>(next), option.substr(equals + 1));
+            option.erase(equals);
+        }
         if (option == "-h" || option == "--help") {
             output << kUsage;
             printReferences(output);
@@ -86,7 +95,8 @@ Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine&
         }
         if (option == "--verbose") {
             line.isVerbose = true;
-        } else if (option == "--root" || option == "--os" || option == "--arch" || option == "--pace") {
+        } else if (option == "--root" || option == "--os" || option == "--arch" || option == "--pace" ||
+                   option == "--color") {
             auto value = valueOf(option);
             if (!value)
                 return Failure(value.error());
@@ -98,7 +108,12 @@ Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine&
                 line.target.processorFamily = *value;
             else if (option == "--arch")
                 return complaint(formatText("--arch: '%@' is neither 'intel' nor 'ppc'", {*value}));
-            else if (*value == "full" || *value == "gentle")
+            else if (option == "--color") {
+                const auto when = std::ranges::find(kColorNames, *value);
+                if (when == kColorNames.end())
+                    return complaint(formatText("--color: '%@' is none of 'auto', 'always' and 'never'", {*value}));
+                line.color = static_cast<ColorWhen>(when - kColorNames.begin());
+            } else if (*value == "full" || *value == "gentle")
                 line.pace = *value == "full" ? Pace::full() : Pace::gentle();
             else
                 return complaint(formatText("--pace: '%@' is neither 'full' nor 'gentle'", {*value}));
@@ -152,12 +167,16 @@ void describeCommands(CLI::App& app, CommandLine& line) {
         return sub;
     };
     const auto addJson = [&](CLI::App* sub) { sub->add_flag("--json", line.wantsJson, "Print one JSON object"); };
+    const auto addAllItems = [&](CLI::App* sub) {
+        sub->add_flag("--all-items", line.wantsAllItems, "List long runs of items whole, on a terminal as well");
+    };
     const auto addModules = [&](CLI::App* sub) {
         sub->add_option("MODULE", line.operands,
                         "Modules, by the names that 'modules' lists; none: those switched on. Paths after them are "
                         "looked at in place of a scan");
         sub->add_flag("--all", line.wantsAllModules, "Every module, also those switched off");
         addJson(sub);
+        addAllItems(sub);
     };
 
     addModules(add(Command::Scan, "scan", "Show what would be removed"));
@@ -168,6 +187,7 @@ void describeCommands(CLI::App& app, CommandLine& line) {
 
     auto* erase = add(Command::Erase, "erase", "Remove files and folders, overwritten first if that is wanted");
     addJson(erase);
+    addAllItems(erase);
     erase->add_option("PATH", line.operands, "Items of the target")->required();
     erase->add_flag("--secure", line.isSecure,
                     "Overwrite files first; disks with flash memory, snapshots and file systems that copy on writing "
@@ -178,6 +198,7 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     auto* uninstall = add(Command::Uninstall, "uninstall",
                           "Remove applications, packages and extensions with everything that belongs to them");
     addJson(uninstall);
+    addAllItems(uninstall);
     uninstall
         ->add_option("PATH", line.operands,
                      "Applications, packages, or folders of them; widgets, preference panes, plug-ins")
@@ -185,7 +206,10 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     uninstall->add_flag("--dry-run", line.isDryRun, "Show what would be removed, and remove nothing");
     uninstall->add_flag("--yes", line.saysYes, "Remove without asking; other questions get their safe answers");
 
-    addJson(add(Command::Extensions, "extensions", "List the installed widgets, preference panes and plug-ins"));
+    auto* extensions =
+        add(Command::Extensions, "extensions", "List the installed widgets, preference panes and plug-ins");
+    addJson(extensions);
+    addAllItems(extensions);
 
     addJson(add(Command::Leftovers, "leftovers",
                 "List preferences, launch items and login items of applications that are gone"));
@@ -267,6 +291,12 @@ Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::strin
     }
     separatePaths(line);
     return line;
+}
+
+TextStyle styleFor(const CommandLine& line, const Terminal& terminal) {
+    auto style = TextStyle::of(terminal, line.color);
+    style.foldsLongRuns = style.foldsLongRuns && !line.wantsAllItems;
+    return style;
 }
 
 } // namespace sweeply

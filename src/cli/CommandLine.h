@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Target.h"
+#include "cli/TextStyle.h"
 #include "platform/Error.h"
 #include "platform/Pace.h"
 
@@ -35,6 +36,7 @@ struct CommandLine {
     TargetOptions target;
     Pace pace = Pace::full();
     bool isVerbose = false;
+    ColorWhen color = ColorWhen::Auto;
 
     Command command = Command::ShowFolders;
     bool wantsJson = false;
@@ -43,6 +45,8 @@ struct CommandLine {
     bool wantsAllModules = false;
     /// Modules or paths, as the command takes them.
     std::vector<std::string> operands;
+    /// Long runs of items whole.
+    bool wantsAllItems = false;
     /// Items for the named modules to look at, in place of a scan.
     std::vector<std::string> paths;
     /// Overwrite what is erased.
@@ -61,5 +65,8 @@ struct CommandLine {
 /// stands on `output`. An error is one line for standard error.
 [[nodiscard]] Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::string>& arguments,
                                                                   std::ostream& output);
+
+/// How standard output is to look, as the person asked for it and `terminal` allows.
+[[nodiscard]] TextStyle styleFor(const CommandLine& line, const Terminal& terminal);
 
 } // namespace sweeply

@@ -3,6 +3,8 @@
 #include "cli/Interrupt.h"
 #include "cli/Session.h"
 
+#include "formats/DisplayEscapes.h"
+
 #include <cerrno>
 #include <iostream>
 
@@ -70,7 +72,7 @@ ExitCode run(const std::vector<std::string>& arguments) {
 
 } // namespace
 
-void complain(std::string_view text) { std::cerr << "sweeply-cli: " + safeForTerminal(text) + "\n"; }
+void complain(std::string_view text) { std::cerr << "sweeply-cli: " + escapedForDisplay(text) + "\n"; }
 
 int runCommandLine(const std::vector<std::string>& arguments) {
     ExitCode outcome = run(arguments);

@@ -24,7 +24,7 @@ ExitCode runPrefs(Session& session);
 ExitCode runSize(const CommandLine& line);
 ExitCode runSample(const CommandLine& line);
 
-/// "sweeply-cli: TEXT" on standard error, safe for a terminal.
+/// "sweeply-cli: TEXT" on standard error, escaped for display.
 void complain(std::string_view text);
 
 /// What main() does: reads the command line and runs the command.

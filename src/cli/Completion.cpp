@@ -10,7 +10,7 @@ namespace sweeply {
 
 namespace {
 
-constexpr const char* kGlobalOptions = "--root --user --os --arch --pace --verbose --version --help";
+constexpr const char* kGlobalOptions = "--root --user --os --arch --pace --color --verbose --version --help";
 
 std::vector<const CLI::App*> commandsOf(const CLI::App& app) {
     return app.get_subcommands([](const CLI::App*) { return true; });

@@ -23,12 +23,12 @@ Json pathsJson(const Paths& paths) {
 
 /// A heading and the paths under it; nothing for none.
 template<typename Paths>
-void printPaths(const std::string& heading, const Paths& paths, const Terminal& terminal) {
+void printPaths(const std::string& heading, const Paths& paths, const TextStyle& style) {
     if (paths.empty())
         return;
-    std::cout << heading << "\n";
+    std::cout << style.heading(heading) << "\n";
     for (const auto& path : paths)
-        std::cout << "  " << (terminal.isOutputTerminal ? safeForTerminal(path) : path) << "\n";
+        std::cout << "  " << style.name(path) << "\n";
 }
 
 } // namespace
@@ -40,7 +40,7 @@ ExitCode runExtensions(Session& session) {
     if (session.commandLine().wantsJson)
         printJson({{"target", targetJson(application)}, {"modules", modulesJson(application, lists)}});
     else
-        printResults(application, lists, session.terminal(), std::cout);
+        printResults(application, lists, session.style(), std::cout);
     return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Done;
 }
 
@@ -61,9 +61,9 @@ ExitCode runLeftovers(Session& session) {
                    {"loginItems", pathsJson(loginItems)}});
         return ExitCode::Done;
     }
-    printPaths(localizedString("Preferences"), preferences, session.terminal());
-    printPaths(localizedString("Launch Items"), launchItems, session.terminal());
-    printPaths(localizedString("Login Items"), loginItems, session.terminal());
+    printPaths(localizedString("Preferences"), preferences, session.style());
+    printPaths(localizedString("Launch Items"), launchItems, session.style());
+    printPaths(localizedString("Login Items"), loginItems, session.style());
     return ExitCode::Done;
 }
 

@@ -1,8 +1,9 @@
 #include "appcore/sizes/DiskSizes.h"
 #include "cli/Commands.h"
 #include "cli/JsonOutput.h"
-#include "cli/TextOutput.h"
+#include "cli/TextStyle.h"
 #include "cli/sample/SampleVolume.h"
+#include "formats/DisplayEscapes.h"
 #include "formats/Utf8.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
@@ -51,7 +52,7 @@ ExitCode runSize(const CommandLine& line) {
         return ExitCode::Usage;
     }
     const DiskSizes sizes(**files, *version);
-    const auto terminal = Terminal::ofThisProcess();
+    const auto style = styleFor(line, Terminal::ofThisProcess());
     ExitCode outcome = ExitCode::Done;
     std::uint64_t total = 0;
     Json list = Json::array();
@@ -68,8 +69,7 @@ ExitCode runSize(const CommandLine& line) {
             list.push_back(
                 {{"path", validUtf8(operand)}, {"size", size}, {"sizeText", stringSizeFromLong(size, sizes.units())}});
         else
-            printSized(std::cout, stringSizeFromLong(size, sizes.units()),
-                       terminal.isOutputTerminal ? safeForTerminal(operand) : operand);
+            printSized(std::cout, stringSizeFromLong(size, sizes.units()), style.name(operand));
     }
     if (line.wantsJson)
         printJson({{"sizes", list}, {"total", total}, {"totalText", stringSizeFromLong(total, sizes.units())}});
@@ -86,7 +86,7 @@ ExitCode runSample(const CommandLine& line) {
     }
     std::cout << formatText("%i files and %i folders, %@, in %@\n",
                             {written->files, written->folders, stringSizeFromLong(written->bytes, SizeUnits::Decimal),
-                             line.operands.front()});
+                             escapedForDisplay(line.operands.front())});
     return ExitCode::Done;
 }
 

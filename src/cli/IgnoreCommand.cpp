@@ -49,9 +49,6 @@ Result<void> changeApplications(Session& session, const std::vector<std::string>
 void printLists(Session& session) {
     auto& list = session.application().ignoreList();
     auto& unchecked = list.uncheckedItems();
-    const auto shown = [&](const std::string& text) {
-        return session.terminal().isOutputTerminal ? safeForTerminal(text) : text;
-    };
     const auto applications = list.applicationList().ignoreAppsArray();
     if (session.commandLine().wantsJson) {
         Json items = Json::object();
@@ -62,13 +59,17 @@ void printLists(Session& session) {
                    {"applications", applications},
                    {"sharedListVersion", list.currentIgnorelistVersion()}});
     } else if (session.commandLine().ignoreAction == "list" && session.commandLine().ignoresApplications) {
+        std::vector<std::vector<std::string>> rows;
         for (const auto& identifier : applications)
-            std::cout << shown(identifier) << "\n";
+            rows.push_back({identifier});
+        printColumns(std::cout, session.style(), rows);
     } else if (session.commandLine().ignoreAction == "list") {
+        std::vector<std::vector<std::string>> rows;
         for (const auto& key : unchecked.moduleKeys()) {
             for (const auto& item : unchecked.ignoreListForController(key))
-                std::cout << key << "\t" << shown(item) << "\n";
+                rows.push_back({key, item});
         }
+        printColumns(std::cout, session.style(), rows);
     }
 }
 

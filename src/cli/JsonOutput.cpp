@@ -45,7 +45,7 @@ Json targetJson(const Application& application) {
 Json modulesJson(Application& application, const std::vector<ShownModule>& modules) {
     std::lock_guard lock(application.treeLock());
     Json list = Json::array();
-    for (const auto& [name, viewCode, isChecked, module] : modules)
+    for (const auto& [name, title, viewCode, isChecked, module] : modules)
         list.push_back({{"module", name},
                         {"viewCode", viewCode},
                         {"checked", isChecked},

@@ -77,16 +77,15 @@ void print(Session& session, const std::vector<PreferenceKey>& keys) {
         printJson({{"target", targetJson(session.application())}, {"preferences", preferences}});
         return;
     }
+    std::vector<std::vector<std::string>> rows;
     for (const auto& key : keys) {
         const auto value = stored(session, key);
-        std::string text = value ? textOf(key, *value) : std::string("-");
-        if (session.terminal().isOutputTerminal)
-            text = safeForTerminal(text);
         if (session.commandLine().operands.empty())
-            std::cout << key.name << "\t" << text << "\n";
+            rows.push_back({std::string(key.name), value ? textOf(key, *value) : std::string("-")});
         else if (value)
-            std::cout << text << "\n";
+            rows.push_back({textOf(key, *value)});
     }
+    printColumns(std::cout, session.style(), rows);
 }
 
 } // namespace

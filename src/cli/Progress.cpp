@@ -2,6 +2,8 @@
 
 #include "app/Application.h"
 #include "cli/Terminal.h"
+#include "formats/DisplayEscapes.h"
+#include "platform/DisplayWidth.h"
 #include "platform/Localization.h"
 
 #include <algorithm>
@@ -11,17 +13,6 @@
 namespace sweeply {
 
 namespace {
-
-/// The first `columns` characters, never half of one.
-std::string cutTo(std::string text, std::size_t columns) {
-    std::size_t seen = 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const bool startsCharacter = (static_cast<unsigned char>(text[at]) & 0xC0) != 0x80;
-        if (startsCharacter && seen++ == columns)
-            return text.substr(0, at);
-    }
-    return text;
-}
 
 std::string itemAtHand(Application& application) {
     for (const auto& row : application.scanController().rows()) {
@@ -54,8 +45,8 @@ void Progress::draw() {
         formatText("%@ %i%%  %@ (%@/s)  ", {m_activity, static_cast<int>(controller.totalProcentDone() * 100.0F),
                                             stringSizeFromLong(bytes, m_application.units()),
                                             stringSizeFromLong(rate, m_application.units())}) +
-        safeForTerminal(itemAtHand(m_application));
-    std::cerr << "\r" << cutTo(line, Terminal::width() - 1) << "\x1B[K" << std::flush;
+        escapedForDisplay(itemAtHand(m_application));
+    std::cerr << "\r" << cutToWidth(line, Terminal::width() - 1) << "\x1B[K" << std::flush;
     m_hasDrawn = true;
 }
 

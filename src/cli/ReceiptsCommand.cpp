@@ -25,12 +25,13 @@ ExitCode runReceipts(Session& session) {
         printJson({{"target", targetJson(session.application())}, {"receipts", list}});
         return ExitCode::Done;
     }
+    std::vector<std::vector<std::string>> rows;
     for (const auto& package : packages) {
-        std::string line = package.name;
-        for (const auto& name : package.appNames.value_or(std::vector<std::string>()))
-            line += "\t" + name;
-        std::cout << (session.terminal().isOutputTerminal ? safeForTerminal(line) : line) << "\n";
+        auto& row = rows.emplace_back(1, package.name);
+        const auto names = package.appNames.value_or(std::vector<std::string>());
+        row.insert(row.end(), names.begin(), names.end());
     }
+    printColumns(std::cout, session.style(), rows);
     return ExitCode::Done;
 }
 

@@ -102,7 +102,7 @@ ExitCode finishClean(Session& session) {
 ExitCode removeAfterQuestion(Session& session, const std::function<void()>& remove) {
     const CommandLine& line = session.commandLine();
     if (!line.wantsJson)
-        printScan(session.application(), session.terminal(), std::cout);
+        printScan(session.application(), session.style(), std::cout);
     if (interrupt::wasRequested())
         return finishClean(session);
     if (!line.saysYes && totalsOf(shownModules(session.application())).filesFoundInEnabled > 0 &&
@@ -173,7 +173,7 @@ ExitCode removeNamedItems(Session& session, const std::function<ItemsByModule(co
     if (line.wantsJson)
         printJson(scanJson(application));
     else
-        printScan(application, session.terminal(), std::cout);
+        printScan(application, session.style(), std::cout);
     return complete(ExitCode::Done);
 }
 
@@ -185,7 +185,7 @@ ExitCode runScan(Session& session) {
     if (session.commandLine().wantsJson)
         printJson(scanJson(session.application()));
     else
-        printScan(session.application(), session.terminal(), std::cout);
+        printScan(session.application(), session.style(), std::cout);
     return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Done;
 }
 

@@ -1,6 +1,7 @@
 #include "cli/Session.h"
 
 #include "app/OwnProcess.h"
+#include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "cli/Progress.h"
 #include "engine/EngineEvents.h"
@@ -46,9 +47,8 @@ Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogL
     auto& center = m_application.notifications();
     m_subscriptions.push_back(
         center.observe<RemovedAmountOfSpace>([this](const RemovedAmountOfSpace&) { ++m_removedCount; }));
-    m_subscriptions.push_back(center.observe<ProblemFound>([](const ProblemFound& problem) {
-        std::cerr << "sweeply-cli: " + safeForTerminal(problem.error.message()) + "\n";
-    }));
+    m_subscriptions.push_back(
+        center.observe<ProblemFound>([](const ProblemFound& problem) { complain(problem.error.message()); }));
 }
 
 void Session::scan() {

@@ -4,6 +4,7 @@
 #include "app/Application.h"
 #include "cli/CommandLine.h"
 #include "cli/TerminalAlerts.h"
+#include "cli/TextStyle.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
 
@@ -24,6 +25,8 @@ class Session final {
 
     [[nodiscard]] Application& application() { return m_application; }
     [[nodiscard]] const Terminal& terminal() const { return m_terminal; }
+    /// How standard output is to look.
+    [[nodiscard]] const TextStyle& style() const { return m_style; }
     [[nodiscard]] const TerminalAlerts& alerts() const { return m_alerts; }
     [[nodiscard]] const CommandLine& commandLine() const { return m_commandLine; }
 
@@ -47,6 +50,7 @@ class Session final {
 
     const CommandLine m_commandLine;
     const Terminal m_terminal = Terminal::ofThisProcess();
+    const TextStyle m_style = styleFor(m_commandLine, m_terminal);
     std::unique_ptr<SyslogLog> m_log;
     RunLoop m_loop;
     TerminalAlerts m_alerts;

@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "app/ModuleCatalog.h"
+#include "platform/Localization.h"
 
 #include <algorithm>
 #include <array>
@@ -10,9 +11,16 @@ namespace sweeply {
 
 namespace {
 
+struct ExtensionList {
+    std::string_view name;
+    const char* title;
+};
 /// In the order of the container's uninstallers.
-constexpr std::array<std::string_view, 3> kExtensionLists{"widget-uninstaller", "pane-uninstaller",
-                                                          "plugin-uninstaller"};
+constexpr std::array kExtensionLists{
+    ExtensionList{"widget-uninstaller", translatable("Widgets")},
+    ExtensionList{"pane-uninstaller", translatable("Preference Panes")},
+    ExtensionList{"plugin-uninstaller", translatable("Plug-ins")},
+};
 
 } // namespace
 
@@ -21,7 +29,8 @@ std::vector<ShownModule> extensionLists(Application& application) {
     std::vector<ShownModule> lists;
     for (std::size_t list = 0; list < kExtensionLists.size(); ++list) {
         auto& module = *extensions.uninstallControllers()[list];
-        lists.push_back({kExtensionLists[list], extensions.scanObject()->viewName(), module.ifAnyEnabled(), module});
+        lists.push_back({kExtensionLists[list].name, localizedString(kExtensionLists[list].title),
+                         extensions.scanObject()->viewName(), module.ifAnyEnabled(), module});
     }
     return lists;
 }
@@ -32,7 +41,7 @@ std::vector<ShownModule> shownModules(Application& application) {
         auto* module = row->correspondingScanController();
         if (row->checked() || module->filesFound() > 0) {
             const auto known = std::ranges::find(moduleCatalog(), row->viewName(), &ModuleRow::viewCode);
-            shown.push_back({known->name, row->viewName(), row->checked(), module->shownController()});
+            shown.push_back({known->name, row->name(), row->viewName(), row->checked(), module->shownController()});
         }
         if (module != &application.extensions())
             continue;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -13,6 +14,7 @@ class Application;
 /// A module whose results a command shows.
 struct ShownModule {
     std::string_view name;
+    std::string title; ///< for people, in their language
     std::uint8_t viewCode;
     bool isChecked;
     ADScanControllerView& module;

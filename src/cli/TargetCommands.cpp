@@ -55,13 +55,10 @@ ExitCode runApps(Session& session) {
     auto filtered = application.applications().createApplicationsArrayForController(nullptr);
     std::ranges::sort(filtered);
     if (!session.commandLine().wantsJson) {
-        for (const auto& path : filtered) {
-            const std::string id = application.applications().bundleIDForAppWithPath(path).value_or("-");
-            const std::string line = path + "\t" + id;
-            std::cout << (session.terminal().isOutputTerminal ? safeForTerminal(path) + "  " + safeForTerminal(id)
-                                                              : line)
-                      << "\n";
-        }
+        std::vector<std::vector<std::string>> rows;
+        for (const auto& path : filtered)
+            rows.push_back({path, application.applications().bundleIDForAppWithPath(path).value_or("-")});
+        printColumns(std::cout, session.style(), rows);
         return ExitCode::Done;
     }
     Json applications = Json::array();
@@ -98,7 +95,7 @@ ExitCode runModules(Session& session) {
         return outcome;
     }
     for (const auto& row : scanModules()) {
-        std::cout << row.name << "\n";
+        std::cout << session.style().heading(row.name) << "\n";
         for (const auto& part : row.switches)
             std::cout << "  " << (defaults.boolForKey(part.defaultsName) ? "[x] " : "[ ] ") << part.name << "\n";
     }

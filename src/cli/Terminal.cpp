@@ -1,8 +1,6 @@
 #include "cli/Terminal.h"
 
 #include "cli/Interrupt.h"
-#include "formats/Utf8.h"
-#include "platform/SystemLog.h"
 
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -18,8 +16,6 @@ std::size_t Terminal::width() {
     winsize size{};
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
-
-std::string safeForTerminal(std::string_view name) { return escapedForLog(validUtf8(name)); }
 
 std::optional<std::string> readLine() {
     // The interrupt may be delivered to another thread, so it does not end a read here: look for it now and then.

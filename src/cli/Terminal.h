@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace sweeply {
 
@@ -19,9 +18,6 @@ struct Terminal {
     /// Columns of the screen behind standard error.
     [[nodiscard]] static std::size_t width();
 };
-
-/// A stranger's name as it may stand on a terminal: valid UTF-8, control characters escaped.
-[[nodiscard]] std::string safeForTerminal(std::string_view name);
 
 /// A line from the terminal, without its end. Nothing at the end of input or once the person interrupts.
 [[nodiscard]] std::optional<std::string> readLine();

@@ -1,5 +1,6 @@
 #include "cli/TerminalAlerts.h"
 
+#include "formats/DisplayEscapes.h"
 #include "platform/Localization.h"
 
 #include <charconv>
@@ -12,10 +13,10 @@ AlertAnswer TerminalAlerts::runAlert(const Alert& alert) {
     const bool isQuestion = alert.buttons.size() > 1;
     const bool canAsk = isQuestion && m_terminal.isInteractive();
     if (canAsk || !m_isQuiet) {
-        std::cerr << safeForTerminal(alert.title) << "\n";
+        std::cerr << escapedForDisplay(alert.title) << "\n";
         std::istringstream text(alert.text);
         for (std::string line; std::getline(text, line);)
-            std::cerr << safeForTerminal(line) << "\n";
+            std::cerr << escapedForDisplay(line) << "\n";
     }
     AlertAnswer answer;
     answer.button = canAsk ? ask(alert) : alert.safeButton;

@@ -4,14 +4,15 @@
 
 #include <algorithm>
 #include <functional>
-#include <iomanip>
 #include <ostream>
 
 namespace sweeply {
 
 namespace {
 
-constexpr int kSizeColumn = 12;
+/// A run of more items than this is folded, down to its largest.
+constexpr std::size_t kLongRun = 24;
+constexpr std::size_t kShownOfLongRun = 20;
 
 const char* markFor(CheckState state) {
     switch (state) {
@@ -25,38 +26,74 @@ const char* markFor(CheckState state) {
     return "[ ]";
 }
 
-/// Names go as they are to a file or another program, and made harmless to a terminal.
-std::string shown(std::string_view name, const Terminal& terminal) {
-    return terminal.isOutputTerminal ? safeForTerminal(name) : std::string(name);
-}
+/// Writes the trees of modules, a line for each node.
+class ResultList final {
+  public:
+    ResultList(const TextStyle& style, SizeUnits units, std::ostream& output)
+        : m_style(style), m_units(units), m_output(output) {}
 
-void printNode(const Node& node, int depth, SizeUnits units, const Terminal& terminal, std::ostream& output) {
-    const std::string indent(static_cast<std::size_t>(depth) * 4, ' ');
-    printSized(output, stringSizeFromLong(node.longSize(), units),
-               indent + markFor(node.state()) + " " + shown(node.name(), terminal));
-    auto children = node.children();
-    if (std::ranges::none_of(children, &Node::hasChildren)) // items, not groups: the large ones are of interest
-        std::ranges::stable_sort(children, std::ranges::greater(), &Node::longSize);
-    for (const auto& child : children)
-        printNode(*child, depth + 1, units, terminal, output);
-}
+    void printModule(const ShownModule& shown) const {
+        const Node& root = *shown.module.rootNode();
+        printLine(root, 0, m_style.heading(shown.title));
+        printChildren(root, 1);
+    }
+
+  private:
+    void printLine(const Node& node, std::size_t depth, const std::string& text) const {
+        printSized(m_output, stringSizeFromLong(node.longSize(), m_units),
+                   indentation(depth) + markFor(node.state()) + " " + text);
+    }
+    void printChildren(const Node& parent, std::size_t depth) const {
+        auto children = parent.children();
+        if (std::ranges::none_of(children, &Node::hasChildren)) { // items, not groups: the large ones are of interest
+            std::ranges::stable_sort(children, std::ranges::greater(), &Node::longSize);
+            printItems(children, depth);
+            return;
+        }
+        for (const auto& child : children) {
+            printLine(*child, depth, m_style.name(child->name()));
+            printChildren(*child, depth + 1);
+        }
+    }
+    /// What stays is always shown, however much of it there is: only of what goes the smallest may be left out.
+    void printItems(const std::vector<Node::Pointer>& items, std::size_t depth) const {
+        const auto isChecked = [](const Node::Pointer& item) { return item->state() == CheckState::Checked; };
+        const auto checkedCount = static_cast<std::size_t>(std::ranges::count_if(items, isChecked));
+        const bool folds = m_style.foldsLongRuns && checkedCount > kLongRun;
+        std::size_t seen = 0;
+        std::uint64_t hiddenSize = 0;
+        for (const auto& item : items) {
+            if (folds && isChecked(item) && ++seen > kShownOfLongRun)
+                hiddenSize += item->longSize();
+            else
+                printLine(*item, depth, m_style.name(item->name()));
+        }
+        if (folds)
+            printSized(m_output, {},
+                       indentation(depth) + markFor(CheckState::Checked) + " " +
+                           localizedFormat("and %i more, %@; --all-items shows them",
+                                           {checkedCount - kShownOfLongRun, stringSizeFromLong(hiddenSize, m_units)}));
+    }
+    static std::string indentation(std::size_t depth) { return std::string(depth * 4, ' '); }
+
+    const TextStyle& m_style;
+    const SizeUnits m_units;
+    std::ostream& m_output;
+};
 
 } // namespace
 
-void printSized(std::ostream& output, const std::string& size, const std::string& text) {
-    output << std::setw(kSizeColumn) << size << "  " << text << "\n";
-}
-
-void printResults(Application& application, const std::vector<ShownModule>& modules, const Terminal& terminal,
+void printResults(Application& application, const std::vector<ShownModule>& modules, const TextStyle& style,
                   std::ostream& output) {
     std::lock_guard lock(application.treeLock());
+    const ResultList list(style, application.units(), output);
     for (const auto& shown : modules)
-        printNode(*shown.module.rootNode(), 0, application.units(), terminal, output);
+        list.printModule(shown);
 }
 
-void printScan(Application& application, const Terminal& terminal, std::ostream& output) {
+void printScan(Application& application, const TextStyle& style, std::ostream& output) {
     const auto modules = shownModules(application);
-    printResults(application, modules, terminal, output);
+    printResults(application, modules, style, output);
     output << localizedFormat("Sweeply can clean %@ from your Mac!",
                               {stringSizeFromLong(totalsOf(modules).foundSize, application.units())})
            << "\n";

@@ -1,14 +1,10 @@
 #include "formats/Utf8.h"
 
-#include <cstddef>
 #include <cstdint>
 
 namespace sweeply {
 
-namespace {
-
-/// How many bytes the UTF-8 sequence at the start of `text` takes; 0 when it is none.
-std::size_t sequenceLength(std::string_view text) {
+std::size_t utf8SequenceLength(std::string_view text) {
     const auto byte = [&](std::size_t position) { return static_cast<std::uint8_t>(text[position]); };
     const std::uint8_t lead = byte(0);
     if (lead < 0x80)
@@ -24,13 +20,11 @@ std::size_t sequenceLength(std::string_view text) {
     return isOverlong || isNoCharacter ? 0 : length;
 }
 
-} // namespace
-
 std::string validUtf8(std::string_view text) {
     std::string result;
     result.reserve(text.size());
     while (!text.empty()) {
-        const std::size_t length = sequenceLength(text);
+        const std::size_t length = utf8SequenceLength(text);
         result += length > 0 ? text.substr(0, length) : "\xEF\xBF\xBD";
         text.remove_prefix(length > 0 ? length : 1);
     }

@@ -95,7 +95,7 @@ struct SessionBus::Connection {
             if (const auto paths = values.find("applications"); paths != values.end())
                 notification.applications = limited(paths->second.get<std::vector<std::string>>());
         } catch (const sdbus::Error& error) {
-            log.log("D-Bus: a notification that cannot be understood: " + escapedForLog(error.getMessage()));
+            log.log("D-Bus: a notification that cannot be understood: " + error.getMessage());
             return;
         }
         requests.uninstallApplications(std::move(notification));

@@ -8,20 +8,19 @@ namespace sweeply {
 
 /// The system log, as free-text lines without levels.
 ///
-/// Any thread may log at any time; a line that cannot be written is lost in silence.
+/// Lines are raw: strangers' names are made harmless where a line is written, once. Any thread may log at any time; a
+/// line that cannot be written is lost in silence.
 class SystemLog {
   public:
     virtual ~SystemLog() = default;
     virtual void log(std::string_view line) = 0;
 };
 
-/// `text` with control characters as escapes ("\n", "\x1B"), so that a file's name cannot pass for a line of its own or
-/// command a terminal.
-[[nodiscard]] std::string escapedForLog(std::string_view text);
-/// The same for several, in parentheses with commas between them.
-[[nodiscard]] std::string escapedForLog(const std::vector<std::string>& texts);
+/// Several texts in parentheses with commas between them.
+[[nodiscard]] std::string listForLog(const std::vector<std::string>& texts);
 
-/// Writes to the host's system log under this program's name. One for a process: the name is the C library's to keep.
+/// Writes to the host's system log under this program's name, every line escaped for display. One for a process: the
+/// name is the C library's to keep.
 class SyslogLog final : public SystemLog {
   public:
     enum class Copy { None, StandardError };

@@ -80,7 +80,7 @@ class ADAppTest : public VolumeTest {
 
 TEST_F(ADAppTest, FirstStartWritesTheDefaultsAndTheSecondChangesNothing) {
     startProgram();
-    EXPECT_THAT(m_log.lines(), Contains(HasSubstr("started with arguments (sweeply, a\\nb).")));
+    EXPECT_THAT(m_log.lines(), Contains(HasSubstr("started with arguments (sweeply, a\nb).")));
     EXPECT_THAT(m_watchers.installed, UnorderedElementsAre("trash", "volume"));
     EXPECT_THAT(keys(), UnorderedElementsAre("UseSecureErase", "FirstVolumeCleaner", "FirstAutomaticAppUninstaller",
                                              "IgnoreApps", "BLneedUpdate", "IgnoreListSharingPermission",

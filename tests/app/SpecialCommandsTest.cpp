@@ -97,7 +97,7 @@ TEST_F(SpecialCommandsTest, OnlyTheUninstallCommandOfANotificationIsActedOn) {
     EXPECT_THAT(m_done, IsEmpty());
     commands.uninstallApplications(UninstallNotification{"uninstall", {"/a\nb"}});
     EXPECT_THAT(m_done, ElementsAre("uninstall", "/a\nb"));
-    EXPECT_EQ(m_world.log.lines().back(), "Got distributed notification cmd = uninstall applications = (/a\\nb)");
+    EXPECT_EQ(m_world.log.lines().back(), "Got distributed notification cmd = uninstall applications = (/a\nb)");
 }
 
 } // namespace

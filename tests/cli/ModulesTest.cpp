@@ -35,6 +35,10 @@ class CliModulesTest : public CliTest {
 };
 
 TEST_F(CliModulesTest, EachModuleFindsAndCleansAndFindsNothingAfterwards) {
+    const auto listed = runOnVolume({"scan", "--all"}).output;
+    for (const char* heading : {"[x] Caches\n", "[x] Logs\n", "[x] Language Files\n", "[x] Universal Binaries\n",
+                                "[x] Development Junk\n", "[x] Extensions\n"})
+        EXPECT_THAT(listed, HasSubstr(heading)) << "named for people";
     for (const char* module : {"languages", "binaries", "dev-junk"}) {
         EXPECT_EQ(itemNames({"scan", module, "--json"}).size(), 1U) << module;
         const auto cleaned = json({"clean", module, "--yes", "--json"});
@@ -96,7 +100,8 @@ TEST_F(CliModulesTest, EraseRemovesNamedItemsAndOnlyThose) {
 TEST_F(CliTest, ShellsLearnTheCommandsThatThereAre) {
     const auto bash = run({"completion", "bash"});
     EXPECT_EQ(bash.exitStatus, 0);
-    for (const char* known : {"uninstall) words=\"--help --json --dry-run --yes\"", "dev-junk", "leftovers"})
+    for (const char* known :
+         {"uninstall) words=\"--help --json --all-items --dry-run --yes\"", "dev-junk", "leftovers"})
         EXPECT_NE(bash.output.find(known), std::string::npos) << known;
     ProcessOptions options;
     EXPECT_TRUE(runProcess("/bin/bash", {"-n", "-c", bash.output}, options)->succeeded());

@@ -1,61 +1,7 @@
 #include "cli/CliWorld.h"
-
-#include <csignal>
-#include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "cli/Person.h"
 
 namespace sweeply {
-
-namespace {
-
-/// The program at a terminal of its own, with a person who reads and types.
-class Person {
-  public:
-    explicit Person(const std::vector<std::string>& arguments) {
-        m_process = ::forkpty(&m_terminal, nullptr, nullptr, nullptr);
-        if (m_process == 0) {
-            ::setenv("LC_ALL", "C.UTF-8", 1);
-            std::vector<char*> words{const_cast<char*>(SWEEPLY_CLI)};
-            for (const auto& argument : arguments)
-                words.push_back(const_cast<char*>(argument.c_str()));
-            words.push_back(nullptr);
-            ::execv(SWEEPLY_CLI, words.data());
-            ::_exit(127);
-        }
-    }
-    ~Person() { ::close(m_terminal); }
-
-    /// Reads until `text` has been shown or the program ends.
-    bool sees(const std::string& text) {
-        while (m_seen.find(text) == std::string::npos) {
-            char buffer[4096];
-            const ssize_t length = ::read(m_terminal, buffer, sizeof buffer);
-            if (length <= 0)
-                return false;
-            m_seen.append(buffer, static_cast<std::size_t>(length));
-        }
-        return true;
-    }
-    void types(const std::string& text) const {
-        EXPECT_EQ(::write(m_terminal, text.data(), text.size()), ssize_t(text.size()));
-    }
-    void interrupts() const { ::kill(m_process, SIGINT); }
-    int endsWith() {
-        sees("\x01 never shown");
-        int status = 0;
-        ::waitpid(m_process, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-    const std::string& seen() const { return m_seen; }
-
-  private:
-    int m_terminal = -1;
-    pid_t m_process = -1;
-    std::string m_seen;
-};
-
-} // namespace
 
 TEST_F(CliTest, PersonIsAskedAndObeyed) {
     write(cache("item\x1B[31m"), "1");

@@ -1,7 +1,6 @@
 #include "platform/Localization.h"
 
 #include "platform/Locale.h"
-#include "platform/SystemLog.h"
 
 #include <clocale>
 #include <cstdlib>
@@ -114,11 +113,6 @@ TEST(Localization, TranslationsAreUsedUnlessTheirPlaceholdersLie) {
 TEST(Locale, DatesFallBackToEnglish) {
     const Locale locale("no_SUCH.locale");
     EXPECT_EQ(locale.formatDate(1'236'427'200), "March  7, 2009");
-}
-
-TEST(SystemLog, AFileNameCannotForgeALine) {
-    EXPECT_EQ(escapedForLog("a\nsudo: root\r\t\x1B[2J\x7F \xC3\xA9\xFF%s"),
-              "a\\nsudo: root\\x0D\\x09\\x1B[2J\\x7F \xC3\xA9\xFF%s");
 }
 
 } // namespace

@@ -82,7 +82,7 @@ void LaunchItems::removeLaunchDaemon(const std::string& path) const {
     if (definition && definition->label)
         m_tasks.launchTaskAndGetTermStatusWithCmd(kLaunchctl, {"remove", *definition->label});
     if (!unloaded || *unloaded != 0)
-        m_log.log(formatText("Failed to unload launch daemon %@", {escapedForLog(path)}));
+        m_log.log(formatText("Failed to unload launch daemon %@", {path}));
 }
 
 } // namespace sweeply

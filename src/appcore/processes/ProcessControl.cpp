@@ -106,8 +106,7 @@ int ProcessControl::quitApplication(const std::string& path, std::chrono::second
     options.errors = OutputTo::Capture;
     const auto ended = runProcess(*tool, {"-e", script}, options);
     if (!ended) {
-        m_services.log.log(
-            formatText("Catched exception during app %@ quit: %@", {escapedForLog(path), ended.error().reason}));
+        m_services.log.log(formatText("Catched exception during app %@ quit: %@", {path, ended.error().reason}));
         return kScriptFailed;
     }
     return ended->succeeded() ? 0 : errorNumberIn(ended->errors);

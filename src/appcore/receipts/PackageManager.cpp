@@ -222,8 +222,8 @@ Package PackageManager::packageAt(std::string name, std::string path, Package::T
     const auto bytes = m_services.files.contentsAtPath(list, kLargestPropertyList);
     const auto info = bytes ? plist::parse(*bytes) : tl::unexpected(bytes.error().reason);
     if (!info) {
-        m_services.log.log(formatText("Pkg %@ plist read error. Assume basedir as / and empty bundle ID",
-                                      {escapedForLog(package.name)}));
+        m_services.log.log(
+            formatText("Pkg %@ plist read error. Assume basedir as / and empty bundle ID", {package.name}));
         package.basedir = "/";
         return package;
     }
@@ -275,7 +275,7 @@ PackageManager::Paths PackageManager::linesOfFlatPackage(const Package& package)
     const auto takeInfo = [&](const std::string& folder, const std::string& bytes) {
         const auto info = parsePackageInfo(bytes);
         if (!info) {
-            m_services.log.log(formatText("Failed to parser PackageInfo for %@", {escapedForLog(package.path)}));
+            m_services.log.log(formatText("Failed to parser PackageInfo for %@", {package.path}));
             return;
         }
         // What names no place of its own installs at the root, and leaves no receipt under its name.
@@ -284,8 +284,7 @@ PackageManager::Paths PackageManager::linesOfFlatPackage(const Package& package)
         locations[folder] = *info->installLocation;
         if (hasDatabase())
             lines.push_back(nameOfReceipt(info->identifier));
-        m_services.log.log(formatText("Base dir %@ bundleID %@",
-                                      {escapedForLog(*info->installLocation), escapedForLog(info->identifier)}));
+        m_services.log.log(formatText("Base dir %@ bundleID %@", {*info->installLocation, info->identifier}));
     };
     const auto file = m_services.files.openForReading(package.path);
     const auto read = file
@@ -303,7 +302,7 @@ PackageManager::Paths PackageManager::linesOfFlatPackage(const Package& package)
                                 })
                           : tl::unexpected(file.error().reason);
     if (!read) {
-        m_services.log.log(formatText("Failed to open xar %@", {escapedForLog(package.path) + ": " + read.error()}));
+        m_services.log.log(formatText("Failed to open xar %@", {package.path + ": " + read.error()}));
         return {};
     }
     const auto folder = TemporaryFolder::make();

@@ -3,7 +3,6 @@
 
 #include <exception>
 #include <filesystem>
-#include <iostream>
 #include <string>
 #include <vector>
 
@@ -13,7 +12,7 @@ int main(int argc, char** argv) {
         sweeply::bindTextDomain(program.parent_path().parent_path() / "share" / "locale");
         return sweeply::runCommandLine({argv, argv + argc});
     } catch (const std::exception& exception) {
-        std::cerr << "sweeply-cli: " << exception.what() << "\n";
+        sweeply::complain(exception.what());
         return 1;
     }
 }

@@ -42,7 +42,7 @@ std::uint64_t foreignBytesIn(std::string_view text, const std::vector<std::strin
         at = next;
         constexpr std::size_t kSizeLine = 4;
         if (lines.size() <= kSizeLine)
-            log.log(formatText("Failed to parse output from lipo %@", {escapedForLog(lines.front())}));
+            log.log(formatText("Failed to parse output from lipo %@", {lines.front()}));
         else if (std::ranges::find(keptSlices, trimWhiteSpace(lines.front())) == keptSlices.end())
             bytes += numberAtTheEndOf(lines[kSizeLine]);
     }

@@ -116,8 +116,7 @@ std::vector<DevTrashController::Junk> DevTrashController::nibsJunkForApplication
     }
     if (const auto& failure = walk.failure()) {
         reportProblem({failure->kind, joinedPath(path, failure->path), failure->reason});
-        services().log.log(
-            formatText("[Dev Junk] Exception %@ occured for app %@", {failure->reason, escapedForLog(path)}));
+        services().log.log(formatText("[Dev Junk] Exception %@ occured for app %@", {failure->reason, path}));
     }
     return found;
 }

@@ -22,7 +22,7 @@ bool DropTarget::performDragOperation(const Drag& drag) {
         return false;
     const auto& paths = drag.offersFileNames ? drag.fileNames : drag.ownPaths;
     if (!paths) {
-        m_log.log(formatText(complaint(), {escapedForLog(drag.source)}));
+        m_log.log(formatText(complaint(), {drag.source}));
         return false;
     }
     m_delegate.receiveDragData(*paths);

@@ -117,7 +117,7 @@ const std::string& LanguagesController::displayName(const std::string& code) {
     if (isNew) {
         auto name = displayNameOfLanguage(code);
         if (!name)
-            services().log.log(formatText("Failed to get localized language name for %@", {escapedForLog(code)}));
+            services().log.log(formatText("Failed to get localized language name for %@", {code}));
         known->second = std::move(name).value_or(code);
     }
     return known->second;
@@ -141,7 +141,7 @@ LanguagesController::Localizations LanguagesController::languagesForApplicationA
     }
     if (const auto& failure = walk.failure()) {
         reportProblem({failure->kind, joinedPath(path, failure->path), failure->reason});
-        services().log.log(formatText("[Languages] Exception for app %@: %@", {escapedForLog(path), failure->reason}));
+        services().log.log(formatText("[Languages] Exception for app %@: %@", {path, failure->reason}));
     }
     return found;
 }

@@ -46,8 +46,7 @@ bool LogsController::rotateLogAtPath(const std::string& path) {
         return isReportersFolder(path) ? globalScanController().tryToRemoveAllFilesInDirectory(path)
                                        : touchFilesBelow(path);
     } catch (const std::exception& exception) {
-        services().log.log(
-            formatText("Exception while cleaning log %@: %@", {escapedForLog(path), escapedForLog(exception.what())}));
+        services().log.log(formatText("Exception while cleaning log %@: %@", {path, exception.what()}));
         return true;
     }
 }

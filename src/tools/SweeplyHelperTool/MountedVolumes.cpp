@@ -38,7 +38,7 @@ std::string unescaped(const std::string& text) {
 
 void removeItem(FileManager& volume, const std::string& mountPoint, const std::string& path, SystemLog& log) {
     const auto removed = volume.removeItemAtPath(path);
-    log.log((removed ? "Removed " : "Failed to remove ") + escapedForLog(mountPoint + path) +
+    log.log((removed ? "Removed " : "Failed to remove ") + mountPoint + path +
             (removed ? std::string() : ": " + removed.error().reason));
 }
 
@@ -102,7 +102,7 @@ void cleanVolume(const std::string& mountPoint, const Cleaners& cleaners, System
         log.log(root.error().message());
         return;
     }
-    log.log("Cleaning " + escapedForLog(mountPoint));
+    log.log("Cleaning " + mountPoint);
     std::vector<std::string> junk;
     std::vector<std::string> trashes;
     auto walk = (*volume)->enumeratorAtPath("/");

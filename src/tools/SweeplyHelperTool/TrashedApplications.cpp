@@ -60,7 +60,7 @@ std::vector<std::string> newlyTrashedApplications(FileManager& files, const std:
         const bool isKnown = known.contains(key);
         const auto identifier = isKnown ? std::string() : identifierOf(applications, path, patience);
         if (!isKnown && identifier.empty()) {
-            log.log(escapedForLog(path) + ": still being copied, or no application");
+            log.log(path + ": still being copied, or no application");
             continue;
         }
         if (!isKnown)
@@ -81,7 +81,7 @@ std::vector<std::string> newlyTrashedApplications(FileManager& files, const std:
         if (std::ranges::find(installed, identifier) == installed.end())
             offered.push_back(std::move(path));
         else
-            log.log(escapedForLog(path) + ": another copy is installed");
+            log.log(path + ": another copy is installed");
     }
     if (const auto stored = known.store(names); !stored)
         log.log(stored.error().message());

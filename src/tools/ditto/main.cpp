@@ -4,6 +4,7 @@
 // slices that are named. What it cannot do completely it does not do: there is a whole copy then, or none.
 #include "formats/MachOReader.h"
 #include "platform/UniqueFd.h"
+#include "tools/Complaint.h"
 #include "tools/ditto/Copy.h"
 
 #include <algorithm>
@@ -126,7 +127,6 @@ int main(int argc, char** argv) {
         copyFile(arguments[0], arguments[1], wanted);
         return 0;
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "ditto: %s\n", failure.what());
-        return 1;
+        return printComplaint(std::string("ditto: ") + failure.what());
     }
 }

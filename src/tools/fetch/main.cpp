@@ -2,6 +2,8 @@
 //
 // Writes what an HTTP or HTTPS server answers to standard output, or one line to standard error. A program of its own:
 // what a stranger's server sends is parsed in a process that can be killed and holds nothing of the user's.
+#include "tools/Complaint.h"
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <curl/curl.h>
@@ -47,8 +49,7 @@ std::string schemeOf(const std::string& url) {
 }
 
 int complain(const Request& request, const std::string& reason) {
-    std::fprintf(stderr, "%s: %s\n", request.url.c_str(), reason.c_str());
-    return 1;
+    return sweeply::printComplaint(request.url + ": " + reason);
 }
 
 int fetch(const Request& request) {
@@ -110,6 +111,12 @@ int main(int argc, char** argv) {
     app.add_option("--limit", request.limit, "Longest answer, in bytes");
     app.add_option("--timeout", request.timeout, "Longest time, in seconds")->check(CLI::Range(1, 3600));
     app.add_option("URL", request.url)->required();
-    CLI11_PARSE(app, argc, argv);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp& help) {
+        return app.exit(help);
+    } catch (const CLI::ParseError& error) {
+        return sweeply::printComplaint(std::string("fetch: ") + error.what());
+    }
     return fetch(request);
 }

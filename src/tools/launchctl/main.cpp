@@ -3,6 +3,7 @@
 // Keeps launch agents as units of the user's own service manager: a service for the program and a path unit for what it
 // waits for.
 #include "platform/Process.h"
+#include "tools/Complaint.h"
 #include "tools/launchctl/Units.h"
 
 #include <algorithm>
@@ -28,10 +29,7 @@ constexpr const char* kUsage = "usage: launchctl load|unload [-w] [-F] PATH...\n
                                "       launchctl remove LABEL\n"
                                "Keeps launch agents as units of the user's own service manager.\n";
 
-int complain(const std::string& text) {
-    std::fprintf(stderr, "launchctl: %s\n", text.c_str());
-    return 1;
-}
+int complain(const std::string& text) { return printComplaint("launchctl: " + text); }
 
 std::string homeFolder() {
     if (const char* home = std::getenv("HOME"); home && *home == '/')

@@ -3,6 +3,7 @@
 // Tells which processors a Mac's executable is for, in the words of the Mac's own tool.
 #include "formats/MachODescription.h"
 #include "platform/UniqueFd.h"
+#include "tools/Complaint.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -26,10 +27,7 @@ constexpr const char* kUsage = "usage: lipo -detailed_info FILE...\n"
                                "Tells which processors each executable is for: for fat files the place, size and\n"
                                "alignment of every slice, or with -info just their names.\n";
 
-int complain(const std::string& text) {
-    std::fprintf(stderr, "lipo: %s\n", text.c_str());
-    return 1;
-}
+int complain(const std::string& text) { return printComplaint("lipo: " + text); }
 
 /// The first `size` bytes, or all there are.
 std::string beginningOf(int fd, std::size_t size) {

@@ -2,6 +2,7 @@
 //
 // Lists what a bill of materials says was installed, as the Mac's own tool does.
 #include "formats/BomReader.h"
+#include "tools/Complaint.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -29,7 +30,7 @@ struct Options {
 };
 
 bool complain(const std::string& text) {
-    std::fprintf(stderr, "lsbom: %s\n", text.c_str());
+    printComplaint("lsbom: " + text);
     return false;
 }
 

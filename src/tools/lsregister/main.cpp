@@ -5,6 +5,7 @@
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
 #include "platform/TargetPath.h"
+#include "tools/Complaint.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -19,10 +20,7 @@ constexpr const char* kUsage =
     "usage: lsregister [-kill] [-r] [-domain local|system|user]... [--volume ROOT] [--home HOME]\n"
     "Builds the list of applications of the Mac OS X system below ROOT anew, in HOME, a path of it.\n";
 
-int complain(const std::string& text) {
-    std::fprintf(stderr, "lsregister: %s\n", text.c_str());
-    return 1;
-}
+int complain(const std::string& text) { return printComplaint("lsregister: " + text); }
 
 std::vector<std::string> foldersOf(const std::string& domain, const std::string& home) {
     if (domain == "local")

@@ -6,6 +6,7 @@
 #include "formats/PropertyList.h"
 #include "platform/FileManager.h"
 #include "platform/TargetPath.h"
+#include "tools/Complaint.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -37,11 +38,6 @@ struct Options {
     bool onlyFolders = false;
 };
 
-int complain(const std::string& text) {
-    std::fprintf(stderr, "%s\n", text.c_str());
-    return 1;
-}
-
 /// An identifier is a part of a file's name, and must not become a path.
 bool isIdentifier(const std::string& text) {
     return !text.empty() && text.find('/') == std::string::npos && text != "." && text != "..";
@@ -50,14 +46,15 @@ bool isIdentifier(const std::string& text) {
 /// Only what is not there is no receipt: one that cannot be read is another matter.
 int noReceipt(const Options& options, const Error& error) {
     if (error.kind != ErrorKind::NotFound)
-        return complain("pkgutil: " + error.message());
-    return complain("No receipt for '" + options.argument + "' found at '" + options.volume + "'.");
+        return printComplaint("pkgutil: " + error.message());
+    return printComplaint("No receipt for '" + options.argument + "' found at '" + options.volume + "'.");
 }
 
 int listPackages(const FileManager& files, const Options& options) {
     const auto entries = files.contentsOfDirectoryAtPath(kReceipts);
     if (!entries)
-        return entries.error().kind == ErrorKind::NotFound ? 0 : complain("pkgutil: " + entries.error().message());
+        return entries.error().kind == ErrorKind::NotFound ? 0
+                                                           : printComplaint("pkgutil: " + entries.error().message());
     std::vector<std::string> identifiers;
     for (const auto& entry : *entries) {
         if (pathExtension(entry.name) == "plist")
@@ -78,7 +75,7 @@ int showInfo(const FileManager& files, const Options& options) {
         return noReceipt(options, bytes.error());
     const auto receipt = plist::parse(*bytes);
     if (!receipt)
-        return complain("pkgutil: " + options.argument + ".plist: " + receipt.error());
+        return printComplaint("pkgutil: " + options.argument + ".plist: " + receipt.error());
     const auto text = [&](const char* key) {
         const auto* found = receipt->findString(key);
         return found ? *found : std::string();
@@ -107,7 +104,8 @@ int listFiles(const FileManager& files, const Options& options) {
     });
     if (listed && listed->count == 0)
         return 0;
-    return complain("pkgutil: " + options.argument + ".bom: " + (listed ? bom::describe(*listed) : listed.error()));
+    return printComplaint("pkgutil: " + options.argument +
+                          ".bom: " + (listed ? bom::describe(*listed) : listed.error()));
 }
 
 int forget(FileManager& files, const Options& options) {
@@ -121,7 +119,7 @@ int forget(FileManager& files, const Options& options) {
     for (const char* extension : {".bom", ".plist"}) {
         const auto removed = files.removeItemAtPath(receipt + extension);
         if (!removed && removed.error().kind != ErrorKind::NotFound)
-            return complain("pkgutil: " + removed.error().message());
+            return printComplaint("pkgutil: " + removed.error().message());
     }
     std::printf("Forgot package '%s' on '%s'.\n", options.argument.c_str(), options.volume.c_str());
     return 0;
@@ -167,7 +165,7 @@ int main(int argc, char** argv) {
     }
     const auto files = FileManager::open(options.volume);
     if (!files)
-        return complain("pkgutil: " + files.error().message());
+        return printComplaint("pkgutil: " + files.error().message());
     try {
         int status = 1;
         if (options.action == "--pkgs")
@@ -182,6 +180,6 @@ int main(int argc, char** argv) {
             status = listFiles(**files, options);
         return std::fflush(stdout) == 0 ? status : 1;
     } catch (const std::regex_error& error) {
-        return complain(std::string("pkgutil: ") + error.what());
+        return printComplaint(std::string("pkgutil: ") + error.what());
     }
 }

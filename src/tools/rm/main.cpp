@@ -5,6 +5,7 @@
 #include "platform/TargetPath.h"
 #include "platform/TreeRemover.h"
 #include "platform/UniqueFd.h"
+#include "tools/Complaint.h"
 #include "tools/rm/Eraser.h"
 
 #include <cerrno>
@@ -35,7 +36,7 @@ struct Options {
 };
 
 bool complain(const std::string& path, const std::string& reason) {
-    std::fprintf(stderr, "rm: %s: %s\n", path.c_str(), reason.c_str());
+    printComplaint("rm: " + path + ": " + reason);
     return false;
 }
 
@@ -84,7 +85,8 @@ int main(int argc, char** argv) {
             std::fputs(kUsage, stdout);
             return 0;
         } else if (argument.find_first_not_of("rRfP", 1) != std::string::npos) {
-            std::fprintf(stderr, "rm: unknown option %s\n%s", argument.c_str(), kUsage);
+            printComplaint("rm: unknown option " + argument);
+            std::fputs(kUsage, stderr);
             return 1;
         } else {
             options.isRecursive |= argument.find_first_of("rR") != std::string::npos;

@@ -50,7 +50,7 @@ std::string WatcherAgents::getTrashWatcherVersion() const {
 
 bool WatcherAgents::shouldUpdateTrashWatcher() const {
     const auto version = getTrashWatcherVersion();
-    m_services.log.log(formatText("Found launch daemon at %@ version %@", {helperToolPath(), escapedForLog(version)}));
+    m_services.log.log(formatText("Found launch daemon at %@ version %@", {helperToolPath(), version}));
     return !version.empty() && version != kVersion;
 }
 
