@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+
+namespace sweeply {
+
+class Node;
+
+/// What makes one scan module differ from another; the defaults are those of a plain cleaner.
+class ModuleHooks {
+  public:
+    virtual ~ModuleHooks() = default;
+
+    /// For the log.
+    [[nodiscard]] virtual std::string className() const = 0;
+    /// The key of the module's switch in the preferences and of its items in the ignore list.
+    [[nodiscard]] virtual std::string defaultsName() const { return "SetSomeDefaultNameForController"; }
+    /// Does the module store its switch?
+    [[nodiscard]] virtual bool needToSetUserDefalts() const { return false; }
+    [[nodiscard]] virtual bool userDefaultsDefaultValue() const { return true; }
+    [[nodiscard]] virtual bool priviligesNeededToClean() const { return false; }
+    /// Should the list refresh this module's row on a timer while it works?
+    [[nodiscard]] virtual bool updateTimerNeeded() const { return true; }
+    [[nodiscard]] virtual bool shouldCleanApplication(const std::string&) { return true; }
+
+    // Scanning; on the scan's thread, and never changing the disk
+
+    /// The scan itself.
+    virtual void scanThread() = 0;
+    /// Adds one dropped item to the results.
+    virtual void analyzeFile(const std::string&) {}
+
+    // Cleaning; on the thread that cleans
+
+    /// May this subtree be cleaned now?
+    virtual bool isRootNodeCleanable(Node&) { return true; }
+    /// Removes the node's item; true on success.
+    virtual bool cleanThisNode(Node&) { return false; }
+};
+
+} // namespace sweeply
