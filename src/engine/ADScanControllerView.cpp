@@ -1,5 +1,6 @@
 #include "engine/ADScanControllerView.h"
 
+#include "appcore/RemovalPrimitives.h"
 #include "engine/IgnoreList.h"
 #include "engine/ScanCoordinator.h"
 #include "engine/ScanObject.h"
@@ -228,11 +229,11 @@ void ADScanControllerView::staysWithoutRights(ADScanController& controller) {
 }
 
 bool ADScanControllerView::tryToRemoveFileAtPath(const std::string& path) {
-    return m_globalScanController.tryToRemoveFileAtPath(path);
+    return m_globalScanController.removals().tryToRemoveFileAtPath(path);
 }
 
 bool ADScanControllerView::tryToSecurelyRemoveFileAtPath(const std::string& path) {
-    return m_globalScanController.tryToSecurelyRemoveFileAtPath(path);
+    return m_globalScanController.removals().tryToSecurelyRemoveFileAtPath(path);
 }
 
 void ADScanControllerView::refreshInterface() { m_globalScanController.refreshInterface(); }

@@ -8,6 +8,7 @@ namespace sweeply {
 
 class ADScanController;
 class IgnoreList;
+class RemovalPrimitives;
 
 /// What modules ask of the one coordinator. Main thread, except where a line says otherwise.
 class ScanCoordinator {
@@ -32,13 +33,8 @@ class ScanCoordinator {
 
     /// Any thread; asks the person at most once a run.
     virtual bool authorisationDemanded() = 0;
-    /// Any thread. True when the item is gone, also when it never was there.
-    virtual bool tryToRemoveFileAtPath(const std::string& path) = 0;
-    virtual bool tryToSecurelyRemoveFileAtPath(const std::string& path) = 0;
-    virtual bool tryToRemoveAllFilesInDirectory(const std::string& path) = 0;
-    /// Any thread. Leaves the file with a single new-line character.
-    virtual bool tryToEmptyFileAtPath(const std::string& path) = 0;
-
+    /// What takes things off the disk. Any thread.
+    virtual RemovalPrimitives& removals() = 0;
     /// Any thread. Counts an item that stays as one that could not be removed.
     virtual void couldntRemove(const std::string& path, const std::string& reason) = 0;
 

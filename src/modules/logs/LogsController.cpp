@@ -1,6 +1,7 @@
 #include "modules/logs/LogsController.h"
 
 #include "appcore/FolderConstants.h"
+#include "appcore/RemovalPrimitives.h"
 #include "engine/ScanCoordinator.h"
 #include "modules/FolderEntries.h"
 #include "modules/logs/SystemLogsController.h"
@@ -43,7 +44,7 @@ bool LogsController::rotateLogAtPath(const std::string& path) {
     try {
         if (!attributes || attributes->type != FileType::Directory)
             return touchFileAtPath(path);
-        return isReportersFolder(path) ? globalScanController().tryToRemoveAllFilesInDirectory(path)
+        return isReportersFolder(path) ? globalScanController().removals().tryToRemoveAllFilesInDirectory(path)
                                        : touchFilesBelow(path);
     } catch (const std::exception& exception) {
         services().log.log(formatText("Exception while cleaning log %@: %@", {path, exception.what()}));
@@ -65,7 +66,7 @@ bool LogsController::touchFilesBelow(const std::string& path) {
 
 bool LogsController::touchFileAtPath(const std::string& path) {
     setCurrentItem(path);
-    return globalScanController().tryToEmptyFileAtPath(path);
+    return globalScanController().removals().tryToEmptyFileAtPath(path);
 }
 
 } // namespace sweeply
