@@ -50,8 +50,11 @@ Application::Application(Target target, const HostServices& host)
       m_launchItems(*m_target.files, m_target.folders, m_tasks, host.log),
       m_packages({*m_target.files, m_target.folders, m_target.version, m_tools, m_privileged, host.alerts,
                   host.mainThread, host.log, [this](const Error& error) { m_services.reportProblem(error); }}),
-      m_resources({*m_target.files, m_target.folders, m_sizes, m_applications, m_loginItems, m_packages, host.log},
+      m_installed(*m_target.files, m_applications, m_packages), m_searched(m_target.folders, m_applications),
+      m_resources({*m_target.files, m_target.folders, m_sizes, m_applications, m_searched, m_loginItems, m_launchItems,
+                   m_packages, host.log},
                   m_treeLock),
+      m_ownership({*m_target.files, m_target.folders, m_searched, m_launchItems, m_installed}, m_defaults),
       m_processes({*m_target.files, m_tools, m_privileged, host.alerts, host.mainThread, host.log}),
       m_uninstallSteps({*m_target.files, m_processes, m_loginItems, m_launchItems, m_packages, m_removals, host.alerts,
                         host.mainThread, m_target.version},
@@ -104,13 +107,14 @@ void Application::addModules(const HostServices& host) {
         services, m_scanController,
         ExtensionsScanController::Parts{WidgetsGarbage::Parts{m_loginItems, m_launchItems, m_uninstallSteps},
                                         ADUninstallControllerView::Parts{m_uninstallSteps, host.alerts}, m_resources,
-                                        m_workspace});
+                                        m_ownership, m_workspace});
     m_extensions = extensions.get();
     m_scanController.addModule(rowFor(kExtensionsView), std::move(extensions));
     m_scanController.addModule(
         rowFor(kUninstallerView),
         std::make_unique<ApplicationUninstaller>(
-            services, m_scanController, ApplicationUninstaller::Parts{m_resources, m_packages, m_uninstallSteps}));
+            services, m_scanController,
+            ApplicationUninstaller::Parts{m_resources, m_packages, m_uninstallSteps, m_ownership}));
     m_scanController.addModule(
         rowFor(kEraserView), std::make_unique<EraserController>(services, m_scanController,
                                                                 [this] { return m_scanController.useSecureErase(); }));
@@ -123,7 +127,8 @@ void Application::addModules(const HostServices& host) {
 }
 
 LeftoversCleaner Application::leftoversCleaner(std::function<void(const Error&)> reportProblem) const {
-    return LeftoversCleaner({*m_target.files, m_applications, m_loginItems, m_launchItems, std::move(reportProblem)});
+    return LeftoversCleaner(
+        {*m_target.files, m_applications, m_installed, m_loginItems, m_launchItems, std::move(reportProblem)});
 }
 
 void Application::startInventory() {

@@ -7,6 +7,8 @@
 #include "appcore/RemovalPrimitives.h"
 #include "appcore/ResourceFinder.h"
 #include "appcore/SWApplicationCore.h"
+#include "appcore/ownership/InstalledApplications.h"
+#include "appcore/ownership/SearchedFolders.h"
 #include "appcore/processes/LaunchItems.h"
 #include "appcore/processes/ProcessControl.h"
 #include "appcore/receipts/PackageManager.h"
@@ -20,6 +22,7 @@
 #include "modules/ignorelist/IgnoreListController.h"
 #include "modules/languages/LanguageKeepList.h"
 #include "modules/uninstaller/LeftoversCleaner.h"
+#include "modules/uninstaller/Ownership.h"
 #include "modules/uninstaller/UninstallSteps.h"
 #include "platform/Authorization.h"
 #include "platform/HttpClient.h"
@@ -83,6 +86,7 @@ class Application final {
     /// cannot be read.
     [[nodiscard]] LeftoversCleaner leftoversCleaner(std::function<void(const Error&)> reportProblem) const;
     [[nodiscard]] PackageManager& packages() { return m_packages; }
+    [[nodiscard]] Ownership& ownership() { return m_ownership; }
     [[nodiscard]] LanguageKeepList& languageKeepList() { return m_languageKeepList; }
     [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
     [[nodiscard]] NotificationCenter& notifications() { return m_notifications; }
@@ -117,7 +121,10 @@ class Application final {
     LoginItems m_loginItems;
     LaunchItems m_launchItems;
     PackageManager m_packages;
+    mutable InstalledApplications m_installed; ///< reads when it is first asked
+    const SearchedFolders m_searched;
     ResourceFinder m_resources;
+    Ownership m_ownership;
     ProcessControl m_processes;
     UninstallSteps m_uninstallSteps;
     HttpClient m_http;

@@ -4,6 +4,7 @@
 #include "engine/CoordinatorPreferences.h"
 #include "modules/ignorelist/IgnoreListPreferences.h"
 #include "modules/languages/LanguageKeepList.h"
+#include "modules/uninstaller/UninstallPreferences.h"
 
 #include <algorithm>
 #include <charconv>
@@ -58,6 +59,7 @@ std::vector<PreferenceKey> documentedPreferences() {
     }
     keys.insert(keys.end(), ignorelist::kPreferences.begin(), ignorelist::kPreferences.end());
     keys.insert(keys.end(), languages::kPreferences.begin(), languages::kPreferences.end());
+    keys.insert(keys.end(), uninstaller::kPreferences.begin(), uninstaller::kPreferences.end());
     return keys;
 }
 

@@ -1,5 +1,6 @@
 #include "appcore/ResourceFinder.h"
 
+#include "appcore/BroughtPlugins.h"
 #include "appcore/FolderConstants.h"
 #include "appcore/LoginItems.h"
 #include "appcore/SWApplicationCore.h"
@@ -9,7 +10,6 @@
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
-#include "platform/StringExtras.h"
 #include "platform/SystemLog.h"
 #include "platform/TargetPath.h"
 
@@ -21,45 +21,19 @@ namespace sweeply {
 
 namespace {
 
-/// An identifier of fewer parts, such as "com", is part of too many names to say whose a file is.
-constexpr std::ptrdiff_t kFewestPoints = 2;
-
-bool tellsApplicationsApart(std::string_view identifier) {
-    return std::ranges::count(identifier, '.') >= kFewestPoints && identifier.find("..") == std::string_view::npos &&
-           !identifier.starts_with('.') && !identifier.ends_with('.');
+template<typename Found>
+void moveIdentifiersFirst(std::vector<Found>& found) {
+    std::ranges::stable_partition(found,
+                                  [](const auto& item) { return item.evidence.rule == EvidenceRule::Identifier; });
 }
 
 } // namespace
-
-ResourceFinder::Paths ResourceFinder::findFile(std::string_view term, const std::string& folder, bool byWords,
-                                               bool recursive) const {
-    Paths found;
-    if (trimWhiteSpace(term).empty() || folder.empty())
-        return found;
-    auto walk = m_services.files.enumeratorAtPath(folder);
-    while (const auto entry = walk.next()) {
-        if (!recursive)
-            walk.skipDescendants();
-        const bool isMatch =
-            byWords
-                ? compareByWords(term, stringByDeletingRealPathExtension(entry->path, folder, m_services.files)) == 0
-                : entry->path.find(term) != std::string::npos;
-        if (isMatch)
-            found.push_back(joinedPath(folder, entry->path));
-    }
-    return found;
-}
 
 bool ResourceFinder::isSystemFileAtPath(std::string_view path) {
     return path.find("/System/Library") != std::string_view::npos;
 }
 
-ResourceFinder::Terms ResourceFinder::termsOf(const std::string& path) const {
-    return {m_services.applications.bundleIDForAppWithPath(path).value_or(std::string()),
-            m_services.applications.appNameForAppWithPath(path).value_or(std::string())};
-}
-
-void ResourceFinder::findAllResourcesForApplications(const Paths& paths, Node& node) {
+void ResourceFinder::findAllResourcesForApplications(const Paths& paths, Node& node, const Judgement& judgement) {
     constexpr Finder kFinders[] = {
         &ResourceFinder::findPreferences,      &ResourceFinder::findApplicationSupport,
         &ResourceFinder::findLoginItems,       &ResourceFinder::findPlugins,
@@ -68,111 +42,112 @@ void ResourceFinder::findAllResourcesForApplications(const Paths& paths, Node& n
         &ResourceFinder::findReceiptResources, &ResourceFinder::findLaunchItems,
         &ResourceFinder::findGrowlTickets,
     };
-    std::vector<std::pair<std::string, Terms>> applications;
-    for (const auto& path : paths) {
-        std::string whole = m_services.folders.expandTilde(path);
-        auto terms = termsOf(whole);
-        applications.emplace_back(std::move(whole), std::move(terms));
-    }
+    std::vector<Search> searches;
+    for (const auto& path : paths)
+        searches.push_back(
+            {m_services.applications.termsOfAppWithPath(m_services.folders.expandTilde(path)), node, judgement});
     for (const auto finder : kFinders) {
-        for (const auto& [path, terms] : applications)
-            (this->*finder)(path, terms, node);
+        for (const auto& search : searches)
+            (this->*finder)(search);
     }
 }
 
-void ResourceFinder::add(const Paths& found, Node& node, Icon icon, std::int8_t type) {
-    std::unordered_set<std::string_view> added;
-    for (const auto& path : found) {
+void ResourceFinder::findPreferencesForApplication(const std::string& path, Node& node, const Judgement& judgement) {
+    findPreferences({m_services.applications.termsOfAppWithPath(path), node, judgement});
+}
+
+void ResourceFinder::add(std::vector<Found> found, const Search& search, Look look) {
+    for (auto& [path, evidence] : found) {
         // A folder that everybody uses belongs to nobody, whatever it is called.
-        if (!added.insert(path).second || !m_services.files.removals().guard().reasonAgainst(path).empty())
+        if (!m_services.files.removals().guard().reasonAgainst(path).empty())
             continue;
-        const std::uint64_t size = m_services.sizes.folderSizeAtPath(path);
-        const std::lock_guard lock(m_treeLock);
-        node.addUniqueChild(Node::nodeWithName(m_services.folders.abbreviateWithTilde(path), icon, 1, size, path,
-                                               node.ifEnabled(), type));
+        addJudged(Node::nodeWithName(m_services.folders.abbreviateWithTilde(path), look.icon, 1,
+                                     m_services.sizes.folderSizeAtPath(path), path, true, look.type),
+                  std::move(evidence), search);
     }
 }
 
-ResourceFinder::Paths ResourceFinder::withIdentifier(const Terms& terms, const std::string& folder) const {
-    if (tellsApplicationsApart(terms.identifier))
-        return findFile(terms.identifier, folder, false, false);
-    Paths exact;
-    for (auto& path : findFile(terms.identifier, folder, false, false)) {
-        const auto name = lastPathComponent(path);
-        if (name == terms.identifier || name == terms.identifier + ".plist")
-            exact.push_back(std::move(path));
+void ResourceFinder::addJudged(Node::Pointer item, Evidence evidence, const Search& search) {
+    const auto& judgement = search.judgement;
+    const bool isByTerms = evidence.rule == EvidenceRule::Identifier || evidence.rule == EvidenceRule::Name ||
+                           evidence.rule == EvidenceRule::Ticket;
+    if (isByTerms && search.terms.path != judgement.claims.subject().bundle)
+        evidence.rule = EvidenceRule::NestedApplication;
+    evidence = judgement.claims.judged(item->path(), std::move(evidence));
+    const std::lock_guard lock(m_treeLock);
+    if (item->type() == nodetype::kLoginItem) {
+        showEvidence(*item, std::move(evidence), judgement.checksWeakMatches);
+        search.node.addChild(std::move(item));
+    } else if (const auto listed = search.node.childWithEqualPath(item->path())) {
+        if (listed->type() == 0)
+            listed->setType(item->type()); // how it has to be removed, whoever found it first
+        if (!listed->evidence() || listed->evidence()->strength < evidence.strength)
+            showEvidence(*listed, std::move(evidence), judgement.checksWeakMatches);
+    } else {
+        showEvidence(*item, std::move(evidence), judgement.checksWeakMatches);
+        search.node.addUniqueChild(std::move(item));
     }
-    return exact;
+    search.node.recalcSize();
 }
 
-void ResourceFinder::findInFolders(const Paths& folders, const Terms& terms, Node& node) {
-    for (const auto& folder : folders) {
-        auto found = withIdentifier(terms, folder);
-        const auto byName = findFile(terms.name, folder, true, false);
-        found.insert(found.end(), byName.begin(), byName.end());
-        add(found, node, Icon::Preferences);
+std::vector<ResourceFinder::Found> ResourceFinder::matchesIn(const std::string& folder, SearchTerms terms,
+                                                             const ApplicationTerms& application) const {
+    std::vector<Found> found;
+    const auto entries = m_services.files.contentsOfDirectoryAtPath(folder);
+    if (!entries)
+        return found;
+    for (const auto& entry : *entries) {
+        if (auto match = matchOf(searchedEntry(m_services.files, folder, entry, terms), application))
+            found.push_back({joinedPath(folder, entry.name), *std::move(match)});
+    }
+    moveIdentifiersFirst(found);
+    return found;
+}
+
+void ResourceFinder::findInFolders(const SearchedFolders::Group& group, const Search& search, Look look) {
+    for (const auto& folder : group.folders)
+        add(matchesIn(folder, group.terms, search.terms), search, look);
+}
+
+void ResourceFinder::findPreferences(const Search& search) {
+    findInFolders(m_services.searched.preferences, search, {});
+    findInFolders(m_services.searched.hostPreferences, search, {});
+}
+
+void ResourceFinder::findApplicationSupport(const Search& search) {
+    findInFolders(m_services.searched.applicationSupport, search, {});
+}
+
+void ResourceFinder::findLibraryPaths(const Search& search) { findInFolders(m_services.searched.library, search, {}); }
+
+void ResourceFinder::findCaches(const Search& search) { findInFolders(m_services.searched.caches, search, {}); }
+
+void ResourceFinder::findLogs(const Search& search) { findInFolders(m_services.searched.logs, search, {}); }
+
+void ResourceFinder::findPDFServices(const Search& search) {
+    findInFolders(m_services.searched.pdfServices, search, {Icon::ItsOwn});
+}
+
+void ResourceFinder::findGrowlTickets(const Search& search) {
+    findInFolders(m_services.searched.growlTickets, search, {Icon::ItsOwn});
+}
+
+void ResourceFinder::findLaunchItems(const Search& search) {
+    const auto& group = m_services.searched.launchItems;
+    const auto& bundle = search.judgement.claims.subject().bundle;
+    for (const auto& folder : group.folders) {
+        auto found = matchesIn(folder, group.terms, search.terms);
+        for (auto& [path, evidence] : found) {
+            auto program = programOfLaunchItem(m_services.launchItems, m_services.folders, path);
+            if (isInside(program, bundle))
+                evidence = {EvidenceRule::LaunchItem, EvidenceStrength::Certain, std::move(program)};
+        }
+        add(std::move(found), search, {Icon::ItsOwn, nodetype::kLaunchItem});
     }
 }
 
-ResourceFinder::Paths ResourceFinder::libraryFolders() const {
-    return {joinedPath(m_services.folders.home, "Library"), "/Library"};
-}
-
-void ResourceFinder::findPreferences(const std::string&, const Terms& terms, Node& node) {
-    findInFolders(m_services.applications.preferencesPaths(), terms, node);
-}
-
-void ResourceFinder::findApplicationSupport(const std::string&, const Terms& terms, Node& node) {
-    findInFolders(m_services.applications.applicationSupportPaths(), terms, node);
-}
-
-void ResourceFinder::findLibraryPaths(const std::string&, const Terms& terms, Node& node) {
-    findInFolders(libraryFolders(), terms, node);
-}
-
-void ResourceFinder::findCaches(const std::string&, const Terms& terms, Node& node) {
-    findInFolders({normalisedPath(m_services.folders.expandTilde(m_services.folders.HOMECACHESPATH))}, terms, node);
-}
-
-void ResourceFinder::findLogs(const std::string&, const Terms& terms, Node& node) {
-    const Paths folders{normalisedPath(m_services.folders.expandTilde(m_services.folders.HOMELOGSPATH)),
-                        normalisedPath(m_services.folders.expandTilde(m_services.folders.LIBRARYLOGSPATH))};
-    for (const auto& folder : folders)
-        add(withIdentifier(terms, folder), node, Icon::Preferences);
-    for (const auto& folder : folders)
-        add(findFile(terms.name, folder, true, false), node, Icon::Preferences);
-}
-
-void ResourceFinder::findPDFServices(const std::string&, const Terms& terms, Node& node) {
-    for (const auto& folder : libraryFolders())
-        add(findFile(terms.name, joinedPath(folder, "PDF Services"), true, false), node, Icon::ItsOwn);
-}
-
-void ResourceFinder::findLaunchItems(const std::string&, const Terms& terms, Node& node) {
-    for (const auto& folder : libraryFolders()) {
-        for (const char* kind : {"LaunchDaemons", "LaunchAgents", "PrivilegedHelperTools"})
-            add(withIdentifier(terms, joinedPath(folder, kind)), node, Icon::ItsOwn, nodetype::kLaunchItem);
-    }
-}
-
-void ResourceFinder::findGrowlTickets(const std::string&, const Terms& terms, Node& node) {
-    for (const auto& folder : m_services.applications.applicationSupportPaths())
-        add(findFile(terms.name, joinedPath(folder, "Growl/Tickets"), false, false), node, Icon::ItsOwn);
-}
-
-ResourceFinder::Paths ResourceFinder::originalPluginsForApplication(const std::string& path) const {
-    const auto& extensions = SWApplicationCore::pluginExtensions();
-    Paths names;
-    auto walk = m_services.files.enumeratorAtPath(path);
-    while (const auto entry = walk.next()) {
-        if (std::ranges::find(extensions, pathExtension(entry->path)) != extensions.end())
-            names.emplace_back(lastPathComponent(entry->path));
-    }
-    return names;
-}
-
-void ResourceFinder::findPlugins(const std::string& path, const Terms&, Node& node) {
-    const auto originals = originalPluginsForApplication(path);
+void ResourceFinder::findPlugins(const Search& search) {
+    const auto originals = originalPluginsForApplication(m_services.files, search.terms.path);
     if (originals.empty())
         return;
     const std::unordered_set<std::string_view> wanted(originals.begin(), originals.end());
@@ -186,52 +161,54 @@ void ResourceFinder::findPlugins(const std::string& path, const Terms&, Node& no
                 first.try_emplace(std::string(name), joinedPath(normalisedPath(folder), entry->path));
         }
         for (const auto& original : originals) {
-            if (const auto found = first.find(original); found != first.end())
-                add({found->second}, node, Icon::ItsOwn);
+            if (auto found = first.extract(original))
+                add({{std::move(found.mapped()), {EvidenceRule::BroughtPlugin, EvidenceStrength::Certain, original}}},
+                    search, {Icon::ItsOwn});
         }
     }
 }
 
-void ResourceFinder::findLoginItems(const std::string& path, const Terms&, Node& node) {
+void ResourceFinder::findLoginItems(const Search& search) {
     for (const auto& item : m_services.loginItems.loginItemsList()) {
-        if (LoginItems::pathOf(item) != path)
+        if (LoginItems::pathOf(item) != search.terms.path)
             continue;
-        const std::lock_guard lock(m_treeLock);
-        node.addChild(Node::nodeWithName(localizedString("Startup Item"), Icon::StartupItem, 1, 0, path,
-                                         node.ifEnabled(), nodetype::kLoginItem));
+        addJudged(Node::nodeWithName(localizedString("Startup Item"), Icon::StartupItem, 1, 0, search.terms.path, true,
+                                     nodetype::kLoginItem),
+                  {EvidenceRule::LoginItem, EvidenceStrength::Certain, search.terms.path}, search);
     }
 }
 
-void ResourceFinder::findReceiptResources(const std::string& path, const Terms& terms, Node& node) {
-    if (!PackageManager::isNormalAppleApplication(terms.identifier))
+void ResourceFinder::findReceiptResources(const Search& search) {
+    const auto& [path, identifier, appName] = search.terms;
+    if (!PackageManager::isNormalAppleApplication(identifier))
         return;
-    if (terms.name.empty()) {
+    if (appName.empty()) {
         m_services.log.log(formatText("Failed to get app name for %@", {path}));
         return;
     }
-    auto packages = m_services.packages.findPackageByAppName(formatText("%@.app", {terms.name}));
+    auto packages = m_services.packages.findPackageByAppName(formatText("%@.app", {appName}));
     if (packages.empty())
         packages = m_services.packages.findPackageByAppName(std::string(lastPathComponent(path)));
     for (const auto& package : packages) {
         if (!m_services.packages.doesPackageBelongToAppWithPath(path, package))
             continue;
+        const Evidence evidence{EvidenceRule::Receipt, EvidenceStrength::Certain, package.name};
         // A package of several applications owns the others' files as well.
-        Paths files;
+        std::vector<Found> found;
         for (const auto& entry : m_services.packages.getPackageDependencies(package, true)) {
             const bool isReceipt = entry.find(kReceiptEntry) != std::string::npos;
             if (!isReceipt && !isSystemFileAtPath(entry) && (!package.isMultiApp() || entry == path) &&
                 m_services.files.attributesOfItemAtPath(entry, Links::DontFollow))
-                files.push_back(entry);
+                found.push_back({entry, evidence});
         }
-        add(files, node, Icon::Package);
+        add(std::move(found), search, {Icon::Package});
         const std::int8_t type = package.isMultiApp() ? nodetype::kSharedPackage : std::int8_t{0};
-        if (m_services.packages.hasDatabase()) {
-            const std::string name = std::string(kReceiptEntry) + package.name;
-            const std::lock_guard lock(m_treeLock);
-            node.addUniqueChild(Node::nodeWithName(name, Icon::Package, 1, 0, package.name, node.ifEnabled(), type));
-        } else if (!package.path.empty()) {
-            add({package.path}, node, Icon::Package, type);
-        }
+        if (m_services.packages.hasDatabase())
+            addJudged(Node::nodeWithName(std::string(kReceiptEntry) + package.name, Icon::Package, 1, 0, package.name,
+                                         true, type),
+                      evidence, search);
+        else if (!package.path.empty())
+            add({{package.path, evidence}}, search, {Icon::Package, type});
     }
 }
 

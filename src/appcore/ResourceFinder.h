@@ -1,9 +1,9 @@
 #pragma once
 
+#include "appcore/ownership/Claims.h"
 #include "engine/tree/Node.h"
 
 #include <cstdint>
-#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -13,6 +13,7 @@ namespace sweeply {
 
 class DiskSizes;
 class FileManager;
+class LaunchItems;
 class LoginItems;
 class PackageManager;
 class SWApplicationCore;
@@ -28,7 +29,8 @@ inline constexpr std::int8_t kLaunchItem = 4;
 } // namespace nodetype
 
 /// Finds what belongs to an application elsewhere on the disk, by its identifier and its name, and hangs it under the
-/// application's node. For one scan thread at a time.
+/// application's node with the evidence: unchecked where the match is weak or another application claims it. For one
+/// scan thread at a time.
 class ResourceFinder final {
   public:
     struct Services {
@@ -36,57 +38,68 @@ class ResourceFinder final {
         const FolderConstants& folders;
         const DiskSizes& sizes;
         const SWApplicationCore& applications;
+        const SearchedFolders& searched;
         const LoginItems& loginItems;
+        const LaunchItems& launchItems;
         PackageManager& packages;
         SystemLog& log;
     };
     using Paths = std::vector<std::string>;
 
-    /// All outlive this. Nodes are added with `treeLock` held.
-    ResourceFinder(Services services, std::recursive_mutex& treeLock) : m_services(services), m_treeLock(treeLock) {}
+    /// What decides over the check marks of what is found.
+    struct Judgement {
+        const Claims& claims;
+        bool checksWeakMatches = false;
+    };
 
-    /// The entries of `folder` whose names have the term anywhere, or with `byWords` all words of it as words. Only the
-    /// folder's own unless `recursive`. None for an empty term.
-    [[nodiscard]] Paths findFile(std::string_view term, const std::string& folder, bool byWords, bool recursive) const;
+    /// All outlive this. Nodes are added with `treeLock` held.
+    ResourceFinder(const Services& services, std::recursive_mutex& treeLock)
+        : m_services(services), m_treeLock(treeLock) {}
 
     /// Everything that belongs to the applications at these paths, the first of which is the node's own.
-    void findAllResourcesForApplications(const Paths& paths, Node& node);
-
+    void findAllResourcesForApplications(const Paths& paths, Node& node, const Judgement& judgement);
     /// The preference files of the bundle at `path`.
-    void findPreferencesForApplication(const std::string& path, Node& node) {
-        findPreferences(path, termsOf(path), node);
-    }
+    void findPreferencesForApplication(const std::string& path, Node& node, const Judgement& judgement);
 
-    /// The names of plug-ins that a bundle carries.
-    [[nodiscard]] Paths originalPluginsForApplication(const std::string& path) const;
     [[nodiscard]] static bool isSystemFileAtPath(std::string_view path);
 
   private:
-    /// What an application is searched by.
-    struct Terms {
-        std::string identifier;
-        std::string name;
+    /// One application, and where what is found of it goes.
+    struct Search {
+        const ApplicationTerms terms;
+        Node& node;
+        const Judgement& judgement;
     };
-    using Finder = void (ResourceFinder::*)(const std::string& path, const Terms& terms, Node& node);
+    /// What a finder found, and why.
+    struct Found {
+        std::string path;
+        Evidence evidence;
+    };
+    struct Look {
+        Icon icon = Icon::Preferences;
+        std::int8_t type = 0;
+    };
+    using Finder = void (ResourceFinder::*)(const Search& search);
 
-    void findPreferences(const std::string& path, const Terms& terms, Node& node);
-    void findApplicationSupport(const std::string& path, const Terms& terms, Node& node);
-    void findLoginItems(const std::string& path, const Terms& terms, Node& node);
-    void findPlugins(const std::string& path, const Terms& terms, Node& node);
-    void findCaches(const std::string& path, const Terms& terms, Node& node);
-    void findLogs(const std::string& path, const Terms& terms, Node& node);
-    void findLibraryPaths(const std::string& path, const Terms& terms, Node& node);
-    void findPDFServices(const std::string& path, const Terms& terms, Node& node);
-    void findReceiptResources(const std::string& path, const Terms& terms, Node& node);
-    void findLaunchItems(const std::string& path, const Terms& terms, Node& node);
-    void findGrowlTickets(const std::string& path, const Terms& terms, Node& node);
+    void findPreferences(const Search& search);
+    void findApplicationSupport(const Search& search);
+    void findLoginItems(const Search& search);
+    void findPlugins(const Search& search);
+    void findCaches(const Search& search);
+    void findLogs(const Search& search);
+    void findLibraryPaths(const Search& search);
+    void findPDFServices(const Search& search);
+    void findReceiptResources(const Search& search);
+    void findLaunchItems(const Search& search);
+    void findGrowlTickets(const Search& search);
 
-    [[nodiscard]] Terms termsOf(const std::string& path) const;
-    /// By identifier, then by name.
-    void findInFolders(const Paths& folders, const Terms& terms, Node& node);
-    [[nodiscard]] Paths withIdentifier(const Terms& terms, const std::string& folder) const;
-    void add(const Paths& found, Node& node, Icon icon, std::int8_t type = 0);
-    [[nodiscard]] Paths libraryFolders() const;
+    /// The entries of one folder that match, those by identifier first.
+    [[nodiscard]] std::vector<Found> matchesIn(const std::string& folder, SearchTerms terms,
+                                               const ApplicationTerms& application) const;
+    void findInFolders(const SearchedFolders::Group& group, const Search& search, Look look);
+    void add(std::vector<Found> found, const Search& search, Look look);
+    /// Adds the item, or, where it is listed already, lets the better reason count.
+    void addJudged(Node::Pointer item, Evidence evidence, const Search& search);
 
     const Services m_services;
     std::recursive_mutex& m_treeLock;

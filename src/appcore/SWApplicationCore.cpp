@@ -138,14 +138,28 @@ std::optional<std::string> SWApplicationCore::appNameForAppWithPath(std::string_
             return known->second;
     }
     const auto info = infoOfBundle(m_files, path);
-    const std::string* name = info ? info->findString("CFBundleName") : nullptr;
-    if (info && name == nullptr)
-        name = info->findString("CFBundleExecutable");
+    return info ? nameIn(*info, path) : std::nullopt;
+}
+
+std::optional<std::string> SWApplicationCore::nameIn(const plist::Value& info, std::string_view path) const {
+    const std::string* name = info.findString("CFBundleName");
+    if (name == nullptr)
+        name = info.findString("CFBundleExecutable");
     if (name == nullptr)
         return std::nullopt;
     // Another thread may have read the name meanwhile: everybody then keeps to that one.
     std::lock_guard lock(m_mutex);
     return m_names.try_emplace(std::string(path), *name).first->second;
+}
+
+ApplicationTerms SWApplicationCore::termsOfAppWithPath(std::string_view path) const {
+    ApplicationTerms terms{std::string(path), {}, {}};
+    if (const auto info = infoOfBundle(m_files, path)) {
+        if (const auto* identifier = info->findString("CFBundleIdentifier"))
+            terms.identifier = *identifier;
+        terms.name = nameIn(*info, path).value_or(std::string());
+    }
+    return terms;
 }
 
 } // namespace sweeply

@@ -3,6 +3,8 @@
 #include "appcore/ApplicationFilter.h"
 #include "appcore/FolderConstants.h"
 #include "appcore/WorkControl.h"
+#include "appcore/ownership/ApplicationTerms.h"
+#include "formats/PropertyList.h"
 #include "platform/FileManager.h"
 
 #include <chrono>
@@ -50,6 +52,8 @@ class SWApplicationCore final {
     [[nodiscard]] std::optional<std::string> bundleIDForAppWithPath(std::string_view path) const;
     /// The name that the bundle's Info.plist gives, or its executable's; remembered once found.
     [[nodiscard]] std::optional<std::string> appNameForAppWithPath(std::string_view path) const;
+    /// All that the bundle's Info.plist tells, read once.
+    [[nodiscard]] ApplicationTerms termsOfAppWithPath(std::string_view path) const;
 
     // Places, all of them expanded, the user's before the machine's
 
@@ -63,6 +67,7 @@ class SWApplicationCore final {
     Paths findApplications(std::string_view folder, const std::stop_token& stop, WorkControl* control) const;
     [[nodiscard]] std::optional<Paths> readRegistry() const;
     [[nodiscard]] Paths filtered(const Paths& registered) const;
+    [[nodiscard]] std::optional<std::string> nameIn(const plist::Value& info, std::string_view path) const;
 
     const FileManager& m_files;
     const LaunchServices* m_registry;

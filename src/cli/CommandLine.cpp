@@ -167,16 +167,20 @@ void describeCommands(CLI::App& app, CommandLine& line) {
         return sub;
     };
     const auto addJson = [&](CLI::App* sub) { sub->add_flag("--json", line.wantsJson, "Print one JSON object"); };
-    const auto addAllItems = [&](CLI::App* sub) {
+    const auto addWhy = [&](CLI::App* sub) {
+        sub->add_flag("--why", line.wantsReasons, "Say below each item why it is listed");
+    };
+    const auto addListing = [&](CLI::App* sub) {
+        addJson(sub);
         sub->add_flag("--all-items", line.wantsAllItems, "List long runs of items whole, on a terminal as well");
+        addWhy(sub);
     };
     const auto addModules = [&](CLI::App* sub) {
         sub->add_option("MODULE", line.operands,
                         "Modules, by the names that 'modules' lists; none: those switched on. Paths after them are "
                         "looked at in place of a scan");
         sub->add_flag("--all", line.wantsAllModules, "Every module, also those switched off");
-        addJson(sub);
-        addAllItems(sub);
+        addListing(sub);
     };
 
     addModules(add(Command::Scan, "scan", "Show what would be removed"));
@@ -186,8 +190,7 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     clean->add_flag("--yes", line.saysYes, "Remove without asking");
 
     auto* erase = add(Command::Erase, "erase", "Remove files and folders, overwritten first if that is wanted");
-    addJson(erase);
-    addAllItems(erase);
+    addListing(erase);
     erase->add_option("PATH", line.operands, "Items of the target")->required();
     erase->add_flag("--secure", line.isSecure,
                     "Overwrite files first; disks with flash memory, snapshots and file systems that copy on writing "
@@ -197,22 +200,22 @@ void describeCommands(CLI::App& app, CommandLine& line) {
 
     auto* uninstall = add(Command::Uninstall, "uninstall",
                           "Remove applications, packages and extensions with everything that belongs to them");
-    addJson(uninstall);
-    addAllItems(uninstall);
+    addListing(uninstall);
     uninstall
         ->add_option("PATH", line.operands,
                      "Applications, packages, or folders of them; widgets, preference panes, plug-ins")
         ->required();
     uninstall->add_flag("--dry-run", line.isDryRun, "Show what would be removed, and remove nothing");
+    uninstall->add_flag("--weak", line.checksWeakMatches,
+                        "Check also what matches weakly, where no other application claims it");
     uninstall->add_flag("--yes", line.saysYes, "Remove without asking; other questions get their safe answers");
 
-    auto* extensions =
-        add(Command::Extensions, "extensions", "List the installed widgets, preference panes and plug-ins");
-    addJson(extensions);
-    addAllItems(extensions);
+    addListing(add(Command::Extensions, "extensions", "List the installed widgets, preference panes and plug-ins"));
 
-    addJson(add(Command::Leftovers, "leftovers",
-                "List preferences, launch items and login items of applications that are gone"));
+    auto* leftovers = add(Command::Leftovers, "leftovers",
+                          "List preferences, launch items and login items of applications that are gone");
+    addJson(leftovers);
+    addWhy(leftovers);
 
     addJson(add(Command::Receipts, "receipts", "List the receipts of installer packages"));
 
@@ -295,7 +298,8 @@ Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::strin
 
 TextStyle styleFor(const CommandLine& line, const Terminal& terminal) {
     auto style = TextStyle::of(terminal, line.color);
-    style.foldsLongRuns = style.foldsLongRuns && !line.wantsAllItems;
+    style.foldsLongRuns = style.foldsLongRuns && !line.wantsAllItems && !line.wantsReasons;
+    style.tellsReasons = line.wantsReasons;
     return style;
 }
 

@@ -47,6 +47,10 @@ struct CommandLine {
     std::vector<std::string> operands;
     /// Long runs of items whole.
     bool wantsAllItems = false;
+    /// Below each item why it is listed.
+    bool wantsReasons = false;
+    /// Check also what matches an application weakly.
+    bool checksWeakMatches = false;
     /// Items for the named modules to look at, in place of a scan.
     std::vector<std::string> paths;
     /// Overwrite what is erased.

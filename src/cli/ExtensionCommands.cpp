@@ -13,27 +13,44 @@ namespace sweeply {
 
 namespace {
 
-template<typename Paths>
-Json pathsJson(const Paths& paths) {
-    Json list = Json::array();
-    for (const auto& path : paths)
-        list.push_back(validUtf8(path));
-    return list;
+/// What one kind of things that were left behind is called, and what there is of it.
+struct Leftovers {
+    std::string heading;
+    const char* jsonKey;
+    const char* kind;
+    std::vector<std::pair<std::string, Evidence>> items;
+};
+
+Json leftoversJson(const Application& application, const std::vector<Leftovers>& leftovers) {
+    Json json{{"target", targetJson(application)}};
+    Json items = Json::array();
+    for (const auto& some : leftovers) {
+        Json paths = Json::array();
+        for (const auto& [path, evidence] : some.items) {
+            paths.push_back(validUtf8(path));
+            items.push_back({{"path", validUtf8(path)}, {"kind", some.kind}, {"why", evidenceJson(evidence)}});
+        }
+        json[some.jsonKey] = std::move(paths);
+    }
+    json["items"] = std::move(items);
+    return json;
 }
 
-/// A heading and the paths under it; nothing for none.
-template<typename Paths>
-void printPaths(const std::string& heading, const Paths& paths, const TextStyle& style) {
-    if (paths.empty())
+void printLeftovers(const Leftovers& leftovers, const TextStyle& style) {
+    if (leftovers.items.empty())
         return;
-    std::cout << style.heading(heading) << "\n";
-    for (const auto& path : paths)
+    std::cout << style.heading(leftovers.heading) << "\n";
+    for (const auto& [path, evidence] : leftovers.items) {
         std::cout << "  " << style.name(path) << "\n";
+        if (const auto note = noteOn(style, evidence, true); !note.empty())
+            std::cout << "    " << note << "\n";
+    }
 }
 
 } // namespace
 
 ExitCode runExtensions(Session& session) {
+    session.application().startInventory();
     session.listExtensions();
     auto& application = session.application();
     const auto lists = extensionLists(application);
@@ -51,19 +68,22 @@ ExitCode runLeftovers(Session& session) {
     (void)application.applications().createApplicationsArrayForController(nullptr);
     auto cleaner = application.leftoversCleaner([](const Error& error) { complain(error.message()); });
     cleaner.leftoversAnalyse();
-    const auto& preferences = cleaner.getPrefFilesToRemove();
-    const auto& loginItems = cleaner.getLoginItemsToRemove();
-    const auto& launchItems = cleaner.launchFilesToRemove();
+    Leftovers preferences{localizedString("Preferences"), "preferences", "file", {}};
+    for (const auto& path : cleaner.getPrefFilesToRemove())
+        preferences.items.emplace_back(path, Evidence{EvidenceRule::OrphanedPreference});
+    Leftovers launchItems{localizedString("Launch Items"), "launchFiles", "launch-item", {}};
+    for (const auto& path : cleaner.launchFilesToRemove())
+        launchItems.items.emplace_back(path, cleaner.evidenceOfLaunchFile(path));
+    Leftovers loginItems{localizedString("Login Items"), "loginItems", "login-item", {}};
+    for (const auto& path : cleaner.getLoginItemsToRemove())
+        loginItems.items.emplace_back(path, Evidence{EvidenceRule::DeadLoginItem, EvidenceStrength::Certain, path});
+    const std::vector<Leftovers> leftovers{std::move(preferences), std::move(launchItems), std::move(loginItems)};
     if (session.commandLine().wantsJson) {
-        printJson({{"target", targetJson(application)},
-                   {"preferences", pathsJson(preferences)},
-                   {"launchFiles", pathsJson(launchItems)},
-                   {"loginItems", pathsJson(loginItems)}});
+        printJson(leftoversJson(application, leftovers));
         return ExitCode::Done;
     }
-    printPaths(localizedString("Preferences"), preferences, session.style());
-    printPaths(localizedString("Launch Items"), launchItems, session.style());
-    printPaths(localizedString("Login Items"), loginItems, session.style());
+    for (const auto& some : leftovers)
+        printLeftovers(some, session.style());
     return ExitCode::Done;
 }
 

@@ -20,6 +20,7 @@ Json nodeJson(const Node& node, SizeUnits units) {
             {"state", static_cast<int>(node.state())},
             {"enabled", node.ifEnabled()},
             {"type", node.type()},
+            {"why", node.evidence() ? evidenceJson(*node.evidence()) : Json(nullptr)},
             {"children", nodesJson(node.children(), units)},
             {"invisibleChildren", nodesJson(node.invisibleChildren(), units)}};
 }
@@ -32,6 +33,16 @@ Json nodesJson(const std::vector<Node::Pointer>& nodes, SizeUnits units) {
 }
 
 } // namespace
+
+Json evidenceJson(const Evidence& evidence) {
+    Json claimants = Json::array();
+    for (const auto& path : evidence.alsoClaimedBy)
+        claimants.push_back(validUtf8(path));
+    return {{"rule", nameOf(evidence.rule)},
+            {"term", evidence.term.empty() ? Json(nullptr) : Json(validUtf8(evidence.term))},
+            {"strength", nameOf(evidence.strength)},
+            {"alsoClaimedBy", std::move(claimants)}};
+}
 
 Json targetJson(const Application& application) {
     const Target& target = application.target();

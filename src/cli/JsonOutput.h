@@ -12,6 +12,8 @@ namespace sweeply {
 using Json = nlohmann::ordered_json;
 
 [[nodiscard]] Json targetJson(const Application& application);
+/// Why an item is listed.
+[[nodiscard]] Json evidenceJson(const Evidence& evidence);
 /// Modules with their figures and trees.
 [[nodiscard]] Json modulesJson(Application& application, const std::vector<ShownModule>& modules);
 [[nodiscard]] Json scanJson(Application& application);

@@ -218,6 +218,9 @@ ExitCode runErase(Session& session) {
 ExitCode runUninstall(Session& session) {
     if (!session.commandLine().isDryRun && !canAskOrNeedNot(session))
         return ExitCode::Usage;
+    session.application().startInventory(); // who else may claim what is found
+    if (session.commandLine().checksWeakMatches)
+        session.application().ownership().checkWeakMatches();
     auto& extensions = session.application().extensions();
     auto& applications = moduleNamed(session, "uninstaller");
     const auto assign = [&](const std::vector<std::string>& paths) {

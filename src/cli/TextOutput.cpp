@@ -43,6 +43,13 @@ class ResultList final {
         printSized(m_output, stringSizeFromLong(node.longSize(), m_units),
                    indentation(depth) + markFor(node.state()) + " " + text);
     }
+    void printItem(const Node& item, std::size_t depth) const {
+        printLine(item, depth, m_style.name(item.name()));
+        if (item.hasChildren() || !item.evidence())
+            return;
+        if (const auto note = noteOn(m_style, *item.evidence(), item.ifEnabled()); !note.empty())
+            printSized(m_output, {}, indentation(depth + 1) + note);
+    }
     void printChildren(const Node& parent, std::size_t depth) const {
         auto children = parent.children();
         if (std::ranges::none_of(children, &Node::hasChildren)) { // items, not groups: the large ones are of interest
@@ -51,7 +58,7 @@ class ResultList final {
             return;
         }
         for (const auto& child : children) {
-            printLine(*child, depth, m_style.name(child->name()));
+            printItem(*child, depth);
             printChildren(*child, depth + 1);
         }
     }
@@ -66,7 +73,7 @@ class ResultList final {
             if (folds && isChecked(item) && ++seen > kShownOfLongRun)
                 hiddenSize += item->longSize();
             else
-                printLine(*item, depth, m_style.name(item->name()));
+                printItem(*item, depth);
         }
         if (folds)
             printSized(m_output, {},

@@ -1,5 +1,6 @@
 #include "cli/TextStyle.h"
 
+#include "engine/tree/EvidenceText.h"
 #include "formats/DisplayEscapes.h"
 #include "platform/DisplayWidth.h"
 #include "platform/TargetPath.h"
@@ -48,6 +49,14 @@ std::string TextStyle::name(std::string_view name) const {
     if (!hasColor || folder == 0 || folder == name.size())
         return escapedForDisplay(name);
     return kDim + escapedForDisplay(name.substr(0, folder)) + kPlain + escapedForDisplay(name.substr(folder));
+}
+
+std::string noteOn(const TextStyle& style, const Evidence& evidence, bool isChecked) {
+    std::string note = style.tellsReasons ? sentenceFor(evidence) : std::string();
+    if (const auto reason = isChecked ? std::string() : reasonAgainstChecking(evidence); !reason.empty())
+        note += (note.empty() ? "" : " ") + reason;
+    note = escapedForDisplay(note);
+    return style.hasColor && !note.empty() ? kDim + note + kPlain : note;
 }
 
 void printColumns(std::ostream& output, const TextStyle& style, const std::vector<std::vector<std::string>>& rows) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/Terminal.h"
+#include "engine/tree/Evidence.h"
 
 #include <iosfwd>
 #include <string>
@@ -18,6 +19,8 @@ struct TextStyle {
     /// Of a long run of items only the largest are shown.
     bool foldsLongRuns = false;
     bool hasColor = false;
+    /// Below each item stands why it is listed.
+    bool tellsReasons = false;
 
     /// What `terminal` and the environment (NO_COLOR, TERM) ask for where the person leaves it to them.
     [[nodiscard]] static TextStyle of(const Terminal& terminal, ColorWhen color);
@@ -27,6 +30,10 @@ struct TextStyle {
     /// A stranger's name; one that is a path stands out against its folder.
     [[nodiscard]] std::string name(std::string_view name) const;
 };
+
+/// What is to be said below an item that is listed for this reason: why, where the style tells reasons, and why it is
+/// unchecked, where it is for one of them. Empty for nothing.
+[[nodiscard]] std::string noteOn(const TextStyle& style, const Evidence& evidence, bool isChecked);
 
 /// One line for each row, its cells escaped.
 void printColumns(std::ostream& output, const TextStyle& style, const std::vector<std::vector<std::string>>& rows);

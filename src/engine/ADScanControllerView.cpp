@@ -59,6 +59,7 @@ void ADScanControllerView::checkEverything(bool enabled) {
     if (isBusy())
         return;
     setEveryObjectEnabled(enabled);
+    checkMarksChanged();
     updateInterfaceAndWaitUntilDone(false);
     refreshInterface();
 }
@@ -76,6 +77,7 @@ void ADScanControllerView::toggleOutlineItem(Node& node) {
         }
         node.becomeEnabled(!wasChecked);
     }
+    checkMarksChanged();
     rootNodeChanged();
     if (m_contentOutline)
         contentOutline()->reloadData();
@@ -91,6 +93,7 @@ void ADScanControllerView::toggleTableRow(std::size_t row) {
         node->becomeEnabled(!node->ifEnabled());
         rootNode()->setEnabledWithoutRecalc(rootNode()->stateFromChildrenStates() != CheckState::Unchecked);
     }
+    checkMarksChanged();
     rootNodeChanged();
     refreshInterface();
 }
@@ -109,6 +112,7 @@ void ADScanControllerView::checkSelectedItems(const std::vector<Node::Pointer>& 
                 remembered.push_back(item.get());
         }
     }
+    checkMarksChanged();
     refreshInterface();
     {
         std::lock_guard lock(services().treeLock);
@@ -135,6 +139,7 @@ void ADScanControllerView::checkSelectedRows(const std::vector<std::size_t>& row
                 node->becomeEnabled(!wasChecked);
         }
     }
+    checkMarksChanged();
     updateInterfaceAndWaitUntilDone(true);
 }
 
@@ -146,6 +151,7 @@ bool ADScanControllerView::refusesRemovalFromList() {
 }
 
 void ADScanControllerView::showAfterRemovalFromList() {
+    checkMarksChanged();
     if (childrenCount() == 0)
         showDropImageView();
     updateInterfaceAndWaitUntilDone(true);

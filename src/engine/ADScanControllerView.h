@@ -86,6 +86,8 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
 
   protected:
     virtual void checkEverything(bool enabled);
+    /// The person checked, unchecked or took items off the list. Without the tree lock.
+    virtual void checkMarksChanged() {}
 
   private:
     /// Does this module scan, or anything clean?

@@ -9,7 +9,8 @@
 
 namespace sweeply {
 
-RememberedNodes::RememberedNodes(const IgnoreList& ignoreList, std::string_view moduleKey) {
+RememberedNodes::RememberedNodes(const IgnoreList& ignoreList, std::string_view moduleKey, EvidenceRule rule)
+    : m_evidence(rule) {
     for (auto& key : ignoreList.ignoreListForController(moduleKey))
         m_ignored.insert(std::move(key));
 }
@@ -17,6 +18,7 @@ RememberedNodes::RememberedNodes(const IgnoreList& ignoreList, std::string_view 
 Node::Pointer RememberedNodes::nodeFor(std::string_view name, std::string path, std::uint64_t size) const {
     const bool isIgnored = !m_ignored.empty() && m_ignored.contains(ignoreKeyForPath(path));
     auto node = Node::nodeWithName(name, Icon::ItsOwn, 0, size, std::move(path), !isIgnored);
+    node->setEvidence(m_evidence);
     node->setNeedExpand(true);
     node->setStoreState(true);
     return node;
@@ -38,7 +40,7 @@ void scanEntriesOfFolder(std::string_view folderPath, ADScanController& module, 
         return;
     }
     module.incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
-    const RememberedNodes nodes(services.ignoreList, rules.moduleKey);
+    const RememberedNodes nodes(services.ignoreList, rules.moduleKey, rules.rule);
     for (const auto& entry : *entries) {
         if (module.stopped())
             return;

@@ -14,19 +14,21 @@ class IgnoreList;
 /// Makes nodes of items whose check marks are remembered: unchecked where the person unchecked them before.
 class RememberedNodes final {
   public:
-    /// Reads the ignore list of that module key as it is now.
-    RememberedNodes(const IgnoreList& ignoreList, std::string_view moduleKey);
+    /// Reads the ignore list of that module key as it is now. All nodes are found by the same rule.
+    RememberedNodes(const IgnoreList& ignoreList, std::string_view moduleKey, EvidenceRule rule);
 
     /// `size` in bytes, as DiskSizes charges it.
     [[nodiscard]] Node::Pointer nodeFor(std::string_view name, std::string path, std::uint64_t size) const;
 
   private:
     std::unordered_set<std::string> m_ignored;
+    const SharedEvidence m_evidence;
 };
 
 /// What of a folder's entries becomes an item.
 struct EntryRules {
-    std::string_view moduleKey;     ///< under which unchecked items are remembered
+    std::string_view moduleKey; ///< under which unchecked items are remembered
+    EvidenceRule rule;
     std::uint64_t smallestSize = 0; ///< charged bytes
 };
 

@@ -55,7 +55,7 @@ TEST_F(CliTest, JsonKeepsItsKeysAndTheirOrder) {
     EXPECT_EQ(keysOf(scan["modules"][0]), (Keys{"module", "viewCode", "checked", "totalSize", "totalSizeText",
                                                 "filesFound", "statusText", "tree"}));
     EXPECT_EQ(keysOf(scan["modules"][0]["tree"]), (Keys{"name", "path", "size", "sizeText", "count", "state", "enabled",
-                                                        "type", "children", "invisibleChildren"}));
+                                                        "type", "why", "children", "invisibleChildren"}));
     EXPECT_EQ(keysOf(scan["totals"]), (Keys{"totalSize", "foundSize", "filesFound", "filesFoundInEnabled"}));
     const auto clean = json({"clean", "--yes", "--json"});
     EXPECT_EQ(keysOf(clean), (Keys{"target", "removed", "freed", "freedText", "failed", "stopped",

@@ -1,5 +1,6 @@
 #include "cli/CliWorld.h"
 
+#include <functional>
 #include <gmock/gmock.h>
 
 namespace sweeply {
@@ -30,8 +31,10 @@ TEST_P(CliUninstallOnSystemTest, ApplicationGoesWithWhatBelongsToItAndNothingEls
         const auto shown = uninstallHere({"--dry-run", application});
         EXPECT_TRUE(everything() == before);
         std::vector<std::string> expected;
-        for (const auto& item : shown["modules"][0]["tree"]["children"][0]["children"])
-            expected.push_back(item["path"]);
+        for (const auto& item : shown["modules"][0]["tree"]["children"][0]["children"]) {
+            if (item["enabled"])
+                expected.push_back(item["path"]);
+        }
         EXPECT_GT(expected.size(), 5U);
         const auto removed = uninstallHere({"--yes", application});
         EXPECT_EQ(removed["removed"], expected.size() - removed["failed"].size());
@@ -53,6 +56,70 @@ TEST_P(CliUninstallOnSystemTest, ApplicationGoesWithWhatBelongsToItAndNothingEls
 }
 
 INSTANTIATE_TEST_SUITE_P(Systems, CliUninstallOnSystemTest, testing::Values("10.4.11", "10.5.8", "10.6.8"));
+
+/// "Notes", and "Notes Pro" whose things have that word in their names.
+class CliClaimsTest : public CliTest {
+  protected:
+    CliClaimsTest() {
+        makeFolder("/Users/sam/Library/Application Support/My Notes");
+        write("/Users/sam/Library/Preferences/com.acme.notespro.plist", "x");
+        for (const auto& [name, identifier] :
+             {std::pair("Notes", "com.acme.notes"), {"Notes Pro", "com.acme.notespro"}})
+            write("/Applications/" + std::string(name) + ".app/Contents/Info.plist",
+                  "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>" + std::string(identifier) +
+                      "</string><key>CFBundleName</key><string>" + name + "</string></dict></plist>");
+    }
+};
+
+TEST_F(CliClaimsTest, ItemsSayWhyTheyAreListedAndWhyTheyAreUnchecked) {
+    const std::vector<std::string> dryRun{"uninstall", "--dry-run", "/Applications/Notes.app"};
+    const std::string claimed =
+        "[ ] ~/Library/Preferences/com.acme.notespro.plist\n"
+        "                          Not checked: it may belong to /Applications/Notes Pro.app.\n";
+    const std::string weak = "[ ] ~/Library/Application Support/My Notes\n"
+                             "                          Not checked: only a part of its name matches.\n";
+    EXPECT_THAT(runOnVolume(dryRun).output, testing::AllOf(HasSubstr(claimed), HasSubstr(weak)));
+    auto asked = dryRun;
+    asked.insert(asked.begin() + 1, {"--why", "--weak"});
+    EXPECT_THAT(
+        runOnVolume(asked).output,
+        testing::AllOf(HasSubstr("[x] ~/Library/Application Support/My Notes\n                          Its name has "
+                                 "\"Notes\" somewhere in it.\n"),
+                       HasSubstr("Its name has the identifier \"com.acme.notes\" somewhere in it. Not checked: "
+                                 "it may belong to /Applications/Notes Pro.app.\n")));
+    asked = dryRun;
+    asked.push_back("--json");
+    const auto items = json(asked)["modules"][0]["tree"]["children"][0]["children"];
+    EXPECT_EQ(items[0]["why"].dump(),
+              R"({"rule":"bundle","term":"com.acme.notes","strength":"certain","alsoClaimedBy":[]})");
+    EXPECT_EQ(
+        items[1]["why"].dump(),
+        R"({"rule":"identifier","term":"com.acme.notes","strength":"weak","alsoClaimedBy":["/Applications/Notes Pro.app"]})");
+    EXPECT_EQ(runOnVolume({"uninstall", "--yes", "/Applications/Notes.app"}).exitStatus, 0);
+    EXPECT_FALSE(exists("/Applications/Notes.app"));
+    for (const char* path : {"/Applications/Notes Pro.app", "/Users/sam/Library/Application Support/My Notes",
+                             "/Users/sam/Library/Preferences/com.acme.notespro.plist"})
+        EXPECT_TRUE(exists(path)) << path;
+}
+
+TEST_F(CliUninstallTest, EveryItemOfEveryModuleSaysWhyItIsListed) {
+    const std::function<void(const nlohmann::ordered_json&)> check = [&](const auto& node) {
+        for (const char* list : {"children", "invisibleChildren"})
+            std::ranges::for_each(node[list], check);
+        if (node["children"].empty() && node["invisibleChildren"].empty() && !node["path"].is_null()) {
+            EXPECT_FALSE(node["why"].is_null()) << node["path"];
+        }
+    };
+    for (const auto& arguments : {std::vector<std::string>{"scan", "--all", "--json"},
+                                  {"extensions", "--json"},
+                                  {"erase", "--dry-run", "--json", "/Library/Logs"},
+                                  {"uninstall", "--dry-run", "--json", "/Applications/Harbor Mail.app"}}) {
+        for (const auto& module : json(arguments)["modules"])
+            check(module["tree"]);
+    }
+    for (const auto& item : json({"leftovers", "--json"})["items"])
+        EXPECT_FALSE(item["why"].is_null()) << item;
+}
 
 TEST_F(CliUninstallTest, NothingIsRemovedWhereNobodyCanBeAsked) {
     EXPECT_EQ(runOnVolume({"uninstall", "/Applications/Harbor Mail.app"}).exitStatus, 2);

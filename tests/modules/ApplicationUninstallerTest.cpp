@@ -5,8 +5,8 @@
 #include "appcore/processes/LaunchDatabase.h"
 #include "appcore/receipts/PackageManager.h"
 #include "appcore/receipts/ReceiptFiles.h"
-#include "formats/BillOfMaterials.h"
 #include "modules/UninstallWorld.h"
+#include "modules/uninstaller/UninstallPreferences.h"
 
 #include <csignal>
 #include <gmock/gmock.h>
@@ -26,20 +26,15 @@ using testing::UnorderedElementsAre;
 class UninstallerTest : public UninstallWorldTest {
   protected:
     explicit UninstallerTest(const char* version = "10.6.8") : UninstallWorldTest(version) {
-        m_module = &m_world.add(
-            7, std::make_unique<ApplicationUninstaller>(services(), *m_world.coordinator,
-                                                        ApplicationUninstaller::Parts{m_finder, m_packages, m_steps}));
+        m_module = &m_world.add(7, std::make_unique<ApplicationUninstaller>(
+                                       services(), *m_world.coordinator,
+                                       ApplicationUninstaller::Parts{m_finder, m_packages, m_steps, m_ownership}));
         makeApplication("Foo", "com.example.foo");
         write("/Applications/Foo.app/Contents/Info.plist",
               plist::writeXml(plist::Dictionary({{"CFBundleIdentifier", "com.example.foo"}, {"CFBundleName", "Foo"}})));
     }
     ~UninstallerTest() override { m_world.end(); }
 
-    void uninstall() {
-        m_world.coordinator->setSelectedRow(0);
-        m_world.coordinator->uninstall();
-        m_world.waitUntil([this] { return !m_world.coordinator->isRemoving(); });
-    }
     /// The paths and receipts listed under the first entry.
     std::vector<std::string> listed() {
         std::vector<std::string> items;
@@ -47,21 +42,6 @@ class UninstallerTest : public UninstallWorldTest {
         for (const auto& item : entry ? entry->children() : std::vector<Node::Pointer>())
             items.push_back(item->path() + (item->type() == 0 ? "" : "#" + std::to_string(item->type())));
         return items;
-    }
-    void addReceipt(const std::string& identifier, const std::vector<std::string>& paths,
-                    const std::string& prefix = "/") {
-        std::vector<bom::Entry> entries;
-        for (const auto& path : paths) {
-            bom::Entry entry;
-            entry.path = path;
-            entries.push_back(entry);
-        }
-        const std::string receipt = "/private/var/db/receipts/" + identifier;
-        write(receipt + ".bom", bom::write(entries));
-        write(receipt + ".plist", plist::writeBinary(plist::Dictionary(
-                                      {{"PackageIdentifier", identifier}, {"InstallPrefixPath", prefix}})));
-        if (!m_world.exists("/var"))
-            m_world.target.makeLink("/var", "private/var");
     }
     std::vector<std::string> reasons() {
         std::vector<std::string> texts;
@@ -103,6 +83,7 @@ TEST_F(UninstallerTest, EverythingThatBelongsToAnApplicationGoesAndNothingElse) 
     addReceipt("com.example.foo.pkg", {"Applications/Foo.app/Contents/Info.plist", "usr/local/bin/foo tool"});
     write("/usr/local/bin/foo tool");
 
+    m_world.defaults->setBool(uninstaller::kCheckWeakMatches, true);
     drop(*m_module, {"/Applications/Foo.app", "/Applications/Foo.app/", "/nothing"});
     EXPECT_EQ(m_module->rootNode()->childrenCount(), 1U);
     EXPECT_THAT(listed(), Contains("/Applications/Foo.app#1"));
@@ -166,6 +147,9 @@ TEST_F(UninstallerTest, SystemApplicationsAndSharedPackagesAreAskedAbout) {
     m_world.alerts.answers["Deleting system application"] = 1;
     uninstall();
     EXPECT_FALSE(m_world.exists("/Applications/Foo.app"));
+    EXPECT_THAT(reasons(), ElementsAre()) << "the receipt is the other application's as well, and so unchecked";
+    m_module->toggleOutlineItem(*m_module->rootNode()->childAtIndex(0)->childWithEqualPath("com.example.suite"));
+    uninstall();
     EXPECT_THAT(reasons(), ElementsAre(HasSubstr("serves several applications")));
     EXPECT_TRUE(m_world.exists("/private/var/db/receipts/com.example.suite.plist"));
 }

@@ -15,15 +15,11 @@ class ExtensionsTest : public UninstallWorldTest {
     ~ExtensionsTest() override { m_world.end(); }
 
     void select(std::string_view tab) {
+        knowApplications();
         m_module->didSelectTabViewItem(tab);
         m_world.waitUntil([this] { return !m_world.coordinator->isScanning(); });
     }
     std::string listed() { return textOf(*m_module->shownController().rootNode()); }
-    void uninstall() {
-        m_world.coordinator->setSelectedRow(0);
-        m_world.coordinator->uninstall();
-        m_world.waitUntil([this] { return !m_world.coordinator->isRemoving(); });
-    }
     void writeBundle(const std::string& path) { m_world.target.makeBundle(path, {{"CFBundlePackageType", "BNDL"}}); }
 
     ExtensionsScanController* m_module = nullptr;

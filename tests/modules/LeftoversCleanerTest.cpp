@@ -23,7 +23,8 @@ class LeftoversTest : public UninstallWorldTest {
         ::utimensat(AT_FDCWD, host(kPreferences + name).c_str(), times, 0);
     }
     LeftoversCleaner cleaner() {
-        return LeftoversCleaner({m_world.files(), m_ignoreList.applications, m_loginItems, m_launchItems,
+        knowApplications();
+        return LeftoversCleaner({m_world.files(), m_ignoreList.applications, m_installed, m_loginItems, m_launchItems,
                                  [this](const Error& error) { m_said.push_back(error.message()); }});
     }
     static std::vector<std::string> names(const LeftoversCleaner::PathSet& paths) {
@@ -38,7 +39,6 @@ class LeftoversTest : public UninstallWorldTest {
 TEST_F(LeftoversTest, OldPreferencesOfApplicationsThatAreGoneAreFound) {
     makeApplication("Foo", "com.example.Foo");
     makeApplication("Ärger", "");
-    findApplications();
     const std::vector<std::string> kept{"com.example.foo.plist",
                                         "COM.EXAMPLE.FOO.helper.plist",
                                         "my foohelper.plist",
@@ -71,7 +71,6 @@ TEST_F(LeftoversTest, OldPreferencesOfApplicationsThatAreGoneAreFound) {
 }
 
 TEST_F(LeftoversTest, NothingIsLeftOverWhereNoApplicationsAreKnown) {
-    findApplications();
     writePreference("com.gone.a.plist", 400);
     auto leftovers = cleaner();
     EXPECT_TRUE(leftovers.getPrefFilesToRemove().empty());

@@ -5,10 +5,14 @@
 #include "appcore/ResourceFinder.h"
 #include "appcore/processes/LaunchItems.h"
 #include "appcore/receipts/PackageManager.h"
+#include "formats/BillOfMaterials.h"
 #include "modules/ModuleWorld.h"
 #include "modules/extensions/ExtensionsScanController.h"
+#include "modules/uninstaller/Ownership.h"
 #include "modules/uninstaller/UninstallSteps.h"
 #include "platform/Workspace.h"
+
+#include <utility>
 
 namespace sweeply {
 
@@ -21,11 +25,42 @@ class UninstallWorldTest : public ModuleTest {
     }
     ~UninstallWorldTest() override { m_world.end(); }
 
+    /// Once the applications there are by then are known.
+    void drop(ADScanController& module, const std::vector<std::string>& paths) {
+        knowApplications();
+        ModuleTest::drop(module, paths);
+    }
+    void knowApplications() {
+        if (!std::exchange(m_knowsApplications, true))
+            findApplications();
+    }
+    void uninstall() {
+        m_world.coordinator->setSelectedRow(0);
+        m_world.coordinator->uninstall();
+        m_world.waitUntil([this] { return !m_world.coordinator->isRemoving(); });
+    }
+    /// In the system's database, of a package that installed these paths below `prefix`.
+    void addReceipt(const std::string& identifier, const std::vector<std::string>& paths,
+                    const std::string& prefix = "/") {
+        std::vector<bom::Entry> entries;
+        for (const auto& path : paths) {
+            bom::Entry entry;
+            entry.path = path;
+            entries.push_back(entry);
+        }
+        const std::string receipt = "/private/var/db/receipts/" + identifier;
+        write(receipt + ".bom", bom::write(entries));
+        write(receipt + ".plist", plist::writeBinary(plist::Dictionary(
+                                      {{"PackageIdentifier", identifier}, {"InstallPrefixPath", prefix}})));
+        if (!m_world.exists("/var"))
+            m_world.target.makeLink("/var", "private/var");
+    }
     /// Hands the row of all extensions to the coordinator.
     ExtensionsScanController& addExtensions() {
         const ExtensionsScanController::Parts parts{WidgetsGarbage::Parts{m_loginItems, m_launchItems, m_steps},
                                                     {m_steps, m_world.alerts},
                                                     m_finder,
+                                                    m_ownership,
                                                     m_workspace};
         return m_world.add(6, std::make_unique<ExtensionsScanController>(services(), *m_world.coordinator, parts));
     }
@@ -37,16 +72,21 @@ class UninstallWorldTest : public ModuleTest {
         write(path, plist::writeXml(plist::Dictionary(std::move(members))));
     }
 
+    bool m_knowsApplications = false;
     PrivilegedExecution m_privileged{m_world.rights, m_ignoreList.tools, m_world.log};
     ADTaskRunner m_tasks{m_ignoreList.tools, m_world.log};
     LoginItems m_loginItems{m_world.files(), m_world.folders, m_world.log};
     PackageManager m_packages{{m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_privileged,
                                m_world.alerts, m_world.loop, m_world.log,
                                [this](const Error& error) { m_world.services().reportProblem(error); }}};
-    ResourceFinder m_finder{
-        {m_world.files(), m_world.folders, m_sizes, m_ignoreList.applications, m_loginItems, m_packages, m_world.log},
-        m_world.treeLock};
     LaunchItems m_launchItems{m_world.files(), m_world.folders, m_tasks, m_world.log};
+    InstalledApplications m_installed{m_world.files(), m_ignoreList.applications, m_packages};
+    SearchedFolders m_searched{m_world.folders, m_ignoreList.applications};
+    ResourceFinder m_finder{{m_world.files(), m_world.folders, m_sizes, m_ignoreList.applications, m_searched,
+                             m_loginItems, m_launchItems, m_packages, m_world.log},
+                            m_world.treeLock};
+    Ownership m_ownership{{m_world.files(), m_world.folders, m_searched, m_launchItems, m_installed},
+                          *m_world.defaults};
     ProcessControl m_processes{
         {m_world.files(), m_ignoreList.tools, m_privileged, m_world.alerts, m_world.loop, m_world.log},
         {std::chrono::seconds(1), std::chrono::milliseconds(5000)}};

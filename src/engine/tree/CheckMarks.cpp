@@ -4,6 +4,29 @@
 
 namespace sweeply::checkmarks {
 
+namespace {
+
+/// Everything below. Sizes follow only where something is checked by itself alone and so stays as it is: then they are
+/// no longer those of a group that is checked wholly. True in that case.
+bool silentSetChildrenEnabled(Node& node, bool enabled) {
+    bool hasExceptions = false;
+    for (const auto* children : {&node.children(), &node.invisibleChildren()}) {
+        for (const auto& child : *children) {
+            if (enabled && child->isCheckedAlone()) {
+                hasExceptions = true;
+            } else {
+                child->setEnabledWithoutRecalc(enabled);
+                hasExceptions = silentSetChildrenEnabled(*child, enabled) || hasExceptions;
+            }
+        }
+    }
+    if (hasExceptions)
+        node.recalcSize();
+    return hasExceptions;
+}
+
+} // namespace
+
 CheckState state(const Node& node) {
     if (node.hasChildren())
         return stateFromChildrenStates(node);
@@ -59,18 +82,12 @@ void becomeEnabled(Node& node, bool enabled) {
 
 void setEveryChildEnabled(Node& node, bool enabled) {
     node.setEnabled(enabled);
-    for (const auto& child : node.children())
-        silentSetEveryChildEnabled(*child, enabled);
-    for (const auto& child : node.invisibleChildren())
-        silentSetEveryChildEnabled(*child, enabled);
+    silentSetChildrenEnabled(node, enabled);
 }
 
 void silentSetEveryChildEnabled(Node& node, bool enabled) {
     node.setEnabledWithoutRecalc(enabled);
-    for (const auto& child : node.children())
-        silentSetEveryChildEnabled(*child, enabled);
-    for (const auto& child : node.invisibleChildren())
-        silentSetEveryChildEnabled(*child, enabled);
+    silentSetChildrenEnabled(node, enabled);
 }
 
 } // namespace sweeply::checkmarks

@@ -122,7 +122,8 @@ class Node final : public NodeAttributes {
     void setEnabled(bool enabled, int direction) { checkmarks::setEnabled(*this, enabled, direction); }
     /// What a click on the check box does.
     void becomeEnabled(bool enabled) { checkmarks::becomeEnabled(*this, enabled); }
-    /// setEnabled here, then the fields of everything below, without sizes.
+    /// setEnabled here, then the fields of everything below, without sizes. What is checked alone stays as it is when
+    /// the rest is checked.
     void setEveryChildEnabled(bool enabled) { checkmarks::setEveryChildEnabled(*this, enabled); }
     /// Sets the fields of this node and everything below. Follow it with recalcSize where sizes matter.
     void silentSetEveryChildEnabled(bool enabled) { checkmarks::silentSetEveryChildEnabled(*this, enabled); }

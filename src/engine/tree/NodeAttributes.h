@@ -1,10 +1,12 @@
 #pragma once
 
+#include "engine/tree/Evidence.h"
 #include "engine/tree/Icon.h"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace sweeply {
 
@@ -31,6 +33,12 @@ class NodeAttributes {
     /// Is its check mark remembered in the ignore list?
     [[nodiscard]] bool storeState() const { return m_storeState; }
     void setStoreState(bool storeState) { m_storeState = storeState; }
+    /// Does only a click on itself check it, and not one on a group above?
+    [[nodiscard]] bool isCheckedAlone() const { return m_isCheckedAlone; }
+    void setCheckedAlone(bool isCheckedAlone) { m_isCheckedAlone = isCheckedAlone; }
+    /// Why it is listed; nullptr for a group that is no item itself.
+    [[nodiscard]] const Evidence* evidence() const { return m_evidence.get(); }
+    void setEvidence(SharedEvidence evidence) { m_evidence = std::move(evidence); }
 
   protected:
     NodeAttributes() = default;
@@ -42,6 +50,7 @@ class NodeAttributes {
   private:
     std::string m_path;
     std::string m_name; ///< empty when it is the last component of m_path
+    SharedEvidence m_evidence;
     Icon m_icon = Icon::None;
     std::int8_t m_type = 0;
     bool m_isRootNode : 1 = false;
@@ -49,6 +58,7 @@ class NodeAttributes {
     bool m_needExpand : 1 = false;
     bool m_storeState : 1 = false;
     bool m_isNamedByPath : 1 = false;
+    bool m_isCheckedAlone : 1 = false;
 };
 
 } // namespace sweeply

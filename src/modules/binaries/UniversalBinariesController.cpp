@@ -200,6 +200,7 @@ void UniversalBinariesController::addSlimmable() {
 void UniversalBinariesController::add(const Candidate& candidate, std::uint64_t size) {
     auto executable = Node::nodeWithName(m_binaries.folders.abbreviateWithTilde(candidate.path), Icon::None, 0, size,
                                          candidate.path, true);
+    executable->setEvidence(m_evidence);
     Node::Pointer application;
     {
         const std::lock_guard lock(services().treeLock);

@@ -87,6 +87,7 @@ class UniversalBinariesController final : public ADScanControllerView {
     BinarySlimmer m_slimmer;
     std::vector<Candidate> m_candidates; ///< the scan thread's
     std::atomic<bool> m_saidUnknown{false};
+    const SharedEvidence m_evidence{EvidenceRule::ForeignCode}; ///< of every item
 };
 
 } // namespace sweeply

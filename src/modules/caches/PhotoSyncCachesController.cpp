@@ -59,7 +59,7 @@ void PhotoSyncCachesController::scanThread() {
         return;
     }
     incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
-    const RememberedNodes nodes(m_caches.ignoreList, kCachesModuleKey);
+    const RememberedNodes nodes(m_caches.ignoreList, kCachesModuleKey, EvidenceRule::PhotoCache);
     auto walk = m_caches.files.enumeratorAtPath(home);
     while (const auto entry = walk.next()) {
         waitWhilePaused();

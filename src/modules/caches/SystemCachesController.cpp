@@ -17,7 +17,7 @@ SystemCachesController::SystemCachesController(const ModuleServices& services)
 void SystemCachesController::scanThread() {
     prepareForScan();
     scanEntriesOfFolder(m_caches.folders.expandTilde(m_caches.folders.LIBRARYCACHESPATH), *this, m_caches,
-                        {kCachesModuleKey});
+                        {kCachesModuleKey, EvidenceRule::CacheFolder});
 }
 
 } // namespace sweeply

@@ -19,9 +19,9 @@ UserCachesController::UserCachesController(const ModuleServices& services, std::
 void UserCachesController::scanThread() {
     prepareForScan();
     scanEntriesOfFolder(m_caches.folders.expandTilde(m_caches.folders.HOMECACHESPATH), *this, m_caches,
-                        {kCachesModuleKey});
+                        {kCachesModuleKey, EvidenceRule::CacheFolder});
     if (!m_leoUserCacheDir.empty() && !stopped())
-        scanEntriesOfFolder(m_leoUserCacheDir, *this, m_caches, {kCachesModuleKey});
+        scanEntriesOfFolder(m_leoUserCacheDir, *this, m_caches, {kCachesModuleKey, EvidenceRule::CacheFolder});
 }
 
 } // namespace sweeply

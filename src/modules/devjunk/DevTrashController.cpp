@@ -135,7 +135,7 @@ void DevTrashController::analyzeApplication(const std::string& path) {
     const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true);
     application->setNeedExpand(true);
     for (const auto& item : junk)
-        application->addInvisibleChild(itemNode(item.path, Icon::None, item.size));
+        application->addInvisibleChild(itemNode(item.path, Icon::None, item.size, m_developerFile));
     {
         const std::lock_guard lock(services().treeLock);
         m_applicationNode->addChild(application);
@@ -202,8 +202,10 @@ std::vector<std::string> DevTrashController::enumerateAllTrashesAtPath(const Fil
     return paths;
 }
 
-Node::Pointer DevTrashController::itemNode(const std::string& path, Icon icon, std::uint64_t size) {
+Node::Pointer DevTrashController::itemNode(const std::string& path, Icon icon, std::uint64_t size,
+                                           const SharedEvidence& evidence) {
     auto node = Node::nodeWithName(lastPathComponent(path), icon, 0, size, path, true);
+    node->setEvidence(evidence);
     node->setShouldWait(false);
     return node;
 }
@@ -211,7 +213,7 @@ Node::Pointer DevTrashController::itemNode(const std::string& path, Icon icon, s
 void DevTrashController::addObject(const Junk& item, const Node::Pointer& category, const std::string& folderPath) {
     setCurrentItem(item.path);
     show(category);
-    auto node = itemNode(item.path, Icon::None, item.size);
+    auto node = itemNode(item.path, Icon::None, item.size, m_finderFile);
     {
         const std::lock_guard lock(services().treeLock);
         auto folder = category->childWithEqualPath(folderPath);
@@ -235,7 +237,7 @@ void DevTrashController::addObjectFromArray(const std::vector<std::string>& item
     show(category);
     for (const auto& item : items) {
         setCurrentItem(item);
-        auto node = itemNode(item, Icon::ItsOwn, m_junk.sizes.folderSizeAtPath(item));
+        auto node = itemNode(item, Icon::ItsOwn, m_junk.sizes.folderSizeAtPath(item), m_trash);
         {
             const std::lock_guard lock(services().treeLock);
             if (category->childWithEqualPath(item))

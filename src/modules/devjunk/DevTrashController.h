@@ -49,9 +49,13 @@ class DevTrashController final : public ADScanControllerView {
     /// Puts a category under the root, emptied, unless it is there.
     void show(const Node::Pointer& category);
     void hideIfEmpty(const Node::Pointer& category);
-    [[nodiscard]] static Node::Pointer itemNode(const std::string& path, Icon icon, std::uint64_t size);
+    [[nodiscard]] static Node::Pointer itemNode(const std::string& path, Icon icon, std::uint64_t size,
+                                                const SharedEvidence& evidence);
 
     ModuleServices m_junk;
+    const SharedEvidence m_developerFile{EvidenceRule::DeveloperFile};
+    const SharedEvidence m_finderFile{EvidenceRule::FinderFile};
+    const SharedEvidence m_trash{EvidenceRule::Trash};
     const Node::Pointer m_applicationNode;
     const Node::Pointer m_dsStoreNode;
     const Node::Pointer m_trashNode;

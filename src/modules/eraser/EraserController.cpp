@@ -24,6 +24,7 @@ void EraserController::analyzeFile(const std::string& path) {
     setCurrentItem(item);
     auto node = Node::nodeWithName(m_eraser.folders.abbreviateWithTilde(item), Icon::ItsOwn, 1,
                                    m_eraser.sizes.folderSizeAtPath(item), item, true);
+    node->setEvidence(SharedEvidence(EvidenceRule::Named));
     {
         const std::lock_guard lock(services().treeLock);
         if (rootNode()->childWithEqualPath(item))

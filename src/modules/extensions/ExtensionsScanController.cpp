@@ -10,7 +10,7 @@ ExtensionsScanController::ExtensionsScanController(const ModuleServices& service
                                                    const Parts& parts)
     : ADScanControllerView(services.engine, coordinator), m_cleanerController(services, coordinator, parts.garbage),
       m_widgetsUninstallController(services, coordinator, parts.uninstallers),
-      m_preferencesUninstallController(services, coordinator, parts.uninstallers, parts.finder),
+      m_preferencesUninstallController(services, coordinator, parts.uninstallers, parts.finder, parts.ownership),
       m_pluginsUninstallController(services, coordinator, parts.uninstallers, parts.garbage.loginItems,
                                    parts.workspace) {
     rootNode()->setEnabledWithoutRecalc(true);

@@ -30,6 +30,7 @@ class ExtensionsScanController final : public ADScanControllerView {
         WidgetsGarbage::Parts garbage;
         ADUninstallControllerView::Parts uninstallers;
         ResourceFinder& finder;
+        const Ownership& ownership;
         const Workspace& workspace;
     };
 

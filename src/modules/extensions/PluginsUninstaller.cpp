@@ -119,6 +119,7 @@ void PluginsUninstaller::addTo(const PluginCategory& category, Node::Pointer chi
         node->setNeedExpand(true);
         rootNode()->addChild(node);
     }
+    child->setEvidence(SharedEvidence(EvidenceRule::Extension));
     node->addChild(std::move(child));
 }
 

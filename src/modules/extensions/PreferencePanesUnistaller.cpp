@@ -5,15 +5,16 @@
 #include "appcore/SWApplicationCore.h"
 #include "appcore/sizes/DiskSizes.h"
 #include "modules/uninstaller/NestedApplications.h"
+#include "modules/uninstaller/Ownership.h"
 #include "platform/Localization.h"
 #include "platform/TargetPath.h"
 
 namespace sweeply {
 
 PreferencePanesUnistaller::PreferencePanesUnistaller(const ModuleServices& services, ScanCoordinator& coordinator,
-                                                     Parts parts, ResourceFinder& finder)
+                                                     Parts parts, ResourceFinder& finder, const Ownership& ownership)
     : ADUninstallControllerView(services, coordinator, parts, translatable("PreferencePanesUninstaller")),
-      m_finder(finder) {}
+      m_finder(finder), m_ownership(ownership) {}
 
 bool PreferencePanesUnistaller::isExtensionAtPath(const std::string& path) const {
     return pathExtension(path) == "prefPane";
@@ -27,22 +28,29 @@ void PreferencePanesUnistaller::rescan() {
 
 void PreferencePanesUnistaller::addRecord(const std::string& path) {
     const auto identifier = module().applications.bundleIDForAppWithPath(path).value_or(std::string());
+    const auto claims = m_ownership.claimsOn({path, identifier, {}}, this);
+    if (!claims)
+        return;
     const bool isOfTheSystem = identifier.find("com.apple") != std::string::npos;
     const auto pane = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true,
                                          isOfTheSystem ? nodetype::kSystemApplication : std::int8_t{0});
+    const auto bundle = Node::nodeWithName(module().folders.abbreviateWithTilde(path), Icon::ItsOwn, 1,
+                                           module().sizes.folderSizeAtPath(path), path, true);
+    const SharedEvidence evidence(EvidenceRule::Extension, identifier);
+    pane->setEvidence(evidence);
+    bundle->setEvidence(evidence);
     pane->setNeedExpand(true);
-    pane->addChild(Node::nodeWithName(module().folders.abbreviateWithTilde(path), Icon::ItsOwn, 1,
-                                      module().sizes.folderSizeAtPath(path), path, true));
-    m_finder.findPreferencesForApplication(path, *pane);
-    analyzeFile(path, *pane);
+    pane->addChild(bundle);
+    m_finder.findPreferencesForApplication(path, *pane, {*claims, m_ownership.checksWeakMatches()});
+    analyzeFile(path, *pane, *claims);
     addChildNode(pane);
     incFoundObjectsCount();
 }
 
-void PreferencePanesUnistaller::analyzeFile(const std::string& path, Node& node) {
+void PreferencePanesUnistaller::analyzeFile(const std::string& path, Node& node, const Claims& claims) {
     const auto applications = nestedApplications(module().files, path);
     if (!applications.empty())
-        m_finder.findAllResourcesForApplications(applications, node);
+        m_finder.findAllResourcesForApplications(applications, node, {claims, m_ownership.checksWeakMatches()});
 }
 
 bool PreferencePanesUnistaller::isRootNodeCleanable(Node& node) {

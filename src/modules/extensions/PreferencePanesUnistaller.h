@@ -4,6 +4,8 @@
 
 namespace sweeply {
 
+class Claims;
+class Ownership;
 class ResourceFinder;
 
 /// The preference panes of the user and of the machine, each with its preferences and with what belongs to the
@@ -12,7 +14,7 @@ class PreferencePanesUnistaller final : public ADUninstallControllerView {
   public:
     /// All outlive this.
     PreferencePanesUnistaller(const ModuleServices& services, ScanCoordinator& coordinator, Parts parts,
-                              ResourceFinder& finder);
+                              ResourceFinder& finder, const Ownership& ownership);
     ~PreferencePanesUnistaller() override { stopAndJoin(); }
 
     [[nodiscard]] bool isExtensionAtPath(const std::string& path) const override;
@@ -27,9 +29,10 @@ class PreferencePanesUnistaller final : public ADUninstallControllerView {
   private:
     [[nodiscard]] std::string className() const override { return "PreferencePanesUnistaller"; }
     /// The applications inside the bundle at `path`.
-    void analyzeFile(const std::string& path, Node& node);
+    void analyzeFile(const std::string& path, Node& node, const Claims& claims);
 
     ResourceFinder& m_finder;
+    const Ownership& m_ownership;
 };
 
 } // namespace sweeply

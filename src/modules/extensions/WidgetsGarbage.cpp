@@ -2,8 +2,8 @@
 
 #include "appcore/FolderConstants.h"
 #include "appcore/LoginItems.h"
-#include "appcore/NameMatcher.h"
 #include "appcore/ResourceFinder.h"
+#include "appcore/ownership/TermAutomaton.h"
 #include "appcore/processes/LaunchItems.h"
 #include "appcore/sizes/DiskSizes.h"
 #include "platform/BundleInfo.h"
@@ -20,6 +20,7 @@ namespace sweeply {
 namespace {
 
 constexpr std::uint32_t kFirstSteps = 100;
+constexpr std::string_view kWidgetPrefix = "widget-";
 
 } // namespace
 
@@ -43,7 +44,7 @@ void WidgetsGarbage::rescan() {
             category->killChildren();
     }
     setTotalProcentage(kFirstSteps);
-    const NameMatcher installed(scanForWidgetsPlists());
+    const TermAutomaton installed(scanForWidgetsPlists());
     incProgress();
     if (!stopped())
         findUnnecessaryWidgetsPrefferences(installed);
@@ -91,7 +92,7 @@ std::vector<std::string> WidgetsGarbage::findPlistsIn(const std::string& folder)
     return found;
 }
 
-void WidgetsGarbage::findUnnecessaryWidgetsPrefferences(const NameMatcher& installed) {
+void WidgetsGarbage::findUnnecessaryWidgetsPrefferences(const TermAutomaton& installed) {
     const std::string folder = normalisedPath(m_garbage.folders.expandTilde(m_garbage.folders.USERPREFERENCESPATH));
     const auto entries = m_garbage.files.contentsOfDirectoryAtPath(folder);
     if (!entries) {
@@ -104,7 +105,8 @@ void WidgetsGarbage::findUnnecessaryWidgetsPrefferences(const NameMatcher& insta
         if (stopped())
             return;
         if (entry.type != FileType::Directory && pathExtension(entry.name) == "plist" &&
-            entry.name.find("widget-") != std::string::npos && !installed.matches(entry.name))
+            nameWithoutExtension(entry.name).find(kWidgetPrefix) != std::string_view::npos &&
+            !installed.occursIn(entry.name))
             addWidgetGarbageRecordWithPath(joinedPath(folder, entry.name));
         itemIsDone();
     }
@@ -114,8 +116,11 @@ void WidgetsGarbage::addWidgetGarbageRecordWithPath(const std::string& path) {
     setCurrentItem(path);
     const auto file = nameWithoutExtension(path);
     const auto shortName = pathExtension(file);
-    addTo(m_widgetsNode, Node::nodeWithName(shortName.empty() ? file : shortName, Icon::WidgetLeftovers, 0,
-                                            m_garbage.sizes.folderSizeAtPath(path), path, true));
+    auto node = Node::nodeWithName(shortName.empty() ? file : shortName, Icon::WidgetLeftovers, 0,
+                                   m_garbage.sizes.folderSizeAtPath(path), path, true);
+    node->setEvidence(
+        SharedEvidence(EvidenceRule::OrphanedWidget, file.substr(file.find(kWidgetPrefix) + kWidgetPrefix.size())));
+    addTo(m_widgetsNode, std::move(node));
 }
 
 // What starts by itself
@@ -130,8 +135,7 @@ void WidgetsGarbage::scanForLoginItems() {
         if (path.empty())
             services().log.log("Skipped a login item without a path");
         else if (m_garbage.files.isMissingAtPath(path))
-            addTo(m_startupItemsNode, Node::nodeWithName(lastPathComponent(path), Icon::ItsOwn, 0, 0, path,
-                                                         !isOnAbsentVolume(path), nodetype::kLoginItem));
+            addStartupItem(path, 0, nodetype::kLoginItem, path);
         itemIsDone();
     }
 }
@@ -149,11 +153,18 @@ void WidgetsGarbage::scanForLaunchDeamons() {
         else if (!definition->program)
             reportProblem({ErrorKind::Damaged, path, "names no program"});
         else if (m_parts.launchItems.isProgramMissing(*definition))
-            addTo(m_startupItemsNode,
-                  Node::nodeWithName(lastPathComponent(path), Icon::ItsOwn, 0, m_garbage.sizes.folderSizeAtPath(path),
-                                     path, !isOnAbsentVolume(*definition->program), nodetype::kLaunchItem));
+            addStartupItem(path, m_garbage.sizes.folderSizeAtPath(path), nodetype::kLaunchItem, *definition->program);
         itemIsDone();
     }
+}
+
+void WidgetsGarbage::addStartupItem(const std::string& path, std::uint64_t size, std::int8_t type,
+                                    const std::string& program) {
+    auto node =
+        Node::nodeWithName(lastPathComponent(path), Icon::ItsOwn, 0, size, path, !isOnAbsentVolume(program), type);
+    node->setEvidence(SharedEvidence(
+        type == nodetype::kLoginItem ? EvidenceRule::DeadLoginItem : EvidenceRule::DeadLaunchItem, program));
+    addTo(m_startupItemsNode, std::move(node));
 }
 
 bool WidgetsGarbage::isOnAbsentVolume(const std::string& path) const {

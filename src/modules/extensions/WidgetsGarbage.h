@@ -11,7 +11,7 @@ namespace sweeply {
 
 class LaunchItems;
 class LoginItems;
-class NameMatcher;
+class TermAutomaton;
 
 /// What widgets and programs that are gone left behind: widgets' preferences, login items, launch items.
 class WidgetsGarbage final : public ADScanControllerView {
@@ -39,10 +39,12 @@ class WidgetsGarbage final : public ADScanControllerView {
     /// The identifiers of all widgets that are installed.
     [[nodiscard]] std::vector<std::string> scanForWidgetsPlists();
     [[nodiscard]] std::vector<std::string> findPlistsIn(const std::string& folder);
-    void findUnnecessaryWidgetsPrefferences(const NameMatcher& installed);
+    void findUnnecessaryWidgetsPrefferences(const TermAutomaton& installed);
     void addWidgetGarbageRecordWithPath(const std::string& path);
     void scanForLoginItems();
     void scanForLaunchDeamons();
+    /// `program` is what it would start.
+    void addStartupItem(const std::string& path, std::uint64_t size, std::int8_t type, const std::string& program);
     /// Puts the category under the root first where it is not there yet.
     void addTo(const Node::Pointer& category, Node::Pointer child);
     /// Such things are listed unchecked: they may be there again tomorrow.

@@ -17,8 +17,10 @@ void WidgetsUninstaller::rescan() {
 }
 
 void WidgetsUninstaller::addRecord(const std::string& path) {
-    addChildNode(Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, module().sizes.folderSizeAtPath(path),
-                                    path, true));
+    auto widget = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, module().sizes.folderSizeAtPath(path),
+                                     path, true);
+    widget->setEvidence(SharedEvidence(EvidenceRule::Extension));
+    addChildNode(std::move(widget));
     incFoundObjectsCount();
 }
 

@@ -112,13 +112,13 @@ const std::string& LanguagesController::unwantedLanguage(std::string_view folder
     return known->second;
 }
 
-const std::string& LanguagesController::displayName(const std::string& code) {
-    const auto [known, isNew] = m_lookup.names.try_emplace(code);
+const LanguagesController::Language& LanguagesController::languageOf(const std::string& code) {
+    const auto [known, isNew] = m_lookup.languages.try_emplace(code);
     if (isNew) {
         auto name = displayNameOfLanguage(code);
         if (!name)
             services().log.log(formatText("Failed to get localized language name for %@", {code}));
-        known->second = std::move(name).value_or(code);
+        known->second = {std::move(name).value_or(code), SharedEvidence(EvidenceRule::LanguageNotKept, code)};
     }
     return known->second;
 }
@@ -158,9 +158,11 @@ void LanguagesController::analyzeApplication(const std::string& path) {
     application->setStoreState(true);
     application->setNeedExpand(true);
     for (const auto& [code, localization] : localizations) {
-        auto language = Node::nodeWithName(displayName(code), Icon::Language,
-                                           static_cast<std::uint32_t>(localization.folders.size()), localization.size,
-                                           code, application->ifEnabled());
+        const auto& [name, evidence] = languageOf(code);
+        auto language =
+            Node::nodeWithName(name, Icon::Language, static_cast<std::uint32_t>(localization.folders.size()),
+                               localization.size, code, application->ifEnabled());
+        language->setEvidence(evidence);
         language->setShouldWait(false);
         application->addChild(std::move(language));
         for (std::size_t i = 0; i < localization.folders.size(); ++i)

@@ -56,14 +56,18 @@ class LanguagesController final : public ADScanControllerView {
     /// False when the person does not want the scan.
     bool confirmsNativeLanguages();
     [[nodiscard]] bool showLanguageAlert(const std::vector<std::string>& codes);
+    struct Language {
+        std::string name; ///< for people
+        SharedEvidence evidence;
+    };
     /// What one scan or drop found out about folder names and codes: applications have the same ones again and again.
     struct Lookup {
-        std::unordered_map<std::string, std::string> codes; ///< by folder name; empty for a language that stays
-        std::unordered_map<std::string, std::string> names; ///< by code, for people
+        std::unordered_map<std::string, std::string> codes;  ///< by folder name; empty for a language that stays
+        std::unordered_map<std::string, Language> languages; ///< by code
     };
     /// The code of the language that a folder of this name is for; empty where it stays.
     [[nodiscard]] const std::string& unwantedLanguage(std::string_view folderName);
-    [[nodiscard]] const std::string& displayName(const std::string& code);
+    [[nodiscard]] const Language& languageOf(const std::string& code);
     [[nodiscard]] Localizations languagesForApplicationAtPath(const std::string& path);
     void analyzeApplication(const std::string& path);
     [[nodiscard]] bool isListed(const std::string& application) const;

@@ -34,7 +34,8 @@ LogsController::LogsController(const ModuleServices& services, ScanCoordinator& 
 }
 
 void LogsController::scanLogsInPath(const std::string& path, ADScanController& module, const ModuleServices& services) {
-    scanEntriesOfFolder(services.folders.expandTilde(path), module, services, {kModuleKey, kSmallestLog});
+    scanEntriesOfFolder(services.folders.expandTilde(path), module, services,
+                        {kModuleKey, EvidenceRule::LogSize, kSmallestLog});
 }
 
 bool LogsController::rotateLogAtPath(const std::string& path) {

@@ -13,6 +13,10 @@
 #include "platform/MainThread.h"
 #include "platform/TargetPath.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace sweeply {
 
 namespace {
@@ -66,6 +70,8 @@ void ApplicationUninstaller::analyzeFile(const std::string& path) {
         updateInterfaceAndWaitUntilDone(false);
         waitWhilePaused();
     }
+    if (childrenCount() > 1)
+        reconsiderClaims(); // what claimed something may go itself now
 }
 
 bool ApplicationUninstaller::isListed(const std::string& path) const {
@@ -73,25 +79,49 @@ bool ApplicationUninstaller::isListed(const std::string& path) const {
     return rootNode()->childWithEqualPath(path) != nullptr;
 }
 
-void ApplicationUninstaller::addApplicationAtPath(const std::string& path) {
-    const auto identifier = m_uninstaller.applications.bundleIDForAppWithPath(path).value_or(std::string());
-    const bool isOfTheSystem = identifier.find("com.apple") != std::string::npos;
-    const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true,
-                                                isOfTheSystem ? nodetype::kSystemApplication : std::int8_t{0});
-    application->setNeedExpand(true);
-    application->addChild(Node::nodeWithName(m_uninstaller.folders.abbreviateWithTilde(path), Icon::ItsOwn, 1,
-                                             m_uninstaller.sizes.folderSizeAtPath(path), path, true));
+Claims::Subject ApplicationUninstaller::subjectAt(const std::string& path) const {
+    Claims::Subject subject{path, m_uninstaller.applications.bundleIDForAppWithPath(path).value_or(std::string()), {}};
+    const std::lock_guard lock(services().treeLock);
+    for (const auto& entry : rootNode()->children()) {
+        for (const auto& item : entry->children()) {
+            // An application goes with its own entry, or with the package that brought it.
+            if (item->ifEnabled() && pathExtension(item->path()) == "app" && item->type() != nodetype::kLoginItem)
+                subject.going.insert(item->path());
+        }
+    }
+    return subject;
+}
+
+void ApplicationUninstaller::addEntry(const Node::Pointer& entry) {
     {
         const std::lock_guard lock(services().treeLock);
         rootNode()->setEnabledWithoutRecalc(true);
     }
-    addChildNode(application);
+    entry->setNeedExpand(true);
+    addChildNode(entry);
     incFoundObjectsCount();
     updateInterfaceAndWaitUntilDone(false);
+}
+
+void ApplicationUninstaller::addApplicationAtPath(const std::string& path) {
+    const auto claims = m_parts.ownership.claimsOn(subjectAt(path), this);
+    if (!claims)
+        return;
+    const bool isOfTheSystem = claims->subject().identifier.find("com.apple") != std::string::npos;
+    const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true,
+                                                isOfTheSystem ? nodetype::kSystemApplication : std::int8_t{0});
+    const auto bundle = Node::nodeWithName(m_uninstaller.folders.abbreviateWithTilde(path), Icon::ItsOwn, 1,
+                                           m_uninstaller.sizes.folderSizeAtPath(path), path, true);
+    const SharedEvidence evidence(EvidenceRule::Bundle, claims->subject().identifier);
+    application->setEvidence(evidence);
+    bundle->setEvidence(evidence);
+    application->addChild(bundle);
+    addEntry(application);
     std::vector<std::string> pathes{path};
     for (auto& nested : nestedApplications(m_uninstaller.files, path))
         pathes.push_back(std::move(nested));
-    m_parts.finder.findAllResourcesForApplications(pathes, *application);
+    m_parts.finder.findAllResourcesForApplications(pathes, *application,
+                                                   {*claims, m_parts.ownership.checksWeakMatches()});
 }
 
 void ApplicationUninstaller::addPackageAtPath(const std::string& path) {
@@ -99,27 +129,80 @@ void ApplicationUninstaller::addPackageAtPath(const std::string& path) {
     if (!attributes || (attributes->type != FileType::Regular && attributes->type != FileType::Directory))
         return;
     const auto type = attributes->type == FileType::Regular ? Package::Type::Flat : Package::Type::Bundle;
-    auto record = m_parts.packages.packageAt(std::string(lastPathComponent(path)), path, type);
-    std::vector<std::string> pathes{path};
-    for (auto& entry : m_parts.packages.getPackageDependencies(record, true))
-        pathes.push_back(std::move(entry));
+    const std::string name(lastPathComponent(path));
+    const auto entries = m_parts.packages.getPackageDependencies(m_parts.packages.packageAt(name, path, type), true);
+    auto subject = subjectAt(path);
+    // What the package installed is the package's own.
+    std::ranges::copy_if(entries, std::inserter(subject.going, subject.going.end()),
+                         [](const auto& entry) { return pathExtension(entry) == "app"; });
+    const auto claims = m_parts.ownership.claimsOn(std::move(subject), this);
+    if (!claims)
+        return;
     const auto package = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true);
-    package->setNeedExpand(true);
-    for (const auto& entry : pathes) {
+    const auto add = [&](const std::string& title, const std::string& item, std::uint64_t size, Icon icon,
+                         EvidenceRule rule) {
+        auto evidence = claims->judged(item, {rule, EvidenceStrength::Certain, name});
+        auto node = Node::nodeWithName(title, icon, 1, size, item, true);
+        showEvidence(*node, std::move(evidence), m_parts.ownership.checksWeakMatches());
+        package->addUniqueChild(std::move(node));
+    };
+    const auto addFile = [&](const std::string& file, EvidenceRule rule) {
+        if (m_uninstaller.files.attributesOfItemAtPath(file, Links::DontFollow) &&
+            m_uninstaller.files.removals().guard().reasonAgainst(file).empty())
+            add(m_uninstaller.folders.abbreviateWithTilde(file), file, m_uninstaller.sizes.folderSizeAtPath(file),
+                Icon::ItsOwn, rule);
+    };
+    package->setEvidence(SharedEvidence(EvidenceRule::Package, name));
+    addFile(path, EvidenceRule::Package);
+    for (const auto& entry : entries) {
         if (const auto receipt = entry.find(kReceiptEntry); receipt != std::string::npos)
-            package->addUniqueChild(
-                Node::nodeWithName(entry, Icon::Package, 1, 0, entry.substr(receipt + kReceiptEntry.size()), true));
-        else if (m_uninstaller.files.attributesOfItemAtPath(entry, Links::DontFollow) &&
-                 m_uninstaller.files.removals().guard().reasonAgainst(entry).empty())
-            package->addUniqueChild(Node::nodeWithName(m_uninstaller.folders.abbreviateWithTilde(entry), Icon::ItsOwn,
-                                                       1, m_uninstaller.sizes.folderSizeAtPath(entry), entry, true));
+            add(entry, entry.substr(receipt + kReceiptEntry.size()), 0, Icon::Package, EvidenceRule::Receipt);
+        else
+            addFile(entry, EvidenceRule::Receipt);
     }
+    package->recalcSize();
+    addEntry(package);
+}
+
+void ApplicationUninstaller::reconsiderClaims() {
+    std::vector<Node::Pointer> entries;
     {
         const std::lock_guard lock(services().treeLock);
-        rootNode()->setEnabledWithoutRecalc(true);
+        entries = rootNode()->children();
     }
-    addChildNode(package);
-    incFoundObjectsCount();
+    for (const auto& entry : entries)
+        reconsiderClaimsOn(*entry);
+}
+
+void ApplicationUninstaller::reconsiderClaimsOn(Node& entry) {
+    struct Item {
+        Node::Pointer node;
+        std::string path;
+        Evidence evidence;
+    };
+    std::vector<Item> items;
+    std::string path;
+    {
+        const std::lock_guard lock(services().treeLock);
+        path = entry.path();
+        for (const auto& node : entry.children()) {
+            if (const auto* evidence = node->evidence())
+                items.push_back({node, node->path(), *evidence});
+        }
+    }
+    // Something is listed, so the applications are known by now.
+    const auto claims = m_parts.ownership.claimsOn(subjectAt(path), nullptr);
+    const bool checksWeakMatches = m_parts.ownership.checksWeakMatches();
+    for (auto& item : items) {
+        auto judged = claims->judged(item.path, item.evidence);
+        const std::lock_guard lock(services().treeLock);
+        if (isCheckedAtFirst(judged, checksWeakMatches) != !item.node->isCheckedAlone()) {
+            showEvidence(*item.node, std::move(judged), checksWeakMatches);
+            entry.recalcSize();
+        } else if (judged != item.evidence) {
+            item.node->setEvidence(SharedEvidence(std::move(judged)));
+        }
+    }
 }
 
 void ApplicationUninstaller::showDropImageView() {

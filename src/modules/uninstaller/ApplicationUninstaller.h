@@ -3,6 +3,7 @@
 #include "appcore/ResourceFinder.h"
 #include "engine/ADScanControllerView.h"
 #include "modules/ModuleServices.h"
+#include "modules/uninstaller/Ownership.h"
 #include "modules/uninstaller/UninstallSteps.h"
 
 #include <string>
@@ -19,6 +20,7 @@ class ApplicationUninstaller final : public ADScanControllerView {
         ResourceFinder& finder;
         PackageManager& packages;
         UninstallSteps& steps;
+        const Ownership& ownership;
     };
 
     /// All outlive this.
@@ -36,14 +38,22 @@ class ApplicationUninstaller final : public ADScanControllerView {
     void showDropImageView() override;
     /// Asks before a system application or the program itself is removed, and has what runs quit.
     bool isRootNodeCleanable(Node& node) override;
+    /// Looks again who claims what is listed: what goes and what stays of the list may have changed, and so may the
+    /// preference. Only what is judged otherwise than before changes its check mark.
+    void reconsiderClaims();
 
   protected:
     bool cleanThisNode(Node& node) override { return m_parts.steps.removeItem(node); }
+    void checkMarksChanged() override { reconsiderClaims(); }
 
   private:
     [[nodiscard]] std::string className() const override { return "ApplicationUninstaller"; }
     void addApplicationAtPath(const std::string& path);
     void addPackageAtPath(const std::string& path);
+    void addEntry(const Node::Pointer& entry);
+    /// The listed entry at `path`, as what others may claim things of.
+    [[nodiscard]] Claims::Subject subjectAt(const std::string& path) const;
+    void reconsiderClaimsOn(Node& entry);
     [[nodiscard]] bool isListed(const std::string& path) const;
     bool confirmsOwnRemoval();
 

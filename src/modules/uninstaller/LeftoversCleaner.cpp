@@ -1,8 +1,8 @@
 #include "modules/uninstaller/LeftoversCleaner.h"
 
 #include "appcore/LoginItems.h"
-#include "appcore/NameMatcher.h"
 #include "appcore/SWApplicationCore.h"
+#include "appcore/ownership/InstalledApplications.h"
 #include "appcore/processes/LaunchItems.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
@@ -40,21 +40,13 @@ std::string lowercaseName(std::string_view path) { return lowercaseString(lastPa
 } // namespace
 
 LeftoversCleaner::LeftoversCleaner(Services services)
-    : m_services(std::move(services)), m_allApps(getAllApps()), m_allPrefFiles(getAllPrefFiles()),
-      m_allLaunchFiles(m_services.launchItems.getAllLaunchFiles()) {}
+    : m_services(std::move(services)), m_allApps(m_services.installed.index(nullptr)),
+      m_allPrefFiles(getAllPrefFiles()), m_allLaunchFiles(m_services.launchItems.getAllLaunchFiles()) {}
 
 void LeftoversCleaner::leftoversAnalyse() {
     getPrefFilesToRemove();
     getLaunchFilesToRemove();
     getLoginItemsToRemove();
-}
-
-std::vector<LeftoversCleaner::InstalledApplication> LeftoversCleaner::getAllApps() const {
-    std::vector<InstalledApplication> all;
-    for (const auto& path : m_services.applications.getAllApllicationArray())
-        all.push_back({std::string(nameWithoutExtension(path)), path,
-                       m_services.applications.bundleIDForAppWithPath(path).value_or(std::string())});
-    return all;
 }
 
 LeftoversCleaner::Paths LeftoversCleaner::getAllPrefFiles() const {
@@ -71,22 +63,15 @@ LeftoversCleaner::Paths LeftoversCleaner::getAllPrefFiles() const {
 }
 
 LeftoversCleaner::PathSet LeftoversCleaner::getPrefsOfNonexistentApps() const {
-    if (m_allApps.empty()) {
+    if (m_allApps->applications().empty()) {
         // A volume without its applications: that says nothing about whose the preferences are.
         m_services.reportProblem(
             {ErrorKind::NotFound, {}, "no applications are known, so no preferences count as left over"});
         return {};
     }
-    std::vector<std::string> names;
-    std::vector<std::string> identifiers;
-    for (const auto& application : m_allApps) {
-        names.push_back(lowercaseString(application.name));
-        identifiers.push_back(lowercaseString(application.bundleID));
-    }
-    const NameMatcher installed(names, identifiers);
     PathSet found;
     for (const auto& path : m_allPrefFiles) {
-        if (!installed.matches(lowercaseString(nameWithoutExtension(path))))
+        if (!m_allApps->hasOwnerOfPreferences(nameWithoutExtension(path)))
             found.insert(path);
     }
     return found;
@@ -138,6 +123,12 @@ const LeftoversCleaner::PathSet& LeftoversCleaner::getLaunchFilesToRemove() {
             m_launchFilesToRemove.insert(path);
     }
     return m_launchFilesToRemove;
+}
+
+Evidence LeftoversCleaner::evidenceOfLaunchFile(const std::string& path) const {
+    const auto definition = m_services.launchItems.definitionAtPath(path);
+    return {EvidenceRule::DeadLaunchItem, EvidenceStrength::Certain,
+            definition ? definition->program.value_or(std::string()) : std::string()};
 }
 
 const LeftoversCleaner::Paths& LeftoversCleaner::getLoginItemsToRemove() {

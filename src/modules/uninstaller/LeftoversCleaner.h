@@ -1,8 +1,10 @@
 #pragma once
 
+#include "engine/tree/Evidence.h"
 #include "platform/Error.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -10,7 +12,9 @@
 
 namespace sweeply {
 
+class ApplicationIndex;
 class FileManager;
+class InstalledApplications;
 class LaunchItems;
 class LoginItems;
 class SWApplicationCore;
@@ -22,15 +26,11 @@ class LeftoversCleaner final {
     struct Services {
         FileManager& files;
         const SWApplicationCore& applications;
+        InstalledApplications& installed;
         const LoginItems& loginItems;
         const LaunchItems& launchItems;
         /// Told of what could not be read or removed.
         std::function<void(const Error&)> reportProblem;
-    };
-    struct InstalledApplication {
-        std::string name; ///< of its bundle
-        std::string path;
-        std::string bundleID; ///< empty when it has none
     };
     using Paths = std::vector<std::string>;
     using PathSet = std::set<std::string, std::less<>>;
@@ -57,6 +57,8 @@ class LeftoversCleaner final {
     const PathSet& getLaunchFilesToRemove();
     /// Found once.
     const Paths& getLoginItemsToRemove();
+    /// Why a launch file is left over, as it is now.
+    [[nodiscard]] Evidence evidenceOfLaunchFile(const std::string& path) const;
 
     // Removals of what was found, which is forgotten then
 
@@ -66,20 +68,19 @@ class LeftoversCleaner final {
     /// Removes files at the login items' paths. The items stay in the list of login items.
     void removeLoginItems();
 
-    [[nodiscard]] const std::vector<InstalledApplication>& allApps() const { return m_allApps; }
+    [[nodiscard]] const ApplicationIndex& allApps() const { return *m_allApps; }
     [[nodiscard]] const Paths& allPrefFiles() const { return m_allPrefFiles; }
     /// Those found by the last getLaunchFilesToRemove().
     [[nodiscard]] const PathSet& launchFilesToRemove() const { return m_launchFilesToRemove; }
     [[nodiscard]] const Paths& allLaunchFiles() const { return m_allLaunchFiles; }
 
   private:
-    [[nodiscard]] std::vector<InstalledApplication> getAllApps() const;
     [[nodiscard]] Paths getAllPrefFiles() const;
     [[nodiscard]] bool isNotUsedForWeeks(const std::string& path, int weeks) const;
     void deleteFile(const std::string& path);
 
     Services m_services;
-    std::vector<InstalledApplication> m_allApps;
+    std::shared_ptr<const ApplicationIndex> m_allApps;
     Paths m_allPrefFiles;
     Paths m_allLaunchFiles;
     std::optional<PathSet> m_prefFilesToRemove;

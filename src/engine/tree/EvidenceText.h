@@ -1,0 +1,17 @@
+#pragma once
+
+#include "engine/tree/Evidence.h"
+
+#include <string>
+
+namespace sweeply {
+
+/// Evidence as a sentence for people, in their language: why an item is listed. Terms stand in it as they are: make
+/// them harmless where it is shown.
+[[nodiscard]] std::string sentenceFor(const Evidence& evidence);
+
+/// Why such an item is unchecked before the person said anything: who claims it, or that the match is weak. Empty where
+/// neither is so.
+[[nodiscard]] std::string reasonAgainstChecking(const Evidence& evidence);
+
+} // namespace sweeply
