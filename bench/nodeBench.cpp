@@ -21,12 +21,14 @@ struct Results {
         for (std::int64_t i = 0; i < count; ++i) {
             std::string path = pathOf(i);
             files.push_back(Node::nodeWithName(path.substr(path.rfind('/') + 1), Icon::ItsOwn, 0, 4096, path, true));
+            files.back()->setEvidence(evidence);
             folder->addChild(files.back());
         }
     }
 
     Node::Pointer root = Node::nodeWithName("root", Icon::None, 0, 0);
     Node::Pointer folder = Node::nodeWithName("folder", Icon::None, 0, 0);
+    SharedEvidence evidence{EvidenceRule::CacheFolder};
     std::vector<Node::Pointer> files;
 };
 
@@ -70,6 +72,23 @@ void toggleOneByOne(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
+
+#if defined(__GLIBC__)
+/// "node" is what the class takes, "item" all that one more item costs, its path included.
+void memory(benchmark::State& state) {
+    const auto used = [] {
+        const auto info = ::mallinfo2();
+        return static_cast<double>(info.uordblks + info.hblkhd);
+    };
+    for (auto _ : state) {
+        const double before = used();
+        const Results results(state.range(0));
+        state.counters["node"] = static_cast<double>(sizeof(Node));
+        state.counters["item"] = (used() - before) / static_cast<double>(state.range(0));
+    }
+}
+BENCHMARK(memory)->Arg(1'000'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+#endif
 
 BENCHMARK(addOneByOne)->Arg(100'000)->Arg(200'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(removeOneByOne)->Arg(100'000)->Arg(200'000)->Unit(benchmark::kMillisecond);
