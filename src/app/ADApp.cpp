@@ -18,6 +18,7 @@ ADApp::~ADApp() = default;
 
 void ADApp::start(Face face) {
     m_log.log(formatText("Sweeply v. %@ started with arguments %@.", {SWEEPLY_VERSION, listForLog(m_arguments)}));
+    m_application.sweepTemporaryFiles();
     m_application.ignoreList().load();
     initUserDefaults();
     if (face == Face::Window) {

@@ -3,6 +3,7 @@
 #include "app/MakersServers.h"
 #include "app/ModuleCatalog.h"
 #include "appcore/AppleLanguages.h"
+#include "appcore/SlimmingRecord.h"
 #include "modules/binaries/UniversalBinariesController.h"
 #include "modules/caches/CachesScanController.h"
 #include "modules/caches/UserCacheDirectory.h"
@@ -43,7 +44,7 @@ Application::Application(Target target, const HostServices& host)
       m_privileged(m_authorization, m_tools, host.log),
       m_removals(*m_target.files, m_target.folders, m_privileged, m_tools, host.log),
       m_sizes(*m_target.files, m_target.version), m_workspace(*m_target.files, m_target.folders.APPLICATIONSPATH),
-      m_registry(*m_target.files, m_target.folders.expandTilde(kSupportFolder) + "RegisteredApplications.plist"),
+      m_registry(*m_target.files, supportFolder() + "RegisteredApplications.plist"),
       m_applications(*m_target.files, m_target.folders, m_target.version.isOnLeopardOrBetter() ? &m_registry : nullptr,
                      host.log),
       m_tasks(m_tools, host.log), m_loginItems(*m_target.files, m_target.folders, host.log),
@@ -63,7 +64,7 @@ Application::Application(Target target, const HostServices& host)
       m_ignoreList(
           {m_defaults, *m_target.files, m_applications, host.alerts, host.mainThread, host.log, m_http, m_tools,
            joinedPath(host.shareFolder, SharedIgnoreList::kFileName),
-           m_target.folders.expandTilde(kSupportFolder) + std::string(SharedIgnoreList::kFileName),
+           supportFolder() + std::string(SharedIgnoreList::kFileName),
            [this] { return m_locale.formatDateAndTime(std::time(nullptr)); },
            makersServers(m_target.version,
                          appleLanguages(*m_target.files, m_target.folders).value_or(std::vector<std::string>()))}),
@@ -97,11 +98,12 @@ void Application::addModules(const HostServices& host) {
         rowFor(kLanguagesView),
         std::make_unique<LanguagesController>(services, m_scanController, m_languageKeepList,
                                               LanguagesController::Person{host.alerts, host.showLanguagePreferences}));
-    m_scanController.addModule(rowFor(kBinariesView),
-                               std::make_unique<UniversalBinariesController>(
-                                   services, m_scanController,
-                                   UniversalBinariesController::Tools{m_removals, m_privileged, m_tools, host.alerts},
-                                   m_target.processorFamily, m_target.version));
+    m_scanController.addModule(
+        rowFor(kBinariesView),
+        std::make_unique<UniversalBinariesController>(
+            services, m_scanController,
+            UniversalBinariesController::Tools{m_removals, m_privileged, m_tools, host.alerts, supportFolder()},
+            m_target.processorFamily, m_target.version));
     m_scanController.addModule(rowFor(kDevJunkView), std::make_unique<DevTrashController>(services, m_scanController));
     auto extensions = std::make_unique<ExtensionsScanController>(
         services, m_scanController,
@@ -129,6 +131,18 @@ void Application::addModules(const HostServices& host) {
 LeftoversCleaner Application::leftoversCleaner(std::function<void(const Error&)> reportProblem) const {
     return LeftoversCleaner(
         {*m_target.files, m_applications, m_installed, m_loginItems, m_launchItems, std::move(reportProblem)});
+}
+
+std::string Application::supportFolder() const { return m_target.folders.expandTilde(kSupportFolder); }
+
+void Application::sweepTemporaryFiles() {
+    SlimmingRecord::sweep(*m_target.files, supportFolder(),
+                          [this](const std::string& copy) { return m_removals.tryToRemoveFileAtPath(copy); });
+    for (const auto& folder :
+         {m_target.folders.expandTilde("~/Library/Preferences"), m_target.folders.expandTilde("~/Library/LaunchAgents"),
+          std::string(pathWithoutLastComponent(m_target.preferencesFile))})
+        m_target.files->sweepTemporaryFilesAtPath(folder);
+    m_removals.finishRun();
 }
 
 void Application::startInventory() {

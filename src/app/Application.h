@@ -72,6 +72,8 @@ class Application final {
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
 
+    /// Removes what killed runs of the program left in its own folders and in applications. At the start.
+    void sweepTemporaryFiles();
     /// Starts building the list of applications, once.
     void startInventory();
 
@@ -97,6 +99,8 @@ class Application final {
 
   private:
     void addModules(const HostServices& host);
+    /// Our own folder in the user's home, with a slash behind it.
+    [[nodiscard]] std::string supportFolder() const;
 
     Target m_target;
     const Pace m_pace;

@@ -5,6 +5,7 @@
 #include "platform/FileStatus.h"
 #include "platform/FileWriting.h"
 #include "platform/TargetPath.h"
+#include "platform/TemporaryFiles.h"
 
 #include <algorithm>
 #include <array>
@@ -13,6 +14,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace sweeply {
 
@@ -157,8 +159,14 @@ Result<void> FileManager::createFileAtPath(std::string_view path, std::string_vi
 }
 
 Result<void> FileManager::writeAtomically(std::string_view path, std::string_view contents, mode_t mode) {
-    const auto located = locate(path);
-    return located ? replaceContents(*located, contents, mode, path) : Failure(located.error());
+    auto located = locate(path);
+    return located ? replaceContents(std::move(*located), contents, mode, path) : Failure(located.error());
+}
+
+void FileManager::sweepTemporaryFilesAtPath(std::string_view path,
+                                            const std::function<bool(const std::string&)>& mayGo) {
+    if (const auto folder = openDirectory(path))
+        sweepTemporaryFiles(folder->get(), mayGo);
 }
 
 Result<void> FileManager::createSymbolicLinkAtPath(std::string_view path, const std::string& destination) {

@@ -7,6 +7,7 @@
 #include "platform/UniqueFd.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -81,12 +82,14 @@ class FileManager final {
     /// Replaces the file at `path` or leaves the old one whole: written beside it, synced, renamed over it. An existing
     /// file's mode and owner are kept; a link at `path` is replaced, not written through.
     Result<void> writeAtomically(std::string_view path, std::string_view contents, mode_t mode = 0644);
+    /// Removes from the folder at `path` what killed processes of ours left; sweepTemporaryFiles says what that is.
+    void sweepTemporaryFilesAtPath(std::string_view path, const std::function<bool(const std::string&)>& mayGo = {});
     /// Makes a link at `path` that says `destination`, unresolved.
     Result<void> createSymbolicLinkAtPath(std::string_view path, const std::string& destination);
     /// Renames within the target; an item at `to` is not replaced.
     Result<void> moveItemAtPath(std::string_view from, std::string_view to);
     /// Renames the file `replacement` of the located item's folder over the item, which must be no folder, and has that
-    /// on the disk before it returns.
+    /// on the disk before it returns. A replacement that cannot take the item's place is removed.
     Result<void> replaceFile(const Located& item, const std::string& replacement);
     /// Removals::removeItemAtPath.
     Result<void> removeItemAtPath(std::string_view path) { return m_removals.removeItemAtPath(path); }

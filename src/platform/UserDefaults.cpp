@@ -157,7 +157,7 @@ Result<void> UserDefaults::writeChanges() {
     const std::string folder = m_path.substr(0, m_path.rfind('/'));
     if (auto made = m_fileManager.createDirectoryAtPath(folder); !made)
         return made;
-    const auto fileLock = FileLock::acquire(m_fileManager, m_path + ".lockfile");
+    const auto fileLock = FileLock::acquire(m_fileManager, m_path);
     if (!fileLock)
         return Failure(fileLock.error());
 

@@ -103,6 +103,22 @@ TEST_F(ADAppTest, FirstStartWritesTheDefaultsAndTheSecondChangesNothing) {
     EXPECT_EQ(m_watchers.installed.back(), "trash");
 }
 
+TEST_F(ADAppTest, StartSweepsWhatKillsLeft) {
+    const std::string library = "/Users/sam/Library/";
+    for (const char* name : {"Preferences/.com.brindle.Sweeply.plist.sweeply-abcdefgh",
+                             "Preferences/.loginwindow.plist.sweeply-lock", "LaunchAgents/.x.plist.sweeply-abcdefgh",
+                             "Application Support/Sweeply/.PkgsInfo.sweeply-abcdefgh", "Other/.x.sweeply-abcdefgh"})
+        write(library + name, "1");
+    startProgram();
+    EXPECT_FALSE(exists(library + "Application Support/Sweeply/.PkgsInfo.sweeply-abcdefgh"));
+    EXPECT_TRUE(std::filesystem::is_empty(host(library + "LaunchAgents")));
+    EXPECT_TRUE(exists(library + "Other/.x.sweeply-abcdefgh")) << "no folder of ours";
+    std::vector<std::string> preferences;
+    for (const auto& entry : std::filesystem::directory_iterator(host(library + "Preferences")))
+        preferences.push_back(entry.path().filename());
+    EXPECT_THAT(preferences, ElementsAre("com.brindle.Sweeply.plist"));
+}
+
 TEST_F(ADAppTest, FromADiskImageNothingIsInstalled) {
     startProgram(true);
     EXPECT_THAT(m_watchers.installed, IsEmpty());

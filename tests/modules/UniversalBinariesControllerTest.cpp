@@ -1,6 +1,7 @@
 #include "modules/binaries/UniversalBinariesController.h"
 
 #include "appcore/ProcessorFamily.h"
+#include "appcore/SlimmingRecord.h"
 #include "formats/MachOReader.h"
 #include "modules/ModuleWorld.h"
 #include "modules/binaries/LipoReport.h"
@@ -18,6 +19,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr std::uint64_t kSlice = 8192;
+constexpr const char* kState = "/Users/sam/Library/Application Support/Sweeply";
 
 std::string fatFile(const std::vector<std::string>& names) {
     std::vector<const macho::Architecture*> list;
@@ -36,7 +38,7 @@ class BinariesTest : public ModuleTest {
         m_module = &m_world.add(4, std::make_unique<UniversalBinariesController>(
                                        services(), *m_world.coordinator,
                                        UniversalBinariesController::Tools{m_world.removals, m_world.privileged,
-                                                                          m_ignoreList.tools, m_world.alerts},
+                                                                          m_ignoreList.tools, m_world.alerts, kState},
                                        family, m_version));
     }
     void writeProgram(const std::string& path, const std::string& bytes) {
@@ -47,6 +49,19 @@ class BinariesTest : public ModuleTest {
     void scan() {
         findApplications();
         m_world.scan();
+    }
+    BinarySlimmer slimmer(std::function<void(BinarySlimmer::Step)> reached = [](BinarySlimmer::Step) {}) {
+        return {m_world.files(), m_world.removals, m_world.privileged, m_ignoreList.tools, kState, std::move(reached)};
+    }
+    void sweep() {
+        SlimmingRecord::sweep(m_world.files(), kState,
+                              [this](const std::string& copy) { return m_world.removals.tryToRemoveFileAtPath(copy); });
+    }
+    std::vector<std::string> namesIn(const std::string& folder) {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(host(folder)))
+            names.push_back(entry.path().filename());
+        return names;
     }
     std::string listed() { return textOf(*m_module->rootNode()); }
 
@@ -97,9 +112,10 @@ TEST_F(BinariesTest, SlimmingKeepsTheMachinesSlicesAndTheApplicationIsPassedOver
         ASSERT_EQ(fat->slices.size(), 2U);
         EXPECT_EQ(slim.substr(fat->slices[0].offset, kSlice), whole.substr(4096 + kSlice, kSlice));
         EXPECT_TRUE(m_world.exists("/Applications/One.app/.Clean"));
-        EXPECT_FALSE(m_world.exists(inOne(std::string(name) + ".ditto")));
         EXPECT_EQ(fs::status(host(inOne(name))).permissions(), fs::perms(0755));
     }
+    EXPECT_THAT(namesIn(inOne("MacOS")), testing::UnorderedElementsAre("One", "it's \"x\" $(y)"));
+    EXPECT_THAT(namesIn(kState), IsEmpty());
     writeProgram(inOne("MacOS/One"), whole);
     scan();
     EXPECT_EQ(listed(), "") << "it was slimmed before";
@@ -150,40 +166,66 @@ TEST_F(BinariesTest, UnknownProcessorsMeanThatNothingIsFoundAndThatIsSaidOnce) {
     EXPECT_THAT(m_world.alerts.texts(), ElementsAre(HasSubstr("Universal Binaries module error|We apologize")));
 }
 
-/// However the program ends in the middle, the executable is the old or the new one, whole.
-TEST_F(BinariesTest, KilledAtAnyStepTheExecutableIsWhole) {
+/// However the program ends in the middle, the executable is the old or the new one, whole, and the next start leaves
+/// nothing else.
+TEST_F(BinariesTest, KilledAtAnyStepTheExecutableIsWholeAndTheNextStartTakesTheCopy) {
     const auto whole = fatFile({"ppc", "i386"});
     const auto slim = macho::executable(*macho::findArchitecture("i386"), 5000);
     using Step = BinarySlimmer::Step;
+    write(inOne("MacOS/One.ditto"), "a stranger's");
     for (const Step last : {Step::Copied, Step::Replaced}) {
         writeProgram(inOne("MacOS/One"), whole);
         const pid_t child = ::fork();
         if (child == 0) {
-            BinarySlimmer slimmer(m_world.files(), m_world.removals, m_world.privileged, m_ignoreList.tools,
-                                  [&](Step step) {
-                                      if (step == last)
-                                          ::_exit(7);
-                                  });
-            slimmer.slimBinaryAtPath(inOne("MacOS/One"), {"i386"});
+            slimmer([&](Step step) {
+                if (step == last)
+                    ::_exit(7);
+            }).slimBinaryAtPath(inOne("MacOS/One"), {"i386"});
             ::_exit(0);
         }
         int status = 0;
         ASSERT_EQ(::waitpid(child, &status, 0), child);
         ASSERT_EQ(WEXITSTATUS(status), 7);
         EXPECT_EQ(read(inOne("MacOS/One")), last == Step::Copied ? whole : slim);
-        BinarySlimmer again(m_world.files(), m_world.removals, m_world.privileged, m_ignoreList.tools);
-        EXPECT_TRUE(again.slimBinaryAtPath(inOne("MacOS/One"), {"i386"}));
-        EXPECT_EQ(read(inOne("MacOS/One")), slim) << "what was left beside it is no obstacle";
+        EXPECT_EQ(namesIn(inOne("MacOS")).size(), last == Step::Copied ? 3U : 2U);
+        sweep();
+        EXPECT_THAT(namesIn(inOne("MacOS")), testing::UnorderedElementsAre("One", "One.ditto"));
+        EXPECT_THAT(namesIn(kState), IsEmpty());
     }
+    EXPECT_EQ(read(inOne("MacOS/One.ditto")), "a stranger's");
+}
+
+TEST_F(BinariesTest, CopyThatCannotTakeTheExecutablesPlaceGoesAndOneUnderWayStays) {
+    writeProgram(inOne("MacOS/One"), fatFile({"ppc", "i386"}));
+    auto slimmed = slimmer([&](BinarySlimmer::Step) {
+        sweep();
+        EXPECT_EQ(namesIn(inOne("MacOS")).size(), 2U) << "whoever works on it is alive";
+        m_world.target.remove(inOne("MacOS/One"));
+        write(inOne("MacOS/One/file"), "a folder has its place now");
+    });
+    EXPECT_FALSE(slimmed.slimBinaryAtPath(inOne("MacOS/One"), {"i386"}));
+    EXPECT_THAT(namesIn(inOne("MacOS")), ElementsAre("One"));
+    EXPECT_THAT(namesIn(kState), IsEmpty());
+}
+
+TEST_F(BinariesTest, RecordThatNamesAnythingButACopyOfOursRemovesNothing) {
+    write("/Users/sam/Documents/letter", "dear");
+    m_world.target.makeLink("/Users/sam/Documents/.letter.sweeply-aaaaaaaa", "letter");
+    for (const char* path : {"/Users/sam/Documents/letter", "/Users/sam/Documents/.letter.sweeply-aaaaaaaa", "/", ""}) {
+        write(kState + ("/" + temporaryName("Slimming")), path);
+        sweep();
+        EXPECT_THAT(namesIn(kState), IsEmpty());
+    }
+    EXPECT_THAT(namesIn("/Users/sam/Documents"), testing::UnorderedElementsAre("letter", ".letter.sweeply-aaaaaaaa"));
 }
 
 TEST_F(BinariesTest, AdministratorSlimsWhatTheUserMayNot) {
     writeProgram(inOne("MacOS/One"), fatFile({"ppc", "i386"}));
     PrivilegedExecution privileged(m_world.rights, m_ignoreList.tools, m_world.log);
-    BinarySlimmer slimmer(m_world.files(), m_world.removals, privileged, m_ignoreList.tools);
+    BinarySlimmer slimming(m_world.files(), m_world.removals, privileged, m_ignoreList.tools, kState);
     const auto slimInLockedFolder = [&] {
         fs::permissions(host(inOne("MacOS")), fs::perms(0555));
-        const bool isSlim = slimmer.slimBinaryAtPath(inOne("MacOS/One"), {"i386"});
+        const bool isSlim = slimming.slimBinaryAtPath(inOne("MacOS/One"), {"i386"});
         fs::permissions(host(inOne("MacOS")), fs::perms(0755));
         return isSlim;
     };

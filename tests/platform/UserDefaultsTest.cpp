@@ -2,6 +2,7 @@
 
 #include "platform/FileManager.h"
 #include "platform/SystemLog.h"
+#include "platform/TemporaryFiles.h"
 
 #include <filesystem>
 #include <fstream>
@@ -248,9 +249,8 @@ TEST_F(UserDefaultsTest, WhatStandsInTheWayIsLeftAlone) {
     EXPECT_TRUE(filesSetAside().empty());
 
     const fs::path victim = m_root + "/victim";
-    const fs::path lock = file().string() + ".lockfile";
+    const fs::path lock = file().parent_path() / lockName(file().filename());
     std::ofstream(victim) << "victim";
-    fs::remove(lock);
     fs::create_symlink(victim, lock);
     EXPECT_FALSE(defaults.synchronize());
     fs::remove(lock);

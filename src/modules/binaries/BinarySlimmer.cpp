@@ -2,7 +2,10 @@
 
 #include "appcore/PrivilegedExecution.h"
 #include "appcore/RemovalPrimitives.h"
+#include "appcore/SlimmingRecord.h"
 #include "platform/Process.h"
+#include "platform/TargetPath.h"
+#include "platform/TemporaryFiles.h"
 #include "platform/ToolTable.h"
 
 #include <utility>
@@ -12,8 +15,6 @@ namespace sweeply {
 namespace {
 
 constexpr const char* kDitto = "/usr/bin/ditto";
-
-std::string copyNameOf(const std::string& name) { return name + ".ditto"; }
 
 /// What a tool said, without its own name in front.
 std::string reasonIn(const std::string& errors) {
@@ -25,8 +26,9 @@ std::string reasonIn(const std::string& errors) {
 } // namespace
 
 BinarySlimmer::BinarySlimmer(FileManager& files, RemovalPrimitives& removals, PrivilegedExecution& privileged,
-                             const ToolTable& tools, std::function<void(Step)> reached)
-    : m_files(files), m_removals(removals), m_privileged(privileged), m_tools(tools), m_reached(std::move(reached)) {}
+                             const ToolTable& tools, std::string stateFolder, std::function<void(Step)> reached)
+    : m_files(files), m_removals(removals), m_privileged(privileged), m_tools(tools),
+      m_stateFolder(std::move(stateFolder)), m_reached(std::move(reached)) {}
 
 bool BinarySlimmer::slimBinaryAtPath(const std::string& path, const std::vector<std::string>& keptSlices) {
     const auto attributes = m_files.attributesOfItemAtPath(path, Links::DontFollow);
@@ -43,57 +45,62 @@ bool BinarySlimmer::slimBinaryAtPath(const std::string& path, const std::vector<
     const auto item = m_files.removals().locateForRemoval(path);
     if (!item)
         return m_removals.failed(path, item.error());
-    std::vector<std::string> arguments;
+    Task task{path, *item, temporaryName(item->name), {}};
     for (const auto& slice : keptSlices)
-        arguments.insert(arguments.end(), {"-arch", slice});
-    arguments.insert(arguments.end(), {"./" + item->name, "./" + copyNameOf(item->name)});
+        task.arguments.insert(task.arguments.end(), {"-arch", slice});
+    task.arguments.insert(task.arguments.end(), {"./" + item->name, "./" + task.copyName});
 
-    auto done = copy(*item, arguments);
+    const SlimmingRecord record(m_files, m_stateFolder, joinedPath(pathWithoutLastComponent(path), task.copyName));
+    auto done = copy(task);
     if (done) {
         m_reached(Step::Copied);
-        done = m_files.replaceFile(*item, copyNameOf(item->name));
+        done = m_files.replaceFile(*item, task.copyName);
     }
     if (!done && m_privileged.isAuthorised())
-        return slimBinaryWithPrivilidgesAtPath(path, *item, arguments);
+        return slimBinaryWithPrivilidgesAtPath(task);
     if (!done)
         return m_removals.failed(path, {done.error().kind, path, done.error().reason});
     m_reached(Step::Replaced);
     return true;
 }
 
-Result<void> BinarySlimmer::copy(const FileManager::Located& item, const std::vector<std::string>& arguments) const {
+Result<void> BinarySlimmer::copy(const Task& task) const {
     const auto ditto = m_tools.programFor(kDitto);
     if (!ditto)
         return Failure(ditto.error());
     ProcessOptions options;
-    options.workingDirectory = item.parent.get();
+    options.workingDirectory = task.item.parent.get();
     options.output = OutputTo::Discard;
     options.errors = OutputTo::Capture;
-    const auto ended = runProcess(*ditto, arguments, options);
+    const auto ended = runProcess(*ditto, task.arguments, options);
     if (!ended)
         return Failure(ended.error());
     if (!ended->succeeded())
-        return Failure(Error{ErrorKind::Other, item.name, reasonIn(ended->errors)});
+        return Failure(Error{ErrorKind::Other, task.item.name, reasonIn(ended->errors)});
     return {};
 }
 
-bool BinarySlimmer::slimBinaryWithPrivilidgesAtPath(const std::string& path, const FileManager::Located& item,
-                                                    const std::vector<std::string>& arguments) {
+bool BinarySlimmer::slimBinaryWithPrivilidgesAtPath(const Task& task) {
+    // An earlier run's copies that only an administrator may remove.
+    SlimmingRecord::sweep(m_files, m_stateFolder,
+                          [this](const std::string& left) { return m_removals.tryToRemoveFileAtPath(left); });
     const auto run = [&](const char* tool, const std::vector<std::string>& words) {
-        const auto status = m_privileged.statusOfCommandWithPrivilidges(tool, words, item.parent.get());
+        const auto status = m_privileged.statusOfCommandWithPrivilidges(tool, words, task.item.parent.get());
         return status && *status == 0;
     };
-    if (!run(kDitto, arguments))
-        return m_removals.failed(path,
-                                 {ErrorKind::Other, path, "could not be slimmed, also with administrator rights"});
+    const auto failed = [&](const char* reason) {
+        return m_removals.failed(task.path, {ErrorKind::Other, task.path, reason});
+    };
+    const std::string copied = "./" + task.copyName;
+    if (!run(kDitto, task.arguments))
+        return failed("could not be slimmed, also with administrator rights");
     m_reached(Step::Copied);
-    const std::string copied = "./" + copyNameOf(item.name);
-    if (run("/bin/mv", {"-f", copied, "./" + item.name})) {
+    if (run("/bin/mv", {"-f", copied, "./" + task.item.name})) {
         m_reached(Step::Replaced);
         return true;
     }
     run("/bin/rm", {"-f", copied});
-    return m_removals.failed(path, {ErrorKind::Other, path, "could not be replaced, also with administrator rights"});
+    return failed("could not be replaced, also with administrator rights");
 }
 
 } // namespace sweeply

@@ -49,7 +49,7 @@ UniversalBinariesController::UniversalBinariesController(const ModuleServices& s
       m_family(std::move(family)), m_hasManyNames(version.isOnLeopardOrBetter()),
       m_keptSlices(allArchitecturesToLeavForArchitecture(m_family)),
       m_tasks(std::make_unique<ADTaskRunner>(tools.table, services.engine.log)),
-      m_slimmer(services.files, tools.removals, tools.privileged, tools.table) {
+      m_slimmer(services.files, tools.removals, tools.privileged, tools.table, std::move(tools.stateFolder)) {
     rootNode()->setName(localizedString("UniversalBinaries"));
     initUserDefaults();
 }

@@ -30,6 +30,8 @@ class UniversalBinariesController final : public ADScanControllerView {
         PrivilegedExecution& privileged;
         const ToolTable& table;
         Alerts& alerts;
+        /// Our own folder in the user's home.
+        std::string stateFolder;
     };
 
     /// `family` is the machine's processor family, "unknown" where it cannot be told; then nothing is ever found.

@@ -12,8 +12,8 @@ using namespace sweeply;
 
 KnownNames::KnownNames(FileManager& files, std::string path) : m_files(files), m_path(std::move(path)) {
     if (m_files.createDirectoryAtPath(pathWithoutLastComponent(m_path))) {
-        if (auto lock = FileLock::acquire(m_files, m_path + ".lockfile"))
-            m_lock = *std::move(lock);
+        if (auto lock = FileLock::acquire(m_files, m_path))
+            m_lock.emplace(*std::move(lock));
     }
     constexpr std::size_t kLargest = std::size_t{4} << 20U;
     const auto bytes = m_files.contentsAtPath(m_path, kLargest);
