@@ -2,6 +2,7 @@
 
 #include "cli/Interrupt.h"
 #include "cli/Session.h"
+#include "cli/StandardOutput.h"
 
 #include "formats/DisplayEscapes.h"
 
@@ -75,14 +76,14 @@ ExitCode run(const std::vector<std::string>& arguments) {
 void complain(std::string_view text) { std::cerr << "sweeply-cli: " + escapedForDisplay(text) + "\n"; }
 
 int runCommandLine(const std::vector<std::string>& arguments) {
+    const StandardOutput output;
     ExitCode outcome = run(arguments);
-    errno = 0;
     std::cout.flush();
-    if (!std::cout && outcome == ExitCode::Done) {
-        if (errno != EPIPE) // a reader that has seen enough is nobody's problem
-            complain("standard output: could not be written");
-        outcome = ExitCode::Incomplete;
-    }
+    const bool isReaderGone = output.failure() == EPIPE; // who has seen enough, as head has, needs not be told
+    if (output.failure() != 0 && !isReaderGone)
+        complain(systemError(output.failure(), "standard output").message());
+    if (output.failure() != 0 && (outcome == ExitCode::Done || outcome == ExitCode::Interrupted))
+        outcome = isReaderGone ? ExitCode::ReaderGone : ExitCode::Incomplete;
     return static_cast<int>(outcome);
 }
 

@@ -10,6 +10,9 @@ enum class ExitCode : int {
     /// The command line or the target is wrong; one line on standard error says what.
     Usage = 2,
     Interrupted = 130,
+    /// Nobody reads standard output any more; the run ended as if interrupted. What a shell says of a program that the
+    /// system ended for that.
+    ReaderGone = 141,
 };
 
 } // namespace sweeply

@@ -21,9 +21,9 @@ void install() {
     sigemptyset(&action.sa_mask);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         ::sigaction(signal, &action, nullptr);
-    // A reader that goes away (head, less) is an error of the write, not of the run.
-    ::signal(SIGPIPE, SIG_IGN);
 }
+
+void request() { g_requested = true; }
 
 bool wasRequested() { return g_requested; }
 

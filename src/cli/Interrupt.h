@@ -6,6 +6,9 @@ namespace sweeply::interrupt {
 /// program at once.
 void install();
 
+/// Has the run end as after an interrupt. Any thread.
+void request();
+
 /// Was one noted? Any thread.
 [[nodiscard]] bool wasRequested();
 

@@ -103,6 +103,7 @@ ExitCode removeAfterQuestion(Session& session, const std::function<void()>& remo
     const CommandLine& line = session.commandLine();
     if (!line.wantsJson)
         printScan(session.application(), session.style(), std::cout);
+    std::cout.flush(); // what cannot be shown is not removed
     if (interrupt::wasRequested())
         return finishClean(session);
     if (!line.saysYes && totalsOf(shownModules(session.application())).filesFoundInEnabled > 0 &&
