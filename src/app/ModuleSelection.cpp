@@ -3,6 +3,7 @@
 #include "app/ModuleCatalog.h"
 #include "engine/ADScanControllerView.h"
 #include "engine/ScanController.h"
+#include "platform/Suggestion.h"
 
 #include <algorithm>
 
@@ -10,17 +11,20 @@ namespace sweeply {
 
 namespace {
 
-/// Every name that a person may use, for telling them.
-std::string knownNames() {
-    std::string names;
+Failure noSuchModule(std::string_view name) {
+    std::vector<std::string> known;
+    std::string list;
     for (const auto& row : scanModules()) {
-        names += (names.empty() ? "" : ", ") + std::string(row.name);
+        known.emplace_back(row.name);
         for (const auto& part : row.switches) {
             if (part.name != row.name)
-                names += ", " + std::string(part.name);
+                known.emplace_back(part.name);
         }
     }
-    return names;
+    for (const auto& each : known)
+        list += (list.empty() ? "" : ", ") + each;
+    return Failure(Error{ErrorKind::NotFound, std::string(name),
+                         "no such module" + suggestionFor(name, known) + "; there are " + list});
 }
 
 } // namespace
@@ -38,8 +42,7 @@ Result<std::vector<std::string>> switchesNamed(const std::vector<std::string>& n
         }
     }
     if (!unknown.empty())
-        return Failure(
-            Error{ErrorKind::NotFound, std::string(unknown.front()), "no such module; there are " + knownNames()});
+        return noSuchModule(unknown.front());
     return found;
 }
 

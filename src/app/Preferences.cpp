@@ -5,6 +5,7 @@
 #include "modules/ignorelist/IgnoreListPreferences.h"
 #include "modules/languages/LanguageKeepList.h"
 #include "modules/uninstaller/UninstallPreferences.h"
+#include "platform/Suggestion.h"
 
 #include <algorithm>
 #include <charconv>
@@ -67,10 +68,14 @@ Result<PreferenceKey> preferenceNamed(std::string_view name) {
     const auto keys = documentedPreferences();
     if (const auto found = std::ranges::find(keys, name, &PreferenceKey::name); found != keys.end())
         return *found;
-    std::string known;
-    for (const auto& key : keys)
-        known += (known.empty() ? "" : ", ") + std::string(key.name);
-    return Failure(Error{ErrorKind::NotFound, std::string(name), "no such preference; there are " + known});
+    std::vector<std::string> known;
+    std::string list;
+    for (const auto& key : keys) {
+        known.emplace_back(key.name);
+        list += (list.empty() ? "" : ", ") + known.back();
+    }
+    return Failure(Error{ErrorKind::NotFound, std::string(name),
+                         "no such preference" + suggestionFor(name, known) + "; there are " + list});
 }
 
 Result<plist::Value> preferenceValue(const PreferenceKey& key, std::string_view text) {

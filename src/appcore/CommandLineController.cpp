@@ -3,7 +3,9 @@
 #include "formats/DisplayEscapes.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
+#include "platform/Suggestion.h"
 #include "platform/SystemLog.h"
+#include "platform/TargetPath.h"
 
 #include <algorithm>
 #include <ostream>
@@ -63,6 +65,16 @@ bool isUser(std::string_view argument) { return argument == "-u" || argument == 
 bool isHelp(std::string_view argument) { return argument == "-h" || argument == "--help"; }
 constexpr std::string_view kShow = "-s";
 
+std::vector<std::string> usersBeside(const FileManager& files, std::string_view home) {
+    std::vector<std::string> users;
+    const auto entries = files.contentsOfDirectoryAtPath(pathWithoutLastComponent(home));
+    for (const auto& entry : entries.value_or(std::vector<DirectoryEntry>())) {
+        if (entry.type == FileType::Directory && !entry.name.starts_with('.'))
+            users.push_back(entry.name);
+    }
+    return users;
+}
+
 Failure complaint(std::string text) { return Failure(Error{ErrorKind::Other, {}, std::move(text)}); }
 
 } // namespace
@@ -114,7 +126,7 @@ Result<void> CommandLineController::setUser(const std::string& name) {
     const FolderConstants chosen(name);
     const bool isOneName = !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
     if (!isOneName || !m_files.directoryExistsAtPath(chosen.home))
-        return complaint("Wrong user name");
+        return complaint("Wrong user name" + suggestionFor(name, usersBeside(m_files, chosen.home)));
     m_log.log(formatText("Sweeply is launched under '%@'", {name}));
     m_folders.userName = chosen.userName;
     m_folders.home = chosen.home;

@@ -5,6 +5,7 @@
 #include "cli/sample/SampleVolume.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
+#include "platform/Suggestion.h"
 #include "platform/SystemLog.h"
 
 #include <CLI/CLI.hpp>
@@ -278,8 +279,12 @@ Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::strin
 
     CLI::App app("sweeply-cli", "sweeply-cli");
     describeCommands(app, line);
-    if (app.get_subcommands([&](const CLI::App* sub) { return sub->get_name() == rest[1]; }).empty())
-        return complaint(formatText("'%@' is no command. Enter -h or --help for detailed information", {rest[1]}));
+    std::vector<std::string> commands;
+    for (const auto* sub : app.get_subcommands([](const CLI::App*) { return true; }))
+        commands.push_back(sub->get_name());
+    if (std::ranges::find(commands, rest[1]) == commands.end())
+        return complaint(formatText("'%@' is no command%@. Enter -h or --help for detailed information",
+                                    {rest[1], suggestionFor(rest[1], commands)}));
     try {
         app.parse(std::vector<std::string>(rest.rbegin(), rest.rend() - 1)); // the library takes them from the back
     } catch (const CLI::CallForHelp& help) {

@@ -1,6 +1,7 @@
 #include "platform/StringExtras.h"
 
 #include "platform/FileManager.h"
+#include "platform/Suggestion.h"
 #include "platform/TestFolder.h"
 
 #include <gtest/gtest.h>
@@ -87,6 +88,23 @@ TEST(StringExtrasTest, HexDigitsOutsideTheRangeAreRefused) {
     EXPECT_EQ(hexToInt('F'), 15);
     EXPECT_EQ(hexToInt('a'), 10);
     EXPECT_EQ(hexToInt('g'), -1);
+}
+
+TEST(Suggestion, CountsSlipsAndSuggestsOnlyWhatIsClose) {
+    const struct {
+        const char *text, *other;
+        std::size_t distance;
+    } rows[]{{"", "", 0},         {"", "abc", 3},           {"scan", "SCAN", 0},
+             {"scna", "scan", 1}, {"kitten", "sitting", 3}, {"ca", "abc", 3}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(editDistance(row.text, row.other), row.distance) << row.text;
+        EXPECT_EQ(editDistance(row.other, row.text), row.distance) << row.other;
+    }
+    const std::vector<std::string> known{"scan", "size", "sample"};
+    EXPECT_EQ(suggestionFor("sacn", known), " (did you mean 'scan'?)");
+    EXPECT_EQ(suggestionFor("simple", known), " (did you mean 'sample'?)");
+    for (const auto& unlike : {std::string("rm"), std::string(), std::string(100000, 's')})
+        EXPECT_EQ(suggestionFor(unlike, known), "");
 }
 
 } // namespace
