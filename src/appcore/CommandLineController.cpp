@@ -6,6 +6,7 @@
 #include "platform/Suggestion.h"
 #include "platform/SystemLog.h"
 #include "platform/TargetPath.h"
+#include "platform/TypedPath.h"
 
 #include <algorithm>
 #include <ostream>
@@ -87,6 +88,13 @@ bool CommandLineController::isReference(std::string_view argument) {
     return takesValue(argument) || isHelp(argument) || argument == kShow;
 }
 
+std::vector<std::string_view> CommandLineController::folderReferences() {
+    std::vector<std::string_view> references;
+    for (const auto& entry : kFolderReferences)
+        references.push_back(entry.reference);
+    return references;
+}
+
 bool CommandLineController::takesValue(std::string_view reference) {
     return isUser(reference) || folderReference(reference) != nullptr;
 }
@@ -125,7 +133,9 @@ CommandLineController::parseArguments(const std::vector<std::string>& arguments)
 Result<void> CommandLineController::setUser(const std::string& name) {
     const FolderConstants chosen(name);
     const bool isOneName = !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
-    if (!isOneName || !m_files.directoryExistsAtPath(chosen.home))
+    if (!isOneName)
+        return complaint("Wrong user name");
+    if (!m_files.directoryExistsAtPath(chosen.home))
         return complaint("Wrong user name" + suggestionFor(name, usersBeside(m_files, chosen.home)));
     m_log.log(formatText("Sweeply is launched under '%@'", {name}));
     m_folders.userName = chosen.userName;
@@ -135,8 +145,11 @@ Result<void> CommandLineController::setUser(const std::string& name) {
 
 Result<void> CommandLineController::setFolder(std::string FolderConstants::*folder, const std::string& path) {
     std::string expanded = m_folders.expandTilde(path);
-    if (!m_files.fileExistsAtPath(expanded))
+    auto meant = typedPath(m_files.root(), expanded);
+    if (!meant || !m_files.fileExistsAtPath(meant->path))
         return complaint(formatText("Path '%@' doesn't exist", {expanded}));
+    if (meant->path != normalisedPath(expanded))
+        expanded = std::move(meant->path);
     m_folders.*folder = std::move(expanded);
     return {};
 }

@@ -30,6 +30,8 @@ class CommandLineController final {
     [[nodiscard]] Result<Outcome> parseArguments(const std::vector<std::string>& arguments);
 
     [[nodiscard]] static bool isReference(std::string_view argument);
+    /// Those that redirect a folder, each with a value.
+    [[nodiscard]] static std::vector<std::string_view> folderReferences();
     /// Is the argument after the reference part of it?
     [[nodiscard]] static bool takesValue(std::string_view reference);
 

@@ -249,12 +249,13 @@ void describeCommands(CLI::App& app, CommandLine& line) {
         ->check(CLI::Range(1U, kLargestSampleScale));
 }
 
-/// Modules and paths stand in one row; paths show by how they begin.
+/// Modules and paths stand in one row; paths show by how they begin, or by a slash.
 void separatePaths(CommandLine& line) {
     if (line.command != Command::Scan && line.command != Command::Clean)
         return;
     const auto paths = std::ranges::stable_partition(line.operands, [](const std::string& operand) {
-        return operand.empty() || std::string_view("/~.").find(operand.front()) == std::string_view::npos;
+        return operand.empty() || (std::string_view("~.").find(operand.front()) == std::string_view::npos &&
+                                   operand.find('/') == std::string::npos);
     });
     line.paths.assign(paths.begin(), paths.end());
     line.operands.erase(paths.begin(), paths.end());

@@ -1,67 +1,131 @@
 #include "cli/Completion.h"
 
 #include "app/ModuleCatalog.h"
+#include "app/Preferences.h"
+#include "appcore/CommandLineController.h"
+#include "cli/CompletionTemplates.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace sweeply {
 
 namespace {
 
-constexpr const char* kGlobalOptions = "--root --user --os --arch --pace --color --verbose --version --help";
+/// What stands before the command. The scripts know how to complete --root and --user.
+struct GlobalOption {
+    const char* name;
+    bool takesValue;
+    const char* values;
+};
+constexpr GlobalOption kGlobalOptions[]{
+    {"--root", true, ""},
+    {"--user", true, ""},
+    {"--os", true, "10.4 10.5 10.6"},
+    {"--arch", true, "intel ppc"},
+    {"--pace", true, "full gentle"},
+    {"--color", true, "auto always never"},
+    {"--verbose", false, ""},
+    {"--version", false, ""},
+    {"--help", false, ""},
+};
+
+using Words = std::vector<std::string>;
 
 std::vector<const CLI::App*> commandsOf(const CLI::App& app) {
     return app.get_subcommands([](const CLI::App*) { return true; });
 }
 
 /// A command's long options and its own commands.
-std::vector<std::string> wordsOf(const CLI::App& command) {
-    std::vector<std::string> words;
+Words wordsOf(const CLI::App& command) {
+    Words words;
     for (const auto* option : command.get_options()) {
         for (const auto& name : option->get_lnames())
             words.push_back("--" + name);
     }
-    for (const auto* inner : commandsOf(command))
+    for (const auto* inner : commandsOf(command)) {
         words.push_back(inner->get_name());
-    if (command.get_name() == "scan" || command.get_name() == "clean") {
-        for (const auto& row : scanModules())
-            words.emplace_back(row.name);
+        for (auto& word : wordsOf(*inner)) {
+            if (std::ranges::find(words, word) == words.end())
+                words.push_back(std::move(word));
+        }
     }
+    if (command.get_name() == "scan" || command.get_name() == "clean" || command.get_name() == "modules") {
+        for (const auto& row : scanModules()) {
+            words.emplace_back(row.name);
+            for (const auto& part : row.switches) {
+                if (part.name != row.name)
+                    words.emplace_back(part.name);
+            }
+        }
+    }
+    if (command.get_name() == "prefs") {
+        for (const auto& key : documentedPreferences())
+            words.emplace_back(key.name);
+    }
+    if (command.get_name() == "completion")
+        words.insert(words.end(), {"bash", "zsh", "fish"});
     return words;
 }
 
-std::string joined(const std::vector<std::string>& words, const char* between) {
+bool takesPaths(const CLI::App& command) {
+    const auto isPath = [](const CLI::Option* option) {
+        const auto& name = option->get_name(true);
+        return name.find("PATH") != std::string::npos || name.find("DIR") != std::string::npos ||
+               name.find("MODULE") != std::string::npos;
+    };
+    return std::ranges::any_of(command.get_options(), isPath) ||
+           std::ranges::any_of(commandsOf(command), [](const CLI::App* inner) { return takesPaths(*inner); });
+}
+
+std::string joined(const Words& words, const char* between) {
     std::string text;
     for (const auto& word : words)
         text += (text.empty() ? "" : between) + word;
     return text;
 }
 
-std::string bashScript(const CLI::App& app) {
-    std::vector<std::string> names;
-    std::string cases;
-    for (const auto* command : commandsOf(app)) {
+Words commandNames(const CLI::App& app) {
+    Words names;
+    for (const auto* command : commandsOf(app))
         names.push_back(command->get_name());
-        cases += "    " + command->get_name() + ") words=\"" + joined(wordsOf(*command), " ") + "\" ;;\n";
+    return names;
+}
+
+/// Of bash and zsh, which tell the same by the same means but for the name of a variable and of a function.
+std::string filled(std::string script, const CLI::App& app, const std::string& variable,
+                   const std::pair<std::string, std::string>& addWords) {
+    Words withValue{"-u"};
+    Words global;
+    std::string values;
+    for (const auto& option : kGlobalOptions) {
+        global.emplace_back(option.name);
+        if (option.takesValue)
+            withValue.emplace_back(option.name);
+        if (*option.values != '\0')
+            values += std::string("    ") + option.name + ") " + addWords.first + option.values + addWords.second +
+                      "; return ;;\n";
     }
-    return "_sweeply_cli() {\n"
-           "    local word=${COMP_WORDS[COMP_CWORD]} command= words i\n"
-           "    for ((i = 1; i < COMP_CWORD; ++i)); do\n"
-           "        case ${COMP_WORDS[i]} in\n"
-           "        " +
-           joined(names, "|") +
-           ") command=${COMP_WORDS[i]}; break ;;\n"
-           "        esac\n"
-           "    done\n"
-           "    case $command in\n" +
-           cases + "    *) words=\"" + kGlobalOptions + " " + joined(names, " ") +
-           "\" ;;\n"
-           "    esac\n"
-           "    COMPREPLY=($(compgen -W \"$words\" -- \"$word\") $(compgen -f -- \"$word\"))\n"
-           "}\n"
-           "complete -o filenames -F _sweeply_cli sweeply-cli\n";
+    for (const auto reference : CommandLineController::folderReferences())
+        withValue.emplace_back(reference);
+    std::string commands;
+    for (const auto* command : commandsOf(app)) {
+        commands += "    " + command->get_name() + ") " + variable + "=\"" + joined(wordsOf(*command), " ") + "\"" +
+                    (takesPaths(*command) ? " paths=yes" : "") + " ;;\n";
+        global.push_back(command->get_name());
+    }
+    const std::pair<std::string_view, std::string> parts[]{
+        {"@OPTIONS_WITH_VALUE@", joined(withValue, " | ")},
+        {"@COMMANDS@", joined(commandNames(app), " | ")},
+        {"@OPTION_VALUES@", values},
+        {"@COMMAND_WORDS@", commands},
+        {"@GLOBAL_WORDS@", joined(global, " ")},
+    };
+    for (const auto& [name, text] : parts)
+        script.replace(script.find(name), name.size(), text);
+    return script;
 }
 
 /// In single quotes.
@@ -71,14 +135,23 @@ std::string quoted(std::string text) {
 }
 
 std::string fishScript(const CLI::App& app) {
-    std::string script;
+    const std::string line = "complete -c sweeply-cli -n ";
+    std::string script = kFishTemplate;
+    for (const auto& option : kGlobalOptions) {
+        const std::string start = line + "__fish_use_subcommand -l " + std::string(option.name).substr(2);
+        if (!option.takesValue)
+            script += start + "\n";
+        else if (*option.values != '\0')
+            script += start + " -x -a " + quoted(option.values) + "\n";
+    }
     for (const auto* command : commandsOf(app)) {
-        const std::string seen = " -n '__fish_seen_subcommand_from " + command->get_name() + "'";
-        script += "complete -c sweeply-cli -n __fish_use_subcommand -a " + command->get_name() + " -d " +
+        const std::string seen = quoted("__fish_seen_subcommand_from " + command->get_name());
+        script += line + "__fish_use_subcommand -f -a " + command->get_name() + " -d " +
                   quoted(command->get_description()) + "\n";
+        if (!takesPaths(*command))
+            script += line + seen + " -f\n";
         for (const auto& word : wordsOf(*command))
-            script += "complete -c sweeply-cli" + seen +
-                      (word.starts_with("--") ? " -l " + word.substr(2) : " -a " + word) + "\n";
+            script += line + seen + (word.starts_with("--") ? " -l " + word.substr(2) : " -a " + word) + "\n";
     }
     return script;
 }
@@ -87,9 +160,9 @@ std::string fishScript(const CLI::App& app) {
 
 std::string completionScript(const CLI::App& commands, std::string_view shell) {
     if (shell == "bash")
-        return bashScript(commands);
+        return filled(kBashTemplate, commands, "words", {"_sweeply_cli_words \"", "\" \"$word\""});
     if (shell == "zsh")
-        return "#compdef sweeply-cli\nautoload -U +X bashcompinit && bashcompinit\n" + bashScript(commands);
+        return filled(kZshTemplate, commands, "known", {"compadd -- ", ""});
     return shell == "fish" ? fishScript(commands) : std::string();
 }
 

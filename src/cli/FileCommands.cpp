@@ -1,6 +1,7 @@
 #include "appcore/sizes/DiskSizes.h"
 #include "cli/Commands.h"
 #include "cli/JsonOutput.h"
+#include "cli/TargetPaths.h"
 #include "cli/TextStyle.h"
 #include "cli/sample/SampleVolume.h"
 #include "formats/DisplayEscapes.h"
@@ -8,7 +9,6 @@
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
 
-#include <filesystem>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -27,15 +27,6 @@ Result<SystemVersion> versionForSizes(const CommandLine& line, const FileManager
     if (!version && version.error().kind == ErrorKind::NotFound)
         return *SystemVersion::fromProductVersion("10.6");
     return version;
-}
-
-/// A path as the person typed it, made absolute where it names something on this machine.
-std::string absolutePath(const std::string& path, const FileManager& files) {
-    if (path.starts_with('/') || !files.isHostRoot())
-        return path;
-    std::error_code error;
-    const auto folder = std::filesystem::current_path(error);
-    return error ? path : (folder / path).string();
 }
 
 } // namespace
@@ -57,13 +48,14 @@ ExitCode runSize(const CommandLine& line) {
     std::uint64_t total = 0;
     Json list = Json::array();
     for (const auto& operand : line.operands) {
-        const std::string path = absolutePath(operand, **files);
-        if (const auto item = (*files)->attributesOfItemAtPath(path, Links::DontFollow); !item) {
+        const auto path = targetPath(**files, operand);
+        const auto item = path ? (*files)->attributesOfItemAtPath(*path, Links::DontFollow) : Failure(path.error());
+        if (!item) {
             complain(operand + ": " + item.error().reason);
             outcome = ExitCode::Usage;
             continue;
         }
-        const std::uint64_t size = sizes.folderSizeAtPath(path);
+        const std::uint64_t size = sizes.folderSizeAtPath(*path);
         total += size;
         if (line.wantsJson)
             list.push_back(

@@ -73,6 +73,27 @@ void printLists(Session& session) {
     }
 }
 
+/// The operands as paths of the target. To take an application off the list that is not there any more, its identifier
+/// stands for it.
+Result<std::vector<std::string>> itemsMeant(Session& session) {
+    const CommandLine& line = session.commandLine();
+    const auto isIdentifier = [&](const std::string& operand) {
+        return line.ignoresApplications && line.ignoreAction == "remove" && operand.find('/') == std::string::npos;
+    };
+    std::vector<std::string> items;
+    for (const auto& operand : line.operands) {
+        if (isIdentifier(operand)) {
+            items.push_back(operand);
+            continue;
+        }
+        const auto paths = targetPaths(session.application().target(), {operand});
+        if (!paths)
+            return paths;
+        items.push_back(paths->front());
+    }
+    return items;
+}
+
 /// Fetches a newer shared list and says how that went.
 ExitCode updateSharedList(Session& session) {
     const auto report = session.updateSharedList();
@@ -92,10 +113,7 @@ ExitCode runIgnore(Session& session) {
         return updateSharedList(session);
     ExitCode outcome = ExitCode::Done;
     if (line.ignoreAction != "list") {
-        // An identifier stands for an application that is not there any more.
-        const auto paths = line.ignoresApplications && line.ignoreAction == "remove"
-                               ? Result<std::vector<std::string>>(line.operands)
-                               : targetPaths(session.application().target(), line.operands);
+        const auto paths = itemsMeant(session);
         if (!paths) {
             complain(paths.error().message());
             return ExitCode::Usage;

@@ -70,6 +70,7 @@ class FileManager final {
     [[nodiscard]] Result<std::string> hostPath(std::string_view path) const { return m_root.hostPath(path); }
     /// The target's root on the host.
     [[nodiscard]] const std::string& rootPath() const { return m_root.path(); }
+    [[nodiscard]] const TargetRoot& root() const { return m_root; }
     /// Is the target the host itself?
     [[nodiscard]] bool isHostRoot() const { return rootPath() == "/"; }
 
