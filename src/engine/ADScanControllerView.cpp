@@ -209,6 +209,14 @@ std::vector<std::string> ADScanControllerView::pathsOfRows(const std::vector<std
     return paths;
 }
 
+std::vector<std::string> ADScanControllerView::pathsBehind(const Node& node) const {
+    std::vector<std::string> paths;
+    std::lock_guard lock(services().treeLock);
+    for (const auto& child : node.invisibleChildren())
+        paths.push_back(child->path());
+    return paths;
+}
+
 void ADScanControllerView::removedAmoutOfSpace(std::uint64_t bytes) {
     services().notifications.post(RemovedAmountOfSpace{bytes});
 }

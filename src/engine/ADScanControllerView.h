@@ -39,6 +39,9 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
     [[nodiscard]] virtual bool shouldBeDragSource() const { return false; }
     /// Whose results are on screen for this module: its own, unless it only stands for others.
     [[nodiscard]] virtual ADScanControllerView& shownController() { return *this; }
+    /// The target's paths of what goes with an item without being shown below it, in the order in which it goes. Empty
+    /// for an item that is just what its own path says.
+    [[nodiscard]] virtual std::vector<std::string> pathsBehind(const Node& node) const;
     /// Items that a removal would take away.
     [[nodiscard]] virtual std::size_t filesFoundForRemove() const { return filesFound(); }
     /// Starts removing what is checked, in a module that uninstalls.

@@ -1,5 +1,6 @@
 #include "ui/InformationPanel.h"
 
+#include "app/ModuleCatalog.h"
 #include "appcore/ResourceFinder.h"
 #include "appcore/receipts/ReceiptFiles.h"
 #include "platform/FileManager.h"
@@ -10,6 +11,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QPlainTextEdit>
 #include <QVBoxLayout>
 
 namespace sweeply {
@@ -36,7 +38,11 @@ QString kindOf(const Result<FileAttributes>& attributes, std::int8_t type, bool 
     return localized("Special file");
 }
 
-QString removalOf(std::int8_t type, bool isReceipt) {
+QString removalOf(std::uint8_t viewCode, std::int8_t type, bool isReceipt) {
+    if (viewCode == kLogsView)
+        return localized("What is in it goes for good; the file or folder itself stays.");
+    if (viewCode == kBinariesView)
+        return localized("Code for processors that the Mac has not is taken out of it; the rest stays.");
     if (type == nodetype::kLoginItem)
         return localized("It is no longer started at login; no file is removed.");
     if (type == nodetype::kLaunchItem)
@@ -46,12 +52,29 @@ QString removalOf(std::int8_t type, bool isReceipt) {
     return localized("It is removed for good, not put into the Trash.");
 }
 
+/// Where the item lies, or the nearest one above it that lies somewhere; empty for a group of a module.
+std::string placeOf(const Node& node) {
+    const Node* place = &node;
+    while (place && !place->path().starts_with('/'))
+        place = place->parentNode();
+    return place ? place->path() : std::string();
+}
+
+QLabel* heading(const QString& text) {
+    auto* label = new QLabel(text);
+    auto font = label->font();
+    font.setPointSizeF(font.pointSizeF() * 0.85);
+    font.setBold(true);
+    label->setFont(font);
+    return label;
+}
+
 } // namespace
 
 InformationPanel::InformationPanel(const FileManager& files, TreeLock& treeLock, SizeUnits units)
     : m_files(files), m_treeLock(treeLock), m_units(units), m_nothing(new QLabel), m_details(new QWidget),
       m_name(new QLabel), m_path(new QLabel), m_kind(new QLabel), m_size(new QLabel), m_modified(new QLabel),
-      m_why(new QLabel), m_removal(new QLabel) {
+      m_why(new QLabel), m_removal(new QLabel), m_behindTitle(heading({})), m_behind(new QPlainTextEdit) {
     auto* form = new QFormLayout;
     form->setRowWrapPolicy(QFormLayout::WrapAllRows);
     form->setVerticalSpacing(8);
@@ -60,13 +83,9 @@ InformationPanel::InformationPanel(const FileManager& files, TreeLock& treeLock,
         label->setTextFormat(Qt::PlainText);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
         label->setAccessibleName(localized(title));
-        auto* heading = new QLabel(localized(title));
-        auto font = heading->font();
-        font.setPointSizeF(font.pointSizeF() * 0.85);
-        font.setBold(true);
-        heading->setFont(font);
-        heading->setBuddy(label);
-        form->addRow(heading, label);
+        auto* row = heading(localized(title));
+        row->setBuddy(label);
+        form->addRow(row, label);
     };
     add(translatable("Name"), m_name);
     add(translatable("Where"), m_path);
@@ -80,41 +99,63 @@ InformationPanel::InformationPanel(const FileManager& files, TreeLock& treeLock,
     form->setContentsMargins(0, 0, 0, 0);
     m_nothing->setText(localized("Select something to see more about it."));
     m_nothing->setWordWrap(true);
+    m_behind->setAccessibleName(localized("What it stands for"));
+    m_behind->setReadOnly(true);
+    m_behind->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_behindTitle->setBuddy(m_behind);
     all->addWidget(m_nothing);
     all->addWidget(m_details);
-    all->addStretch(1);
+    all->addWidget(m_behindTitle);
+    all->addWidget(m_behind, 1);
+    all->addStretch(0);
     setMinimumWidth(220);
-    show(nullptr, {});
+    showNothing();
 }
 
-void InformationPanel::show(const Node::Pointer& node, const QString& moduleDescription) {
-    if (!node) {
-        m_details->hide();
-        m_nothing->show();
-        return;
-    }
+void InformationPanel::showNothing() {
+    m_details->hide();
+    m_nothing->show();
+    showPathsBehind({}, {});
+}
+
+void InformationPanel::show(const Node& node, const Details& details) {
     m_details->show();
     m_nothing->hide();
     std::string path;
+    std::string place;
     std::int8_t type = 0;
     bool isReceipt = false;
     {
         const std::lock_guard lock(m_treeLock);
-        path = node->path();
-        type = node->type();
-        isReceipt = node->name().find(kReceiptEntry) != std::string_view::npos;
-        m_name->setText(shown(node->name()));
-        m_size->setText(QString::fromStdString(stringSizeFromLong(node->longSize(), m_units)));
+        path = node.path();
+        place = placeOf(node);
+        type = node.type();
+        isReceipt = node.name().find(kReceiptEntry) != std::string_view::npos;
+        m_name->setText(shown(node.name()));
+        m_size->setText(QString::fromStdString(stringSizeFromLong(node.longSize(), m_units)));
     }
     const auto attributes =
         !path.starts_with('/') ? Failure(Error{}) : m_files.attributesOfItemAtPath(path, Links::DontFollow);
-    m_path->setText(path.starts_with('/') ? shown(path) : QStringLiteral("–"));
+    m_path->setText(place.empty() ? QStringLiteral("–") : shown(place));
     m_kind->setText(kindOf(attributes, type, isReceipt));
     m_modified->setText(attributes ? QLocale().toString(QDateTime::fromSecsSinceEpoch(attributes->modified.tv_sec),
                                                         QLocale::ShortFormat)
                                    : QStringLiteral("–"));
-    m_why->setText(moduleDescription);
-    m_removal->setText(removalOf(type, isReceipt));
+    m_why->setText(details.why);
+    m_removal->setText(removalOf(details.viewCode, type, isReceipt));
+    showPathsBehind(details.pathsBehind, place);
+}
+
+void InformationPanel::showPathsBehind(const std::vector<std::string>& paths, const std::string& folder) {
+    const std::string inside = folder + '/';
+    QStringList lines;
+    for (const std::string_view path : paths)
+        lines << shown(path.starts_with(inside) ? path.substr(inside.size()) : path);
+    m_behindTitle->setText(
+        QString::fromStdString(localizedFormat("What it stands for (%@)", {std::to_string(paths.size())})));
+    m_behind->setPlainText(lines.join(QLatin1Char('\n')));
+    m_behindTitle->setVisible(!paths.empty());
+    m_behind->setVisible(!paths.empty());
 }
 
 } // namespace sweeply

@@ -4,23 +4,35 @@
 #include "engine/tree/Node.h"
 
 #include <QWidget>
+#include <string>
+#include <vector>
 
 class QLabel;
+class QPlainTextEdit;
 
 namespace sweeply {
 
 class FileManager;
 
-/// What is known of the current item: where it lies, what it is, and what its removal means. Main thread.
+/// What is known of the current item: where it lies, what it is, what its removal means, and what it stands for without
+/// showing it. Main thread.
 class InformationPanel final : public QWidget {
   public:
     /// All outlive this.
     InformationPanel(const FileManager& files, TreeLock& treeLock, SizeUnits units);
 
-    /// Nothing for a null node. `moduleDescription` says why such items are found.
-    void show(const Node::Pointer& node, const QString& moduleDescription);
+    /// What the item's module knows of it.
+    struct Details {
+        std::uint8_t viewCode = 0;
+        QString why; ///< such items are found
+        std::vector<std::string> pathsBehind;
+    };
+    void show(const Node& node, const Details& details);
+    void showNothing();
 
   private:
+    void showPathsBehind(const std::vector<std::string>& paths, const std::string& folder);
+
     const FileManager& m_files;
     TreeLock& m_treeLock;
     const SizeUnits m_units;
@@ -33,6 +45,8 @@ class InformationPanel final : public QWidget {
     QLabel* m_modified;
     QLabel* m_why;
     QLabel* m_removal;
+    QLabel* m_behindTitle;
+    QPlainTextEdit* m_behind;
 };
 
 } // namespace sweeply

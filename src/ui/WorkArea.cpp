@@ -39,11 +39,7 @@ WorkArea::WorkArea(TargetSession& session, InformationPanel& information, Window
                  session.application().units(),
                  m_pictures,
                  window.log,
-                 [this](ADScanControllerView& module, const Node::Pointer& node) {
-                     const auto* row =
-                         module.scanObject() ? module.scanObject() : m_session.application().extensions().scanObject();
-                     m_information.show(node, QString::fromStdString(row->purpose()));
-                 },
+                 [this](ADScanControllerView& module, const Node::Pointer& node) { showInformation(module, node); },
                  [&files = *session.application().target().files](const std::string& path) {
                      return QString::fromStdString(files.hostPath(path).value_or(std::string()));
                  },
@@ -97,7 +93,7 @@ void WorkArea::addPage(std::uint8_t viewCode, QWidget* page) {
 
 void WorkArea::showPage(std::uint8_t viewCode) {
     m_pages->setCurrentWidget(m_pageOfView.at(viewCode));
-    m_information.show(nullptr, {});
+    m_information.showNothing();
     auto& controller = m_session.application().scanController();
     const auto& rows = controller.rows();
     for (std::size_t row = 0; row < rows.size(); ++row) {
@@ -109,6 +105,13 @@ void WorkArea::showPage(std::uint8_t viewCode) {
     else
         controller.gotoCleanerMode();
     refresh();
+}
+
+void WorkArea::showInformation(ADScanControllerView& module, const Node::Pointer& node) {
+    if (!node)
+        return m_information.showNothing();
+    const auto* row = module.scanObject() ? module.scanObject() : m_session.application().extensions().scanObject();
+    m_information.show(*node, {row->viewName(), QString::fromStdString(row->purpose()), module.pathsBehind(*node)});
 }
 
 void WorkArea::select(std::uint8_t viewCode) { m_modules->select(viewCode); }

@@ -46,6 +46,7 @@ class WorkArea final : public QSplitter {
     [[nodiscard]] ResultPage* makePage(ADScanControllerView& module, const QString& title, const QString& hint);
     void addPage(std::uint8_t viewCode, QWidget* page);
     void showPage(std::uint8_t viewCode);
+    void showInformation(ADScanControllerView& module, const Node::Pointer& node);
 
     TargetSession& m_session;
     InformationPanel& m_information;

@@ -55,7 +55,10 @@ void LanguagesController::scanThread() {
     incProgress();
     const auto applications = m_languages.applications.createApplicationsArrayForController(this);
     setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
-    m_applications.clear();
+    {
+        const std::lock_guard lock(services().treeLock);
+        m_applications.clear();
+    }
     m_lookup = {}; // the person may have chosen otherwise since
     for (const auto& application : applications) {
         if (stopped())
@@ -148,7 +151,11 @@ LanguagesController::Localizations LanguagesController::languagesForApplicationA
 
 void LanguagesController::analyzeApplication(const std::string& path) {
     setCurrentItem(path);
-    const auto& localizations = m_applications[path] = languagesForApplicationAtPath(path);
+    const auto localizations = languagesForApplicationAtPath(path);
+    {
+        const std::lock_guard lock(services().treeLock);
+        m_applications[path] = localizations;
+    }
     if (localizations.empty())
         return;
     const auto ignored = m_languages.ignoreList.ignoreListForController(kModuleKey);
@@ -201,24 +208,25 @@ void LanguagesController::analyzeFile(const std::string& path) {
     }
 }
 
-bool LanguagesController::cleanThisNode(Node& node) {
-    const Node* application = node.parentNode();
-    return application && !node.path().empty() && removeLanguage(node.path(), application->path());
+const LanguagesController::Localization* LanguagesController::localizationOf(const Node& language) const {
+    const auto* application = language.parentNode();
+    const auto record = application ? m_applications.find(application->path()) : m_applications.end();
+    if (record == m_applications.end())
+        return nullptr;
+    const auto localization = record->second.find(language.path());
+    return localization == record->second.end() ? nullptr : &localization->second;
 }
 
-bool LanguagesController::removeLanguage(const std::string& code, const std::string& application) {
-    const auto record = m_applications.find(application);
-    if (record == m_applications.end())
-        return false;
-    const auto localization = record->second.find(code);
-    if (localization == record->second.end())
-        return false;
-    for (const auto& folder : localization->second.folders) {
-        if (!tryToRemoveFileAtPath(folder))
-            return false;
-    }
-    record->second.erase(localization);
-    return true;
+std::vector<std::string> LanguagesController::pathsBehind(const Node& node) const {
+    const std::lock_guard lock(services().treeLock);
+    const auto* localization = localizationOf(node);
+    return localization ? localization->folders : std::vector<std::string>();
+}
+
+bool LanguagesController::cleanThisNode(Node& node) {
+    const auto folders = pathsBehind(node);
+    return !folders.empty() &&
+           std::ranges::all_of(folders, [this](const auto& folder) { return tryToRemoveFileAtPath(folder); });
 }
 
 } // namespace sweeply

@@ -41,6 +41,8 @@ class LanguagesController final : public ADScanControllerView {
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
     [[nodiscard]] bool shouldRespondToDragEvents() const override { return true; }
     void analyzeFile(const std::string& path) override;
+    /// A language's folders.
+    [[nodiscard]] std::vector<std::string> pathsBehind(const Node& node) const override;
 
     static constexpr const char* kModuleKey = "CleanLanguageTranslations";
 
@@ -71,12 +73,13 @@ class LanguagesController final : public ADScanControllerView {
     [[nodiscard]] Localizations languagesForApplicationAtPath(const std::string& path);
     void analyzeApplication(const std::string& path);
     [[nodiscard]] bool isListed(const std::string& application) const;
-    bool removeLanguage(const std::string& code, const std::string& application);
+    /// Nothing for what is no language of a listed application. Under the tree lock.
+    [[nodiscard]] const Localization* localizationOf(const Node& language) const;
 
     ModuleServices m_languages;
     const LanguageKeepList& m_keepList;
     const Person m_person;
-    /// What the last scan or drop found, by application. Written by the scan's thread; a removal waits for its end.
+    /// What the last scan or drop found, by application. Guarded by the tree lock.
     std::map<std::string, Localizations, std::less<>> m_applications;
     Lookup m_lookup; ///< the scan thread's
 };
