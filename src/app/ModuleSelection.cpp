@@ -58,8 +58,7 @@ std::vector<std::string> allSwitches() {
 void selectModules(ScanController& controller, const std::vector<std::string>& switches) {
     for (const auto& row : controller.rows()) {
         for (auto* module : row->correspondingScanController()->parts()) {
-            const bool isSelected = std::ranges::find(switches, module->defaultsName()) != switches.end();
-            module->rootNode()->setEnabledWithoutRecalc(isSelected);
+            module->setTakesPartInScan(std::ranges::find(switches, module->defaultsName()) != switches.end());
         }
     }
     controller.refreshInterface();

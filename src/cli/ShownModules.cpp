@@ -39,9 +39,11 @@ std::vector<ShownModule> shownModules(Application& application) {
     std::vector<ShownModule> shown;
     for (const auto& row : application.scanController().rows()) {
         auto* module = row->correspondingScanController();
-        if (row->checked() || module->filesFound() > 0) {
+        // What was looked at because it was named may have something checked whatever the switch says.
+        const bool isChecked = row->checked() || module->ifAnyEnabled();
+        if (isChecked || module->filesFound() > 0) {
             const auto known = std::ranges::find(moduleCatalog(), row->viewName(), &ModuleRow::viewCode);
-            shown.push_back({known->name, row->name(), row->viewName(), row->checked(), module->shownController()});
+            shown.push_back({known->name, row->name(), row->viewName(), isChecked, module->shownController()});
         }
         if (module != &application.extensions())
             continue;

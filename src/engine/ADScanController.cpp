@@ -26,14 +26,19 @@ void ADScanController::initUserDefaults() {
     auto& defaults = services().defaults;
     if (!defaults.objectForKey(defaultsName()))
         defaults.setBool(defaultsName(), userDefaultsDefaultValue());
-    rootNode()->setEnabledWithoutRecalc(defaults.boolForKey(defaultsName()));
+    setTakesPartInScan(defaults.boolForKey(defaultsName()));
 }
 
 void ADScanController::preffernecesUpdated() {
+    if (needToSetUserDefalts())
+        setTakesPartInScan(services().defaults.boolForKey(defaultsName()));
+}
+
+void ADScanController::setTakesPartInScan(bool takesPart) {
+    m_takesPartInScan = takesPart;
     std::lock_guard lock(services().treeLock);
-    if (!needToSetUserDefalts() || m_scanRunning || rootNode()->hasChildren())
-        return;
-    rootNode()->setEnabledWithoutRecalc(services().defaults.boolForKey(defaultsName()));
+    if (!m_scanRunning && !rootNode()->hasChildren())
+        rootNode()->setEnabledWithoutRecalc(takesPart);
 }
 
 // Progress
@@ -67,14 +72,9 @@ void ADScanController::tellDelegate(void (ScanDelegate::*message)(ADScanControll
 // Scanning
 
 void ADScanController::startScan() {
-    bool isChecked = false;
-    {
-        std::lock_guard lock(services().treeLock);
-        isChecked = rootNode()->state() != CheckState::Unchecked;
-    }
-    if (m_scanRunning || !isChecked) {
+    if (m_scanRunning || !m_takesPartInScan) {
         services().log.log(formatText("Scan hasnt started:  ifScanRunning = %i and rootNode state = %i",
-                                      {m_scanRunning ? 1 : 0, isChecked ? 1 : 0}));
+                                      {m_scanRunning ? 1 : 0, m_takesPartInScan ? 1 : 0}));
         finishScan();
         return;
     }

@@ -19,6 +19,9 @@ namespace sweeply {
 /// A scan fills the tree on a thread of its own and never changes the disk; a clean walks the checked part on the
 /// thread that calls startClean and removes. Subclasses fill in the hooks.
 ///
+/// Its switch says whether it takes part in a scan. The check marks of its results say what a removal takes, and never
+/// change the switch; only where there are no results yet is the root's mark that of the switch.
+///
 /// States: idle -> scanning -> idle with results -> cleaning -> idle. Pause is orthogonal; a stop ends a run at its
 /// next item.
 class ADScanController : public ModuleResults, public ModuleHooks, public ModuleRun {
@@ -27,11 +30,14 @@ class ADScanController : public ModuleResults, public ModuleHooks, public Module
     /// A subclass that scans must call stopAndJoin() in its own destructor: the thread runs its hooks.
     ~ADScanController() override;
 
-    /// Takes the module's stored switch over into the root's check mark, storing the default where there is none.
-    /// Called once, by the subclass's constructor, when its hooks can be.
+    /// Takes the module's stored switch over, storing the default where there is none. Called once, by the subclass's
+    /// constructor, when its hooks can be.
     void initUserDefaults();
-    /// The stored switches changed: takes this module's over while it shows no results.
+    /// The stored switches changed: takes this module's over.
     virtual void preffernecesUpdated();
+    [[nodiscard]] bool takesPartInScan() const { return m_takesPartInScan; }
+    /// Until the next time that the stored switches change; stores nothing.
+    void setTakesPartInScan(bool takesPart);
 
     /// Not owned; set before the first run.
     void setDelegate(ScanDelegate* delegate) { m_delegate = delegate; }
@@ -82,6 +88,7 @@ class ADScanController : public ModuleResults, public ModuleHooks, public Module
     void tellDelegate(void (ScanDelegate::*message)(ADScanController&));
 
     ScanDelegate* m_delegate = nullptr;
+    std::atomic<bool> m_takesPartInScan{true};
     std::atomic<bool> m_scanRunning{false};
     std::atomic<bool> m_cleanRunning{false};
     std::vector<NotificationCenter::Subscription> m_subscriptions;

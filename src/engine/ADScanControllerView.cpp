@@ -6,6 +6,7 @@
 #include "engine/ScanObject.h"
 #include "platform/SystemLog.h"
 
+#include <algorithm>
 #include <ranges>
 
 namespace sweeply {
@@ -40,8 +41,10 @@ void ADScanControllerView::updateViews() {
 void ADScanControllerView::quickScan() {
     if (isBusy())
         return;
-    if (!ifAnyEnabled()) {
-        setEveryObjectEnabled(true);
+    const auto modules = parts();
+    if (std::ranges::none_of(modules, &ADScanController::takesPartInScan)) {
+        for (auto* module : modules)
+            module->setTakesPartInScan(true);
         refreshInterface();
     }
     m_globalScanController.prepareInterfaceForScan();
@@ -76,12 +79,20 @@ void ADScanControllerView::toggleOutlineItem(Node& node) {
                 ignored.removeFromIgnoreListPath(node, defaultsName());
         }
         node.becomeEnabled(!wasChecked);
+        takeSwitchFrom(node);
     }
     checkMarksChanged();
     rootNodeChanged();
     if (m_contentOutline)
         contentOutline()->reloadData();
     refreshInterface();
+}
+
+void ADScanControllerView::takeSwitchFrom(const Node& node) {
+    for (auto* part : parts()) {
+        if (part->rootNode().get() == &node && !node.hasChildren())
+            part->setTakesPartInScan(node.ifEnabled());
+    }
 }
 
 void ADScanControllerView::toggleTableRow(std::size_t row) {
@@ -108,6 +119,7 @@ void ADScanControllerView::checkSelectedItems(const std::vector<Node::Pointer>& 
         wasChecked = items.front()->ifEnabled();
         for (const auto& item : items) {
             item->becomeEnabled(!wasChecked);
+            takeSwitchFrom(*item);
             if (item->storeState())
                 remembered.push_back(item.get());
         }

@@ -95,6 +95,8 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
   private:
     /// Does this module scan, or anything clean?
     [[nodiscard]] bool isBusy() const;
+    /// A click on the box of a part that has no results yet can only mean its switch. Under the tree lock.
+    void takeSwitchFrom(const Node& node);
     [[nodiscard]] bool refusesRemovalFromList();
     void showAfterRemovalFromList();
 

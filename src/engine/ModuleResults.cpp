@@ -49,6 +49,7 @@ void ModuleResults::setEveryObjectEnabled(bool enabled) {
 void ModuleResults::forgetEverything() {
     std::lock_guard lock(m_services.treeLock);
     m_rootNode->killChildren();
+    m_rootNode->setEnabledWithoutRecalc(true);
     // The nodes above counted what was found last time; without this a group would show it once more.
     m_rootNode->recalcSize();
 }

@@ -50,7 +50,7 @@ class ModuleResults : public ScanControllerProtocol {
   protected:
     [[nodiscard]] const EngineServices& services() const { return m_services; }
     [[nodiscard]] std::string rootSizeText() const;
-    /// Empties the tree for the next scan.
+    /// Empties the tree for the next scan, whatever was checked in it.
     void forgetEverything();
     /// Not run any more once this module is gone.
     void runOnMainThreadLater(std::function<void()> call);

@@ -12,13 +12,20 @@ namespace {
 
 constexpr std::uint8_t kLastCleanerView = 6; // the later ones uninstall and erase what is dropped on them
 
-bool takesPartInScan(const ScanObject& row) { return row.checked() && row.viewName() <= kLastCleanerView; }
+bool isOfCleaner(const ScanObject& row) { return row.viewName() <= kLastCleanerView; }
+
+bool takesPartInScan(const ScanObject& row) { return row.checked() && isOfCleaner(row); }
+
+bool markFor(const ScanObject& row, ADScanControllerView& module) {
+    return isOfCleaner(row) ? std::ranges::any_of(module.parts(), &ADScanController::takesPartInScan)
+                            : module.ifAnyEnabled();
+}
 
 } // namespace
 
 void ModuleRows::add(std::unique_ptr<ScanObject> row, std::unique_ptr<ADScanControllerView> module) {
     row->setCorrespondingScanController(*module);
-    row->quietSetEnabled(module->ifAnyEnabled());
+    row->quietSetEnabled(markFor(*row, *module));
     m_rows.push_back(std::move(row));
     m_modules.push_back(std::move(module));
 }
@@ -47,8 +54,8 @@ bool ModuleRows::ifAnyEnabled() const {
 
 void ModuleRows::takeMarksFromModules() {
     for (const auto& row : m_rows) {
-        if (const auto* module = row->correspondingScanController())
-            row->quietSetEnabled(module->ifAnyEnabled());
+        if (auto* module = row->correspondingScanController())
+            row->quietSetEnabled(markFor(*row, *module));
     }
 }
 
@@ -57,14 +64,14 @@ void ModuleRows::takeMarksFromPreferences(const UserDefaults& defaults) {
         row->setChecked(isRowCheckedByPreferences(row->viewName(), defaults));
 }
 
-void ModuleRows::cleanCheckedRows(const RunRequests& requests) {
+void ModuleRows::cleanWhatIsChecked(const RunRequests& requests) {
     for (const auto& module : m_modules)
         module->prepareForGlobalClean();
     for (const auto& row : m_rows) {
         if (requests.isStopped())
             break;
         auto* module = row->correspondingScanController();
-        if (row->checked() && module && module->parts().front()->workMode() == WorkMode::Cleaner)
+        if (module && module->ifAnyEnabled() && module->parts().front()->workMode() == WorkMode::Cleaner)
             module->startClean();
     }
 }

@@ -25,19 +25,22 @@ class ModuleRows final {
     [[nodiscard]] ADScanControllerView* moduleForViewCode(std::uint8_t viewCode) const;
     /// Null where the row has no module or does not exist.
     [[nodiscard]] ADScanControllerView* moduleOfRow(std::size_t row) const;
-    /// The modules that a scan of everything asks: those of cleaners' rows that are checked.
+    /// The modules that a scan of everything asks: those of cleaners' rows that are checked. Each asks those of its
+    /// parts that are switched on.
     [[nodiscard]] std::vector<ADScanControllerView*> modulesToScan() const;
     /// Is any row of a cleaner checked?
     [[nodiscard]] bool ifAnyEnabled() const;
 
-    /// Marks each row as its module is.
+    /// Marks a cleaner's row when any part of its module is switched on, another when anything in its module is
+    /// checked.
     void takeMarksFromModules();
     /// Marks each row as the stored switches say.
     void takeMarksFromPreferences(const UserDefaults& defaults);
 
-    /// Has the modules of checked rows clean, one after another, until a stop is asked for. What an uninstaller lists
-    /// is left alone: it goes when "Uninstall" is pressed and never along with something else. On the removal's thread.
-    void cleanCheckedRows(const RunRequests& requests);
+    /// Has the modules in which anything is checked clean, one after another, until a stop is asked for. What an
+    /// uninstaller lists is left alone: it goes when "Uninstall" is pressed and never along with something else. On the
+    /// removal's thread.
+    void cleanWhatIsChecked(const RunRequests& requests);
 
     [[nodiscard]] bool ifScanRunning() const;
     [[nodiscard]] bool ifCleanRunning() const;

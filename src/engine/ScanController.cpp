@@ -121,6 +121,7 @@ void ScanController::finishScan() {
         return;
     m_rows.joinScanThreads();
     m_scanning = false;
+    refreshInterface(); // switches may have changed meanwhile
     m_window.showIdle(hasSomethingToRemove());
     m_requests.finish();
     m_helpers.reports.scanIsFinished(foundSize());
@@ -145,8 +146,7 @@ void ScanController::remove() {
     else if (filesFoundInEnabled() == 0)
         m_helpers.reports.nothingToClean();
     else if (isFreeForRemoval()) {
-        refreshInterface(); // the scan's last message would have done so, and the rows say what takes part
-        startRemoval([this] { m_rows.cleanCheckedRows(m_requests); },
+        startRemoval([this] { m_rows.cleanWhatIsChecked(m_requests); },
                      [this] {
                          m_helpers.reports.cleanIsFinished(m_helpers.statistics.currentRemovedAmountOfSpace(),
                                                            m_helpers.removals.couldntRemoveSomething());

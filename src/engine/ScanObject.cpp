@@ -36,6 +36,8 @@ void ScanObject::setChecked(bool checked) {
         return;
     m_checked = checked;
     if (m_controller) {
+        for (auto* part : m_controller->parts())
+            part->setTakesPartInScan(checked);
         m_controller->setEveryObjectEnabled(checked);
         m_controller->globalScanController().refreshInterface();
     }

@@ -30,7 +30,7 @@ class ScanObject final {
     [[nodiscard]] bool checked() const { return m_checked; }
     /// May the check box be changed now?
     [[nodiscard]] bool enabled() const;
-    /// Checks or unchecks the row and everything in its module; nothing unless enabled().
+    /// Checks or unchecks the row, its module's switches and everything in its module; nothing unless enabled().
     void setChecked(bool checked);
     /// Sets the mark and nothing else.
     void quietSetEnabled(bool checked) { m_checked = checked; }

@@ -55,6 +55,18 @@ TEST_F(ADGroupScanControllerTest, SubModulesScanAtTheSameTimeAndCountTogether) {
     EXPECT_EQ(m_group.totalSize(), 2U);
 }
 
+TEST_F(ADGroupScanControllerTest, BoxOfASubModuleIsItsSwitchUntilThereAreResults) {
+    m_group.toggleOutlineItem(*m_second.rootNode());
+    m_first.whenScanning = [](FakeChild& module) { module.addChildNode(FakeChild::leaf("/a", 1)); };
+    m_second.whenScanning = [](FakeChild&) { ADD_FAILURE(); };
+    m_world.scan();
+    m_group.checkSelectedItems({m_first.rootNode()});
+    EXPECT_FALSE(m_group.ifAnyEnabled());
+    EXPECT_TRUE(m_world.coordinator->rows()[0]->checked());
+    m_world.scan();
+    EXPECT_TRUE(m_first.ifAnyEnabled());
+}
+
 TEST_F(ADGroupScanControllerTest, GroupRunsWhileASubModuleWithSomethingCheckedDoes) {
     m_group.setStopped(false);
     m_first.setStopped(true);

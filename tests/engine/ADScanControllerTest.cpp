@@ -43,8 +43,9 @@ TEST_F(ADScanControllerTest, ProgressOfAScanCountsUnitsAndWithoutAnyIsComplete) 
     EXPECT_EQ(m_module.procentDone(), 1.0F);
 }
 
-TEST_F(ADScanControllerTest, UncheckedModuleFinishesAtOnceAndKeepsWhatItHolds) {
-    m_module.addChildNode(leaf("/a", 5, false));
+TEST_F(ADScanControllerTest, ModuleSwitchedOffFinishesAtOnceAndKeepsWhatItHolds) {
+    m_module.addChildNode(leaf("/a", 5));
+    m_module.setTakesPartInScan(false);
     m_module.startScan();
     EXPECT_FALSE(m_module.ifScanRunning());
     EXPECT_EQ(m_module.filesFound(), 1U);

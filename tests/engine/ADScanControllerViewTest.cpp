@@ -48,10 +48,8 @@ TEST_F(ADScanControllerViewTest, MixedSelectionBecomesTheOppositeOfItsFirst) {
     m_module.checkSelectedItems(m_leaves);
     EXPECT_THAT(marks(), ElementsAre(false, false, false));
     EXPECT_THAT(m_world.ignored.changes, ElementsAre("add Fake /1 /3"));
-    EXPECT_FALSE(m_world.coordinator->rows()[0]->checked());
     m_module.checkSelectedItems({m_leaves[1], m_leaves[0]});
     EXPECT_THAT(marks(), ElementsAre(true, true, false));
-    EXPECT_TRUE(m_world.coordinator->rows()[0]->checked());
     m_module.checkSelectedRows({1, 2, 9});
     EXPECT_THAT(marks(), ElementsAre(true, false, false));
     EXPECT_EQ(m_world.ignored.changes.size(), 2U);
@@ -116,7 +114,8 @@ TEST_F(ADScanControllerViewTest, ListIsLeftAloneDuringARun) {
 }
 
 TEST_F(ADScanControllerViewTest, QuickScanOfAnUncheckedModuleChecksAndScansIt) {
-    m_module.setEveryObjectEnabled(false);
+    m_module.setTakesPartInScan(false);
+    m_world.coordinator->refreshInterface();
     m_module.whenScanning = [](FakeView& module) { module.addChildNode(FakeView::leaf("/new", 1)); };
     m_module.quickScan();
     m_world.waitUntil([&] { return !m_world.coordinator->isScanning(); });

@@ -43,7 +43,7 @@ class ScanControllerTest : public testing::Test {
 };
 
 TEST_F(ScanControllerTest, NothingCheckedToScanIsSaidAndStartsNothing) {
-    module(3).setEveryObjectEnabled(false);
+    module(3).setTakesPartInScan(false);
     module(7, {1});
     module(8, {1});
     controller().refreshInterface();
@@ -314,6 +314,31 @@ TEST_F(ScanControllerTest, ModesNameTheRemoveButtonAndWhatEnablesIt) {
     EXPECT_EQ(m_window.buttons.remove.title, "Remove");
     EXPECT_TRUE(m_window.buttons.remove.isEnabled);
     EXPECT_EQ(m_window.buttons.scan.title, "Scan");
+}
+
+TEST_F(ScanControllerTest, WhatIsUncheckedInAListSwitchesNoModuleOff) {
+    auto& only = module(3);
+    only.whenScanning = [](FakeView& found) {
+        found.addChildNode(FakeView::leaf("/kept", 1));
+        found.addChildNode(FakeView::leaf("/gone", 1));
+    };
+    ScanObject& row = *controller().rows()[0];
+    m_world.scan();
+    only.toggleOutlineItem(*only.objectAtIndex(0));
+    m_world.remove();
+    EXPECT_THAT(only.cleaned, ElementsAre("/gone"));
+    EXPECT_TRUE(row.checked());
+    m_world.scan();
+    EXPECT_EQ(only.filesFound(), 2U);
+
+    row.setChecked(false);
+    EXPECT_FALSE(only.ifAnyEnabled());
+    only.toggleOutlineItem(*only.objectAtIndex(1));
+    EXPECT_FALSE(row.checked());
+    m_world.remove();
+    EXPECT_THAT(only.cleaned, ElementsAre("/gone", "/gone")) << "what is checked goes, wherever it is listed";
+    m_world.scan();
+    EXPECT_EQ(only.filesFound(), 1U) << "and nothing is looked for any more";
 }
 
 TEST_F(ScanControllerTest, RowChecksItsModuleAndShowsItsFigures) {

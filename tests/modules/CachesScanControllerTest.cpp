@@ -164,7 +164,7 @@ TEST_F(CachesTest, SystemsCachesNeedRightsAndGoWithThem) {
     write(kUser + "/own");
     const auto locked = host("/Library/Caches/shared");
     fs::permissions(locked, fs::perms::owner_read | fs::perms::owner_exec);
-    module(2).setEveryObjectEnabled(true);
+    module(2).setTakesPartInScan(true);
     m_world.scan();
     m_world.remove(); // skipped
     EXPECT_TRUE(m_world.exists("/Library/Caches/shared"));

@@ -24,7 +24,7 @@ class LogsTest : public ModuleTest {
     void add() {
         m_logs = &m_world.add(2, std::make_unique<LogsController>(services(), *m_world.coordinator));
         for (const auto& module : m_logs->scanControllers())
-            module->rootNode()->setEnabledWithoutRecalc(true);
+            module->setTakesPartInScan(true);
     }
     std::string listed(std::size_t part = 0) { return textOf(*m_logs->scanControllers()[part]->rootNode()); }
 

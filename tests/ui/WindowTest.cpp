@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTreeView>
@@ -43,6 +44,28 @@ TEST_F(WindowTest, PersonScansUnchecksPausesAndRemoves) {
         texts << label->text();
     const auto shownFreed = QString::fromStdString(stringSizeFromLong(freed, SizeUnits::Decimal));
     EXPECT_TRUE(texts.filter(QStringLiteral("Freed now: ") + shownFreed).size() == 1);
+}
+
+TEST_F(WindowTest, ModuleWhoseListKeepsSomethingStaysCheckedAndIsScannedAgain) {
+    const QListWidget* modules = nullptr;
+    for (const auto* list : m_window->findChildren<QListWidget*>()) {
+        if (list->accessibleName() == QStringLiteral("Modules"))
+            modules = list;
+    }
+    ASSERT_NE(modules, nullptr);
+    const auto* row = modules->findItems(QStringLiteral("Logs"), Qt::MatchStartsWith).value(0);
+    ASSERT_NE(row, nullptr);
+    scan();
+    auto& logs = page(2);
+    logs.model().update();
+    logs.model().setData(logs.model().index(0, 0, logs.model().index(0, 0)), {}, Qt::CheckStateRole);
+    tool("Remove")->trigger();
+    ASSERT_TRUE(waitUntil([this] { return !controller().isRemoving(); }));
+    EXPECT_EQ(logs.module().filesFound(), 1U);
+    m_folder.makeFile("volume/Users/sam/Library/Logs/new.log", 20000);
+    scan();
+    EXPECT_EQ(row->checkState(), Qt::Checked);
+    EXPECT_EQ(logs.module().filesFound(), 2U);
 }
 
 TEST_F(WindowTest, DroppedApplicationIsUninstalledAndDroppedFileErased) {

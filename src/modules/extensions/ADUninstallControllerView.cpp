@@ -17,14 +17,6 @@ ADUninstallControllerView::ADUninstallControllerView(const ModuleServices& servi
     rootNode()->setName(localizedString(rootName));
 }
 
-void ADUninstallControllerView::scanOnceInThread() {
-    {
-        const std::lock_guard lock(services().treeLock);
-        rootNode()->setEnabledWithoutRecalc(true); // unchecked items do not keep it from being listed anew
-    }
-    startScan();
-}
-
 void ADUninstallControllerView::scanThread() {
     prepareForScan();
     rescan();

@@ -30,7 +30,7 @@ class ADUninstallControllerView : public ADScanControllerView {
     /// Has a scan come to its end?
     [[nodiscard]] bool isScanned() const { return m_scanned; }
     /// Scans on a thread of its own. Main thread.
-    void scanOnceInThread();
+    void scanOnceInThread() { startScan(); }
     /// Is the item at `path` of the kind that this module uninstalls?
     [[nodiscard]] virtual bool isExtensionAtPath(const std::string& path) const = 0;
     /// Adds one extension that the person named, wherever it lies.
