@@ -112,11 +112,11 @@ void Application::addModules(const HostServices& host) {
                                         m_ownership, m_workspace});
     m_extensions = extensions.get();
     m_scanController.addModule(rowFor(kExtensionsView), std::move(extensions));
-    m_scanController.addModule(
-        rowFor(kUninstallerView),
-        std::make_unique<ApplicationUninstaller>(
-            services, m_scanController,
-            ApplicationUninstaller::Parts{m_resources, m_packages, m_uninstallSteps, m_ownership}));
+    auto uninstaller = std::make_unique<ApplicationUninstaller>(
+        services, m_scanController,
+        ApplicationUninstaller::Parts{m_resources, m_packages, m_uninstallSteps, m_ownership});
+    m_applicationUninstaller = uninstaller.get();
+    m_scanController.addModule(rowFor(kUninstallerView), std::move(uninstaller));
     m_scanController.addModule(
         rowFor(kEraserView), std::make_unique<EraserController>(services, m_scanController,
                                                                 [this] { return m_scanController.useSecureErase(); }));

@@ -42,6 +42,7 @@
 namespace sweeply {
 
 class Alerts;
+class ApplicationUninstaller;
 class DesktopNotifications;
 class MainThread;
 class SystemLog;
@@ -89,6 +90,7 @@ class Application final {
     [[nodiscard]] LeftoversCleaner leftoversCleaner(std::function<void(const Error&)> reportProblem) const;
     [[nodiscard]] PackageManager& packages() { return m_packages; }
     [[nodiscard]] Ownership& ownership() { return m_ownership; }
+    [[nodiscard]] ApplicationUninstaller& applicationUninstaller() { return *m_applicationUninstaller; }
     [[nodiscard]] LanguageKeepList& languageKeepList() { return m_languageKeepList; }
     [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
     [[nodiscard]] NotificationCenter& notifications() { return m_notifications; }
@@ -139,7 +141,8 @@ class Application final {
     RunReports m_reports;
     SpaceStatistics m_statistics;
     ScanController m_scanController;
-    ExtensionsScanController* m_extensions = nullptr; ///< owned by m_scanController
+    ExtensionsScanController* m_extensions = nullptr; ///< owned by m_scanController, like the next
+    ApplicationUninstaller* m_applicationUninstaller = nullptr;
     std::unique_ptr<DraggedFilesController> m_draggedFiles;
 
     std::jthread m_inventoryThread;

@@ -3,6 +3,7 @@
 #include "app/ModuleCatalog.h"
 #include "appcore/ResourceFinder.h"
 #include "appcore/receipts/ReceiptFiles.h"
+#include "engine/tree/EvidenceText.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
 #include "ui/Text.h"
@@ -50,6 +51,17 @@ QString removalOf(std::uint8_t viewCode, std::int8_t type, bool isReceipt) {
     if (isReceipt)
         return localized("The system forgets that the package was installed.");
     return localized("It is removed for good, not put into the Trash.");
+}
+
+/// Why the item is listed: its own evidence, or that of what goes with it unseen. nullptr for a group.
+const Evidence* evidenceOf(const Node& node) {
+    const bool isSeen = node.evidence() || !node.hasInvisibleChildren();
+    return isSeen ? node.evidence() : node.invisibleChildren().front()->evidence();
+}
+
+QString sentencesFor(const Evidence& evidence, bool isChecked) {
+    const std::string claim = isChecked ? claimsBeside(evidence) : reasonAgainstChecking(evidence);
+    return shown(sentenceFor(evidence) + (claim.empty() ? "" : " " + claim));
 }
 
 /// Where the item lies, or the nearest one above it that lies somewhere; empty for a group of a module.
@@ -113,12 +125,15 @@ InformationPanel::InformationPanel(const FileManager& files, TreeLock& treeLock,
 }
 
 void InformationPanel::showNothing() {
+    m_node.reset();
     m_details->hide();
     m_nothing->show();
     showPathsBehind({}, {});
 }
 
-void InformationPanel::show(const Node& node, const Details& details) {
+void InformationPanel::show(const Node::Pointer& node, const Details& details) {
+    m_node = node;
+    m_purpose = details.purpose;
     m_details->show();
     m_nothing->hide();
     std::string path;
@@ -127,12 +142,11 @@ void InformationPanel::show(const Node& node, const Details& details) {
     bool isReceipt = false;
     {
         const std::lock_guard lock(m_treeLock);
-        path = node.path();
-        place = placeOf(node);
-        type = node.type();
-        isReceipt = node.name().find(kReceiptEntry) != std::string_view::npos;
-        m_name->setText(shown(node.name()));
-        m_size->setText(QString::fromStdString(stringSizeFromLong(node.longSize(), m_units)));
+        path = node->path();
+        place = placeOf(*node);
+        type = node->type();
+        isReceipt = node->name().find(kReceiptEntry) != std::string_view::npos;
+        m_name->setText(shown(node->name()));
     }
     const auto attributes =
         !path.starts_with('/') ? Failure(Error{}) : m_files.attributesOfItemAtPath(path, Links::DontFollow);
@@ -141,9 +155,18 @@ void InformationPanel::show(const Node& node, const Details& details) {
     m_modified->setText(attributes ? QLocale().toString(QDateTime::fromSecsSinceEpoch(attributes->modified.tv_sec),
                                                         QLocale::ShortFormat)
                                    : QStringLiteral("–"));
-    m_why->setText(details.why);
     m_removal->setText(removalOf(details.viewCode, type, isReceipt));
     showPathsBehind(details.pathsBehind, place);
+    refresh();
+}
+
+void InformationPanel::refresh() {
+    if (!m_node)
+        return;
+    const std::lock_guard lock(m_treeLock);
+    const auto* evidence = evidenceOf(*m_node);
+    m_why->setText(evidence ? sentencesFor(*evidence, m_node->ifEnabled()) : m_purpose);
+    m_size->setText(QString::fromStdString(stringSizeFromLong(m_node->longSize(), m_units)));
 }
 
 void InformationPanel::showPathsBehind(const std::vector<std::string>& paths, const std::string& folder) {

@@ -14,8 +14,8 @@ namespace sweeply {
 
 class FileManager;
 
-/// What is known of the current item: where it lies, what it is, what its removal means, and what it stands for without
-/// showing it. Main thread.
+/// What is known of the current item: where it lies, what it is, why it is listed and who else claims it, what its
+/// removal means, and what it stands for without showing it. Main thread.
 class InformationPanel final : public QWidget {
   public:
     /// All outlive this.
@@ -24,11 +24,13 @@ class InformationPanel final : public QWidget {
     /// What the item's module knows of it.
     struct Details {
         std::uint8_t viewCode = 0;
-        QString why; ///< such items are found
+        QString purpose; ///< of the module, for what is no item itself
         std::vector<std::string> pathsBehind;
     };
-    void show(const Node& node, const Details& details);
+    void show(const Node::Pointer& node, const Details& details);
     void showNothing();
+    /// Takes over what a click may have changed.
+    void refresh();
 
   private:
     void showPathsBehind(const std::vector<std::string>& paths, const std::string& folder);
@@ -36,6 +38,8 @@ class InformationPanel final : public QWidget {
     const FileManager& m_files;
     TreeLock& m_treeLock;
     const SizeUnits m_units;
+    Node::Pointer m_node; ///< none while nothing is shown
+    QString m_purpose;    ///< of the node's module
     QLabel* m_nothing;
     QWidget* m_details;
     QLabel* m_name;

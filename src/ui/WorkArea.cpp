@@ -8,6 +8,7 @@
 #include "ui/RebuildRow.h"
 #include "ui/TargetSession.h"
 #include "ui/Text.h"
+#include "ui/WeakMatchesBox.h"
 
 #include <QStackedWidget>
 
@@ -76,8 +77,11 @@ QWidget* WorkArea::pageFor(const ScanObject& row) {
                                   [this](auto&... how) { return makePage(how...); });
     auto* page =
         makePage(*row.correspondingScanController(), QString::fromStdString(row.name()), hintFor(row.viewName()));
-    if (row.viewName() == kUninstallerView)
+    if (row.viewName() == kUninstallerView) {
+        m_weakMatches = new WeakMatchesBox(m_session.application());
+        page->addBelow(m_weakMatches);
         page->addBelow(new RebuildRow(m_session.launchDatabase()));
+    }
     return page;
 }
 
@@ -111,7 +115,7 @@ void WorkArea::showInformation(ADScanControllerView& module, const Node::Pointer
     if (!node)
         return m_information.showNothing();
     const auto* row = module.scanObject() ? module.scanObject() : m_session.application().extensions().scanObject();
-    m_information.show(*node, {row->viewName(), QString::fromStdString(row->purpose()), module.pathsBehind(*node)});
+    m_information.show(node, {row->viewName(), QString::fromStdString(row->purpose()), module.pathsBehind(*node)});
 }
 
 void WorkArea::select(std::uint8_t viewCode) { m_modules->select(viewCode); }
@@ -120,6 +124,8 @@ bool WorkArea::isShowingOverview() const { return m_pages->currentWidget() == m_
 
 void WorkArea::refresh() {
     m_modules->refresh();
+    m_weakMatches->refresh();
+    m_information.refresh();
     if (isShowingOverview())
         m_overview->refresh();
 }

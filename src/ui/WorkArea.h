@@ -19,6 +19,7 @@ class InformationPanel;
 class ModuleList;
 class OverviewPage;
 class TargetSession;
+class WeakMatchesBox;
 
 /// The window's middle while a Mac is open: the list of modules, and the page of the one that is selected. Main thread.
 class WorkArea final : public QSplitter {
@@ -56,6 +57,7 @@ class WorkArea final : public QSplitter {
     OverviewPage* m_overview;
     std::map<std::uint8_t, QWidget*> m_pageOfView;
     std::vector<ResultPage*> m_resultPages;
+    WeakMatchesBox* m_weakMatches = nullptr;
     ModuleList* m_modules = nullptr;
 };
 

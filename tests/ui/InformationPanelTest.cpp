@@ -2,9 +2,11 @@
 
 #include "app/ModuleCatalog.h"
 
+#include <QCheckBox>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QTreeView>
+#include <fstream>
 
 namespace sweeply {
 namespace {
@@ -63,6 +65,35 @@ TEST_F(InformationPanelTest, LogsAndBinariesAreSaidToStay) {
         results.outline().setCurrentIndex(results.model().index(0, 0, results.model().index(0, 0)));
         EXPECT_EQ(said("What removing it means").contains(QStringLiteral("stays")), view != kCachesView);
     }
+}
+
+TEST_F(InformationPanelTest, ClaimedItemsNameTheirClaimantsAndWeakOnesFollowTheBox) {
+    m_window.reset();
+    m_folder.makeFile("volume/Applications/Ledger Pro.app/Contents/MacOS/Ledger Pro");
+    std::ofstream(m_folder.path("volume/Applications/Ledger Pro.app/Contents/Info.plist"))
+        << "<plist><dict><key>CFBundleIdentifier</key><string>com.northbay.ledgerpro</string></dict></plist>";
+    m_folder.makeFile("volume/Users/sam/Library/Preferences/com.northbay.ledgerpro.plist");
+    m_folder.makeFile("volume/Users/sam/Library/Application Support/My Ledger/data");
+    openWindow();
+    drop(page(7), root() + "/Applications/Ledger.app");
+    const auto markOf = [this](const QString& item) {
+        select(7, {QStringLiteral("Ledger"), item});
+        return page(7).outline().currentIndex().data(Qt::CheckStateRole).toInt();
+    };
+    const auto claimed = QStringLiteral("~/Library/Preferences/com.northbay.ledgerpro.plist");
+    const auto weak = QStringLiteral("~/Library/Application Support/My Ledger");
+    auto* box = m_window->findChild<QCheckBox*>();
+    ASSERT_EQ(box->text(), QStringLiteral("Check weak matches too"));
+    box->click();
+    EXPECT_EQ(markOf(weak), Qt::Checked);
+    box->click();
+    EXPECT_EQ(markOf(weak), Qt::Unchecked);
+    EXPECT_TRUE(said("Why it is listed").endsWith(QStringLiteral("Not checked: only a part of its name matches.")));
+    EXPECT_EQ(markOf(claimed), Qt::Unchecked);
+    const auto claimant = QStringLiteral(" belong to /Applications/Ledger Pro.app.");
+    EXPECT_TRUE(said("Why it is listed").endsWith(QStringLiteral("Not checked: it may") + claimant));
+    page(7).model().setData(page(7).outline().currentIndex(), {}, Qt::CheckStateRole);
+    EXPECT_TRUE(waitUntil([&] { return said("Why it is listed").endsWith(QStringLiteral("It may also") + claimant); }));
 }
 
 } // namespace

@@ -185,8 +185,7 @@ TEST_F(WindowTest, InterfaceIsNeverBlockedByAScan) {
 TEST_F(WindowTest, ClosedInTheMiddleOfARunItEndsAtOnce) {
     tool("Scan")->trigger();
     m_window.reset();
-    m_window = std::make_unique<MainWindow>(m_desktop, std::vector<std::string>{"sweeply"});
-    EXPECT_TRUE(m_window->open({root(), {}, {}, {}}, {}));
+    openWindow();
     scan();
     tool("Remove")->trigger();
     m_window.reset(); // whose threads wait for it

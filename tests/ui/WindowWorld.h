@@ -27,12 +27,15 @@ class WindowWorld : public testing::Test {
   protected:
     WindowWorld() {
         EXPECT_TRUE(writeSampleVolume(root(), 1));
+        openWindow();
+    }
+    ~WindowWorld() override { m_window.reset(); }
+
+    void openWindow() {
         m_window = std::make_unique<MainWindow>(m_desktop, std::vector<std::string>{"sweeply"});
         EXPECT_TRUE(m_window->open({root(), {}, {}, {}}, {}));
         m_window->show();
     }
-    ~WindowWorld() override { m_window.reset(); }
-
     std::string root() const { return m_folder.path("volume"); }
     ScanController& controller() { return m_window->session()->application().scanController(); }
     bool isThere(const std::string& path) const { return std::filesystem::exists(root() + path); }

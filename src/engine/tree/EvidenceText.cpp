@@ -24,6 +24,13 @@ std::string sentenceForName(const Evidence& evidence) {
     return localizedFormat("It is called \"%@\" like the application.", {evidence.term});
 }
 
+std::string claimantsOf(const Evidence& evidence) {
+    std::string claimants;
+    for (const auto& path : evidence.alsoClaimedBy)
+        claimants += (claimants.empty() ? "" : ", ") + path;
+    return claimants;
+}
+
 } // namespace
 
 std::string sentenceFor(const Evidence& evidence) {
@@ -80,13 +87,13 @@ std::string sentenceFor(const Evidence& evidence) {
     return localizedString("You named it.");
 }
 
+std::string claimsBeside(const Evidence& evidence) {
+    return evidence.isClaimed() ? localizedFormat("It may also belong to %@.", {claimantsOf(evidence)}) : std::string();
+}
+
 std::string reasonAgainstChecking(const Evidence& evidence) {
-    if (evidence.isClaimed()) {
-        std::string claimants;
-        for (const auto& path : evidence.alsoClaimedBy)
-            claimants += (claimants.empty() ? "" : ", ") + path;
-        return localizedFormat("Not checked: it may belong to %@.", {claimants});
-    }
+    if (evidence.isClaimed())
+        return localizedFormat("Not checked: it may belong to %@.", {claimantsOf(evidence)});
     if (evidence.strength == EvidenceStrength::Weak)
         return localizedString("Not checked: only a part of its name matches.");
     return {};

@@ -10,6 +10,9 @@ namespace sweeply {
 /// them harmless where it is shown.
 [[nodiscard]] std::string sentenceFor(const Evidence& evidence);
 
+/// Who else claims such an item, for one that is checked all the same; empty where nobody does.
+[[nodiscard]] std::string claimsBeside(const Evidence& evidence);
+
 /// Why such an item is unchecked before the person said anything: who claims it, or that the match is weak. Empty where
 /// neither is so.
 [[nodiscard]] std::string reasonAgainstChecking(const Evidence& evidence);
