@@ -14,16 +14,9 @@ using testing::UnorderedElementsAre;
 
 class FileManagerTest : public VolumeTest {
   protected:
-    FileManager& files() { return *m_files; }
     static ErrorKind kindOf(const Result<void>& result) {
         EXPECT_FALSE(result);
         return result ? ErrorKind::Other : result.error().kind;
-    }
-    std::vector<std::string> names(const std::string& path) const {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(host(path)))
-            names.push_back(entry.path().filename());
-        return names;
     }
 };
 
@@ -46,9 +39,7 @@ TEST_F(FileManagerTest, LinksEndInsideTheRootHoweverTheyAreWritten) {
 
 TEST_F(FileManagerTest, PathsThatAreNoneAreRefusedByName) {
     for (const std::string path : {"", "relative", "../victim", "~"}) {
-        const auto contents = files().contentsAtPath(path, 10);
-        ASSERT_FALSE(contents) << path;
-        EXPECT_EQ(contents.error().path, path);
+        EXPECT_EQ(files().contentsAtPath(path, 10).error().path, path);
         EXPECT_FALSE(files().fileExistsAtPath(path));
     }
     EXPECT_FALSE(files().contentsAtPath(std::string("/a\0b", 4), 10));
@@ -70,22 +61,19 @@ TEST_F(FileManagerTest, ContentsAreWholeOrRefused) {
 TEST_F(FileManagerTest, NamesAreBytes) {
     const std::string odd = "/folder/\xff\n\"$(x)";
     write(odd, "1");
-    const auto entries = files().contentsOfDirectoryAtPath("/folder");
-    ASSERT_TRUE(entries);
-    ASSERT_EQ(entries->size(), 1U);
-    EXPECT_EQ("/folder/" + entries->front().name, odd);
+    EXPECT_EQ("/folder/" + files().contentsOfDirectoryAtPath("/folder").value().at(0).name, odd);
     EXPECT_TRUE(files().removeItemAtPath(odd));
     EXPECT_THAT(names("/folder"), IsEmpty());
 }
 
 TEST_F(FileManagerTest, AtomicWriteKeepsTheModeAndReplacesALink) {
     write("/file", "old");
-    std::filesystem::permissions(host("/file"), std::filesystem::perms(0640));
+    setMode("/file", 0640);
     write("/elsewhere", "kept");
     link("/link", "elsewhere");
-    ASSERT_TRUE(files().writeAtomically("/file", "new"));
-    ASSERT_TRUE(files().writeAtomically("/link", "new"));
-    ASSERT_TRUE(files().writeAtomically("/fresh", "new", 0600));
+    EXPECT_TRUE(files().writeAtomically("/file", "new"));
+    EXPECT_TRUE(files().writeAtomically("/link", "new"));
+    EXPECT_TRUE(files().writeAtomically("/fresh", "new", 0600));
     EXPECT_EQ(read("/file"), "new");
     EXPECT_EQ(files().attributesOfItemAtPath("/file", Links::Follow)->mode, 0640U);
     EXPECT_EQ(files().attributesOfItemAtPath("/fresh", Links::Follow)->mode, 0600U);
@@ -98,17 +86,14 @@ TEST_F(FileManagerTest, AtomicWriteKeepsTheModeAndReplacesALink) {
 }
 
 TEST_F(FileManagerTest, FoldersAreMadeWithThoseAboveThem) {
-    EXPECT_TRUE(files().createDirectoryAtPath("/a/b/c"));
-    EXPECT_TRUE(files().createDirectoryAtPath("/a/b/c/"));
     link("/alias", "/a/b");
-    EXPECT_TRUE(files().createDirectoryAtPath("/alias/d"));
+    for (const char* path : {"/a/b/c", "/a/b/c/", "/alias/d"})
+        EXPECT_TRUE(files().createDirectoryAtPath(path)) << path;
     EXPECT_TRUE(exists("/a/b/d"));
-    write("/file", "");
-    EXPECT_FALSE(files().createDirectoryAtPath("/file"));
-    EXPECT_FALSE(files().createDirectoryAtPath("/file/x"));
-    EXPECT_FALSE(files().createDirectoryAtPath("relative"));
+    write("/file");
     link("/dangling", "nothing");
-    EXPECT_FALSE(files().createDirectoryAtPath("/dangling"));
+    for (const char* path : {"/file", "/file/x", "relative", "/dangling"})
+        EXPECT_FALSE(files().createDirectoryAtPath(path)) << path;
 }
 
 TEST_F(FileManagerTest, NothingIsReplacedByAMoveOrANewFile) {
@@ -138,11 +123,9 @@ TEST_F(FileManagerTest, RemovalTakesTheTreeAndNeverWhatLinksInItLeadTo) {
 TEST_F(FileManagerTest, RemovalNamesWhatCouldNotGoAndTakesTheRest) {
     write("/tree/locked/file", "1");
     write("/tree/other", "1");
-    std::filesystem::permissions(host("/tree/locked"),
-                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+    setMode("/tree/locked", 0500);
     const auto removed = files().removeItemAtPath("/tree");
-    std::filesystem::permissions(host("/tree/locked"), std::filesystem::perms::owner_all);
-    ASSERT_FALSE(removed);
+    setMode("/tree/locked", 0700);
     EXPECT_EQ(removed.error().message(), "/tree/locked/file: Permission denied");
     EXPECT_FALSE(exists("/tree/other"));
 }
@@ -161,35 +144,20 @@ class RemovalRefusalTest : public FileManagerTest {
 TEST_F(RemovalRefusalTest, ProtectedRootRelativeAndClimbingPathsAreRefused) {
     files().removals().refreshGuard();
     link("/alias", "/Users/sam");
-    link("/Users/sam/Library/Caches/evil", "/Users");
-    for (const std::string path : {"",
-                                   "/",
-                                   "//",
-                                   "/.",
-                                   "relative",
-                                   "Users/sam",
-                                   "/..",
-                                   "/Users/..",
-                                   "/tmp/../Users",
-                                   "/Users/sam/Library/Caches/../../..",
-                                   "/Users",
-                                   "/Users/sam",
-                                   "/Users/sam/",
-                                   "/users/SAM",
-                                   "//Users//sam",
-                                   "/Users/./sam",
-                                   "/Users/sam/Library",
-                                   "/LIBRARY/caches",
-                                   "/alias/Library",
-                                   "/alias/Library/Caches/item",
-                                   "/Users/sam/Library/Caches/evil/sam/Library/Caches/item"}) {
+    link("/evil", "/Users");
+    auto refused =
+        words("/ // /. relative Users/sam /.. /Users/.. /tmp/../Users /Users/sam/Library/Caches/../../.. /Users "
+              "/Users/sam /Users/sam/ /users/SAM //Users//sam /Users/./sam /Users/sam/Library /LIBRARY/caches "
+              "/alias/Library /alias/Library/Caches/item /evil/sam/Library/Caches/item");
+    refused.emplace_back();
+    for (const auto& path : refused) {
         EXPECT_EQ(kindOf(files().removeItemAtPath(path)), ErrorKind::Protected) << path;
         EXPECT_FALSE(files().removals().openReferenceForRemoval(path)) << path;
     }
     EXPECT_EQ(read("/Users/sam/Library/Caches/item"), "1");
     EXPECT_EQ(kindOf(files().moveItemAtPath("/Users/sam", "/elsewhere")), ErrorKind::Protected);
     EXPECT_TRUE(files().removeItemAtPath("/alias")); // the link itself is nobody's folder
-    EXPECT_TRUE(files().removeItemAtPath("/Users/sam/Library/Caches/evil"));
+    EXPECT_TRUE(files().removeItemAtPath("/evil"));
     EXPECT_TRUE(files().removeItemAtPath("/Users/sam/Library/Caches/item"));
     EXPECT_TRUE(exists("/Users/sam/Library/Caches"));
 }
@@ -197,7 +165,7 @@ TEST_F(RemovalRefusalTest, ProtectedRootRelativeAndClimbingPathsAreRefused) {
 TEST_F(RemovalRefusalTest, ProtectedFolderThatIsALinkIsKnownByItsPlaceToo) {
     write("/private/var/cache/item", "1");
     link("/var", "private/var");
-    std::filesystem::remove_all(host("/Users/sam/Library/Caches"));
+    remove("/Users/sam/Library/Caches");
     write("/Volumes/Data/sam/caches/item", "2");
     link("/Users/sam/Library/Caches", "/Volumes/Data/sam/caches");
     EXPECT_EQ(kindOf(files().removeItemAtPath("/var/cache/item")), ErrorKind::Protected);
@@ -215,7 +183,7 @@ TEST_F(RemovalRefusalTest, FolderThatBecameALinkDuringTheRunLeadsNowhere) {
     write("/Users/sam/Documents/item", "precious");
     write("/Users/sam/Library/Caches/app/item", "1");
     files().removals().refreshGuard();
-    std::filesystem::remove_all(host("/Users/sam/Library/Caches/app"));
+    remove("/Users/sam/Library/Caches/app");
     link("/Users/sam/Library/Caches/app", "/Users/sam/Documents");
     EXPECT_EQ(kindOf(files().removeItemAtPath("/Users/sam/Library/Caches/app/item")), ErrorKind::Protected);
     EXPECT_EQ(read("/Users/sam/Documents/item"), "precious");

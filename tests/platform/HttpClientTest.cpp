@@ -78,14 +78,11 @@ TEST_F(HttpClientTest, HangingServerIsLeftWhenTimeIsUpOrSomebodyStopsIt) {
 
 TEST_F(HttpClientTest, CertificateThatNobodyVouchesForIsRefused) {
     const TestFolder folder;
-    const auto made =
+    ASSERT_TRUE(
         runProcess("/usr/bin/openssl", {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=127.0.0.1",
-                                        "-keyout", folder.path("key"), "-out", folder.path("certificate")});
-    ASSERT_TRUE(made && made->succeeded());
-    const std::string both = folder.path("both");
-    std::ofstream(both) << std::ifstream(folder.path("key")).rdbuf()
-                        << std::ifstream(folder.path("certificate")).rdbuf();
-    const LocalServer server(both);
+                                        "-keyout", folder.path("key"), "-out", folder.path("certificate")}));
+    folder.write("both", folder.read("key") + folder.read("certificate"));
+    const LocalServer server(folder.path("both"));
     server.serve("file", "here");
     EXPECT_THAT(failureOf(m_client.fetch({.url = server.url("/file"), .agent = "Agent"})), HasSubstr("certificate"));
 }

@@ -1,11 +1,9 @@
 #include "platform/Localization.h"
 
 #include "platform/Locale.h"
+#include "platform/TestFolder.h"
 
 #include <clocale>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
 #include <map>
@@ -13,11 +11,9 @@
 namespace sweeply {
 namespace {
 
-namespace fs = std::filesystem;
-
 TEST(FormatText, PlaceholdersTakeTheirKindsOfArguments) {
-    EXPECT_EQ(formatText("%@ scan started", {"LogsScanController"}), "LogsScanController scan started");
-    EXPECT_EQ(formatText("%i and %i", {-7, std::numeric_limits<std::uint64_t>::max()}), "-7 and 18446744073709551615");
+    EXPECT_EQ(formatText("%@ scan %i and %i", {"Logs", -7, std::numeric_limits<std::uint64_t>::max()}),
+              "Logs scan -7 and 18446744073709551615");
     EXPECT_EQ(formatText("%i %i", {true, std::size_t{3}}), "1 3");
     EXPECT_EQ(formatText("100%% of %@", {std::string("all")}), "100% of all");
     EXPECT_EQ(formatText("[%02i] [%4i] [%03i]", {5, 42, -1}), "[05] [  42] [-01]");
@@ -71,27 +67,21 @@ std::string catalogue(const std::map<std::string, std::string>& entries) {
 }
 
 TEST(Localization, TranslationsAreUsedUnlessTheirPlaceholdersLie) {
-    std::string root = fs::temp_directory_path() / "locale-XXXXXX";
-    ASSERT_NE(mkdtemp(root.data()), nullptr);
-    fs::create_directories(root + "/de/LC_MESSAGES");
-    std::ofstream(root + "/de/LC_MESSAGES/sweeply.mo") << catalogue({
-        {"", "Content-Type: text/plain; charset=UTF-8\n"},
-        {"Quit Sweeply?", "Sweeply beenden?"},
-        {"Scan", "Suche"},
-        {std::string("Buttons\004Scan"), "Suchen"},
-        {"Found: %@", "Gefunden: %@"},
-        {"%@ of %i", "%i von %@"},
-        {"%@ files", "%s%n%n Dateien"},
-    });
+    const TestFolder folder;
+    folder.write("de/LC_MESSAGES/sweeply.mo", catalogue({{"", "Content-Type: text/plain; charset=UTF-8\n"},
+                                                         {"Quit Sweeply?", "Sweeply beenden?"},
+                                                         {"Scan", "Suche"},
+                                                         {"Buttons\004Scan", "Suchen"},
+                                                         {"Found: %@", "Gefunden: %@"},
+                                                         {"%@ of %i", "%i von %@"},
+                                                         {"%@ files", "%s%n%n Dateien"}}));
     // gettext translates nothing in the C locale, and this machine may have no other: give it one by another name.
-    if (!fs::exists("/usr/lib/locale/C.utf8"))
-        GTEST_SKIP() << "no locale to copy";
-    fs::copy("/usr/lib/locale/C.utf8", root + "/de_DE.UTF-8", fs::copy_options::recursive);
-    setenv("LOCPATH", root.c_str(), 1);
+    std::filesystem::copy("/usr/lib/locale/C.utf8", folder.path("de_DE.UTF-8"),
+                          std::filesystem::copy_options::recursive);
+    setenv("LOCPATH", folder.path().c_str(), 1);
     setenv("LC_ALL", "de_DE.UTF-8", 1);
     unsetenv("LANGUAGE");
-    bindTextDomain(root);
-
+    bindTextDomain(folder.path());
     EXPECT_EQ(localizedString("Quit Sweeply?"), "Sweeply beenden?");
     EXPECT_EQ(localizedString("Scan"), "Suche");
     EXPECT_EQ(localizedButton("Scan"), "Suchen");
@@ -101,13 +91,11 @@ TEST(Localization, TranslationsAreUsedUnlessTheirPlaceholdersLie) {
     EXPECT_EQ(localizedFormat("Found: %@", {"4 KB"}), "Gefunden: 4 KB");
     EXPECT_EQ(localizedFormat("%@ of %i", {"a", 2}), "a of 2");
     EXPECT_EQ(localizedFormat("%@ files", {"3"}), "3 files");
-
-    bindTextDomain(root + "/missing");
+    bindTextDomain(folder.path("missing"));
     EXPECT_EQ(localizedFormat("Found: %@", {"4 KB"}), "Found: 4 KB");
     std::setlocale(LC_ALL, "C");
     unsetenv("LOCPATH");
     unsetenv("LC_ALL");
-    fs::remove_all(root);
 }
 
 TEST(Locale, DatesFallBackToEnglish) {

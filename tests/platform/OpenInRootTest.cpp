@@ -31,45 +31,13 @@ TEST_F(OpenInRootTest, KernelAndWalkFindTheSameItemForEveryPath) {
     for (int i = 1; i <= 45; ++i)
         link("/" + std::to_string(i), std::to_string(i - 1));
     ASSERT_EQ(::mkfifo(host("/fifo").c_str(), 0600), 0);
-    std::filesystem::permissions(host("/locked"), std::filesystem::perms::none);
-
-    const char* const paths[]{
-        ".",
-        "a/file",
-        "a/up/deep/file",
-        "a/up/../a/file",
-        "a/absolute/file",
-        "a/absolute/../deep",
-        "a/host",
-        "a/victim",
-        "a/slash/a/file",
-        "a/loop",
-        "a/loop/x",
-        "a/dangling",
-        "a/notfolder",
-        "a/folderslash",
-        "a/folderslash/deep",
-        "a/chain/file",
-        "..",
-        "../..",
-        "../victim",
-        "a/file/x",
-        "a/file/..",
-        "missing/..",
-        "locked/x",
-        "fifo",
-        "a//file",
-        "./a/./file",
-        "a/file/",
-        "a/up/",
-        "",
-        "39",
-        "40",
-        "45",
-        "a/..",
-        "a/slash/..",
-        "locked",
-    };
+    setMode("/locked", 0);
+    auto paths =
+        words(". .. ../.. ../victim a/file a/file/ a//file ./a/./file a/file/x a/file/.. a/.. a/up/ a/up/deep/file "
+              "a/up/../a/file a/absolute/file a/absolute/../deep a/host a/victim a/slash/.. a/slash/a/file a/loop "
+              "a/loop/x a/dangling a/notfolder a/folderslash a/folderslash/deep a/chain/file missing/.. locked "
+              "locked/x fifo 39 40 45");
+    paths.emplace_back();
     const UniqueFd root(::open(host("").c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     const auto outcome = [&](auto open, const std::string& path, int flags, MiddleLinks links) {
         const UniqueFd fd(open(root.get(), path, flags, links));
@@ -78,7 +46,7 @@ TEST_F(OpenInRootTest, KernelAndWalkFindTheSameItemForEveryPath) {
             return std::string(std::strerror(errno));
         return std::to_string(status.st_ino) + (S_ISLNK(status.st_mode) ? " link" : "");
     };
-    for (const std::string path : paths) {
+    for (const auto& path : paths) {
         for (const int flags : {O_PATH, O_PATH | O_NOFOLLOW, O_PATH | O_DIRECTORY, O_RDONLY | O_NONBLOCK,
                                 O_RDONLY | O_DIRECTORY, O_RDONLY | O_NOFOLLOW | O_NONBLOCK}) {
             for (const auto links : {MiddleLinks::Follow, MiddleLinks::Refuse}) {
@@ -87,7 +55,7 @@ TEST_F(OpenInRootTest, KernelAndWalkFindTheSameItemForEveryPath) {
             }
         }
     }
-    std::filesystem::permissions(host("/locked"), std::filesystem::perms::owner_all);
+    setMode("/locked", 0700);
 }
 
 } // namespace

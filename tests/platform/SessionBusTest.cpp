@@ -54,16 +54,17 @@ class SessionBusTest : public testing::Test {
     SessionBusTest() { EXPECT_TRUE(m_first->own(m_heard.requests())); }
 
     static int call(const std::string& method, const std::vector<std::string>& arguments) {
-        std::vector<std::string> all{"call", "--dest=com.brindle.Sweeply", "--object-path=/com/brindle/Sweeply",
-                                     "--method", "org.freedesktop.Application." + method};
-        all.insert(all.end(), arguments.begin(), arguments.end());
-        return PrivateBus::send(all);
+        return send({"call", "--dest=com.brindle.Sweeply", "--object-path=/com/brindle/Sweeply", "--method",
+                     "org.freedesktop.Application." + method},
+                    arguments);
     }
     static void emit(const std::vector<std::string>& arguments) {
-        std::vector<std::string> all{"emit", "--object-path=/any",
-                                     "--signal=com.brindle.sweeply.uninstallApplications"};
-        all.insert(all.end(), arguments.begin(), arguments.end());
-        EXPECT_EQ(PrivateBus::send(all), 0);
+        EXPECT_EQ(send({"emit", "--object-path=/any", "--signal=com.brindle.sweeply.uninstallApplications"}, arguments),
+                  0);
+    }
+    static int send(std::vector<std::string> words, const std::vector<std::string>& arguments) {
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        return PrivateBus::send(words);
     }
 
     PrivateBus m_bus;
@@ -96,15 +97,11 @@ TEST_F(SessionBusTest, NotificationReachesTheRunningProgram) {
 }
 
 TEST_F(SessionBusTest, MessagesOfTheWrongFormAreRefusedAndTheNextOneIsHeard) {
-    EXPECT_NE(call("Open", {"'/a'"}), 0);
-    EXPECT_NE(call("Open", {}), 0);
-    EXPECT_NE(call("NoSuchMethod", {}), 0);
+    EXPECT_TRUE(call("Open", {"'/a'"}) != 0 && call("Open", {}) != 0 && call("NoSuchMethod", {}) != 0);
     emit({});
-    emit({"'uninstall'"});
-    emit({"{'command': <5>}"});
-    emit({"{'command': 'uninstall'}"});
-    emit({"{'applications': <['/a', 'b']>, 'command': <['uninstall']>}"});
-    emit({"@a{sv} {}"});
+    for (const char* message : {"'uninstall'", "{'command': <5>}", "{'command': 'uninstall'}",
+                                "{'applications': <['/a', 'b']>, 'command': <['uninstall']>}", "@a{sv} {}"})
+        emit({message});
     EXPECT_THAT(m_heard.first(1), ElementsAre("empty"));
     EXPECT_THAT(m_log.lines(), Contains(HasSubstr("cannot be understood")));
 }

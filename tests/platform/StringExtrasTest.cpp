@@ -1,10 +1,7 @@
 #include "platform/StringExtras.h"
 
-#include "platform/FileManager.h"
 #include "platform/Suggestion.h"
-#include "platform/TestFolder.h"
-
-#include <gtest/gtest.h>
+#include "platform/Volume.h"
 
 namespace sweeply {
 namespace {
@@ -33,7 +30,6 @@ TEST(StringExtrasTest, PiecesBetweenSingleSpacesAreCountedAndCompared) {
     EXPECT_EQ(ellipsizeAfterNWords("one two", 5), "one two");
     EXPECT_EQ(ellipsizeAfterNWords("one  two", 2), "one ");
     EXPECT_EQ(ellipsizeAfterNWords("one", 0), "");
-
     EXPECT_EQ(compareByWords("Photo Pro", "Pro Maker Photo"), 0);
     EXPECT_EQ(compareByWords("Photo Photo", "Photo"), 0);
     EXPECT_EQ(compareByWords("photo", "Photo"), -1);
@@ -43,19 +39,16 @@ TEST(StringExtrasTest, PiecesBetweenSingleSpacesAreCountedAndCompared) {
 }
 
 TEST(StringExtrasTest, FolderKeepsItsExtension) {
-    const TestFolder folder;
-    folder.makeFolder("plug/Bundle.app");
-    folder.makeFile("plug/file.tar.gz");
-    const auto files = std::move(FileManager::open(folder.path()).value());
-    const auto stripped = [&](std::string_view name) {
-        return stringByDeletingRealPathExtension(name, "/plug", *files);
-    };
-    EXPECT_EQ(stripped("Bundle.app"), "Bundle.app");
-    EXPECT_EQ(stripped("file.tar.gz"), "file.tar");
-    EXPECT_EQ(stripped("missing.app"), "missing");
-    EXPECT_EQ(stripped("app.x.app"), "app.x");
-    EXPECT_EQ(stripped(".hidden"), ".hidden");
-    EXPECT_EQ(stripped("plain"), "plain");
+    const TestVolume volume;
+    volume.makeFolder("/plug/Bundle.app");
+    volume.write("/plug/file.tar.gz");
+    for (const auto& [name, stripped] : {std::pair("Bundle.app", "Bundle.app"),
+                                         {"file.tar.gz", "file.tar"},
+                                         {"missing.app", "missing"},
+                                         {"app.x.app", "app.x"},
+                                         {".hidden", ".hidden"},
+                                         {"plain", "plain"}})
+        EXPECT_EQ(stringByDeletingRealPathExtension(name, "/plug", volume.files()), stripped);
 }
 
 TEST(StringExtrasTest, LettersOfEveryScriptBecomeSmall) {
@@ -73,7 +66,6 @@ TEST(StringExtrasTest, TagsBecomeSpaces) {
 TEST(StringExtrasTest, UrlEscapesFollowTheirOwnTable) {
     EXPECT_EQ(stringByEncodingURLEscapes("a+b %~"), "a b %~");
     EXPECT_EQ(stringByEncodingURLEscapes("\n\x7f\xc3\xa9"), "%0a%7f%c3%a9");
-
     EXPECT_EQ(stringByDecodingURLEscapes("a+b c%41%6a%6A"), "a b+cAjj");
     EXPECT_EQ(stringByDecodingURLEscapes("%4g!%zz"), "?!?");
     EXPECT_EQ(stringByDecodingURLEscapes("cut%4"), "cut?");

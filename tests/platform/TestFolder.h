@@ -6,15 +6,25 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace sweeply {
 
-/// A folder of its own for one test, and a short vocabulary to fill it. Paths are relative to it.
-class TestFolder final {
+/// A list of short names, written as one text with spaces between them.
+inline std::vector<std::string> words(const std::string& text) {
+    std::istringstream in(text);
+    return {std::istream_iterator<std::string>(in), {}};
+}
+
+/// A folder of its own for one test, and a short vocabulary to fill it. Paths are relative to it; folders above an item
+/// are made with it.
+class TestFolder {
   public:
     TestFolder() {
         m_root = std::filesystem::temp_directory_path() / "test.XXXXXX";
@@ -37,14 +47,29 @@ class TestFolder final {
         return std::filesystem::symlink_status(path(name)).type() != std::filesystem::file_type::not_found;
     }
 
-    void makeFolder(const std::string& name) const { std::filesystem::create_directories(path(name)); }
-    void makeFile(const std::string& name, std::size_t size = 1) const {
-        std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
-        std::ofstream(path(name), std::ios::binary) << std::string(size, 'x');
+    [[nodiscard]] std::vector<std::string> names(const std::string& name = "") const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(path(name)))
+            names.push_back(entry.path().filename());
+        return names;
     }
+    [[nodiscard]] std::string read(const std::string& name) const {
+        std::ostringstream text;
+        text << std::ifstream(path(name), std::ios::binary).rdbuf();
+        return text.str();
+    }
+
+    void makeFolder(const std::string& name) const { std::filesystem::create_directories(path(name)); }
+    void write(const std::string& name, const std::string& contents) const {
+        std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
+        std::ofstream(path(name), std::ios::binary) << contents;
+    }
+    void makeFile(const std::string& name, std::size_t size = 1) const { write(name, std::string(size, 'x')); }
     void makeLink(const std::string& name, const std::string& destination) const {
+        std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
         std::filesystem::create_symlink(destination, path(name));
     }
+    void remove(const std::string& name) const { std::filesystem::remove_all(path(name)); }
     void setMode(const std::string& name, mode_t mode) const { ::chmod(path(name).c_str(), mode); }
 
     /// Folders "d" in each other, each with a file of 1 byte before and behind it; deeper than a path can be long.

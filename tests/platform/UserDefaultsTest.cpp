@@ -1,66 +1,37 @@
 #include "platform/UserDefaults.h"
 
-#include "platform/FileManager.h"
-#include "platform/SystemLog.h"
+#include "platform/RecordingLog.h"
 #include "platform/TemporaryFiles.h"
+#include "platform/Volume.h"
 
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <limits>
-#include <sstream>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace sweeply {
 namespace {
 
-namespace fs = std::filesystem;
 using plist::Value;
+using testing::HasSubstr;
 
-constexpr const char* kPath = "/Users/anna/Library/Preferences/com.brindle.Sweeply.plist";
+const std::string kFolder = "/Users/anna/Library/Preferences";
+const std::string kPath = kFolder + "/com.brindle.Sweeply.plist";
 
-struct RecordingLog final : SystemLog {
-    void log(std::string_view line) override { lines.emplace_back(line); }
-    std::vector<std::string> lines;
-};
-
-class UserDefaultsTest : public testing::Test {
+class UserDefaultsTest : public VolumeTest {
   protected:
-    UserDefaultsTest() {
-        std::string pattern = fs::temp_directory_path() / "defaults-XXXXXX";
-        m_root = mkdtemp(pattern.data());
-        fs::create_directories(file().parent_path());
-        m_fileManager = openFileManager();
-    }
-    ~UserDefaultsTest() override {
-        fs::permissions(file().parent_path(), fs::perms::owner_all);
-        fs::remove_all(m_root);
+    UserDefaultsTest() { makeFolder(kFolder); }
+    ~UserDefaultsTest() override { setMode(kFolder, 0700); }
+
+    [[nodiscard]] UserDefaults open() { return UserDefaults(files(), kPath, m_log); }
+    void writeList(const plist::Dictionary& list) const { write(kPath, plist::writeBinary(list)); }
+    [[nodiscard]] Value onDisk() const { return plist::parse(read(kPath)).value(); }
+    [[nodiscard]] std::ptrdiff_t filesSetAside() const {
+        return std::ranges::count_if(names(kFolder), [](const std::string& name) {
+            return name.starts_with("com.brindle.Sweeply.plist.damaged-");
+        });
     }
 
-    [[nodiscard]] std::unique_ptr<FileManager> openFileManager() const { return *FileManager::open(m_root); }
-    [[nodiscard]] UserDefaults open() { return UserDefaults(*m_fileManager, kPath, m_log); }
-
-    [[nodiscard]] fs::path file() const { return m_root + kPath; }
-    [[nodiscard]] std::string bytes() const {
-        std::ostringstream text;
-        text << std::ifstream(file()).rdbuf();
-        return text.str();
-    }
-    void write(std::string_view contents) { std::ofstream(file()) << contents; }
-    [[nodiscard]] Value onDisk() const { return plist::parse(bytes()).value(); }
-    [[nodiscard]] std::vector<fs::path> filesSetAside() const {
-        std::vector<fs::path> found;
-        for (const auto& entry : fs::directory_iterator(file().parent_path()))
-            if (entry.path().filename().string().starts_with("com.brindle.Sweeply.plist.damaged-"))
-                found.push_back(entry.path());
-        return found;
-    }
-
-    std::string m_root;
-    std::unique_ptr<FileManager> m_fileManager;
     RecordingLog m_log;
 };
 
@@ -70,10 +41,9 @@ TEST_F(UserDefaultsTest, ChangesReachTheDiskAndEveryOtherKeyKeepsItsType) {
                                     {"real", Value(0.5)},
                                     {"huge", Value(std::numeric_limits<std::uint64_t>::max())},
                                     {"nested", Value(plist::Array{Value(plist::Dictionary({{"x", Value(false)}}))})}});
-    write(plist::writeXml(Value(others)));
-    chmod(file().c_str(), 0640);
+    write(kPath, plist::writeXml(Value(others)));
+    setMode(kPath, 0640);
     plist::Dictionary expected = *onDisk().asDictionary();
-
     UserDefaults defaults = open();
     defaults.setBool("UseSecureErase", true);
     defaults.setUnsigned("totalSizeSaved", 6'000'000'000);
@@ -81,7 +51,6 @@ TEST_F(UserDefaultsTest, ChangesReachTheDiskAndEveryOtherKeyKeepsItsType) {
     defaults.removeObject("huge");
     EXPECT_EQ(onDisk(), Value(expected)) << "only synchronize writes";
     ASSERT_TRUE(defaults.synchronize());
-
     expected.set("real", "replaced");
     expected.remove("huge");
     expected.set("UseSecureErase", true);
@@ -89,32 +58,27 @@ TEST_F(UserDefaultsTest, ChangesReachTheDiskAndEveryOtherKeyKeepsItsType) {
     for (const auto& [key, value] : expected.members())
         EXPECT_EQ(open().objectForKey(key), value) << key;
     EXPECT_EQ(onDisk().asDictionary()->members().size(), expected.members().size());
-    EXPECT_TRUE(bytes().starts_with("bplist00"));
-    EXPECT_EQ(fs::status(file()).permissions(), fs::perms(0640));
+    EXPECT_TRUE(read(kPath).starts_with("bplist00"));
+    EXPECT_EQ(files().attributesOfItemAtPath(kPath, Links::DontFollow)->mode, 0640U);
 }
 
 TEST_F(UserDefaultsTest, NothingIsWrittenWhenNothingChanged) {
     UserDefaults defaults = open();
     ASSERT_TRUE(defaults.synchronize());
-    EXPECT_TRUE(fs::is_empty(file().parent_path()));
-
-    write(plist::writeXml(Value(plist::Dictionary({{"a", Value(1)}}))));
-    const std::string before = bytes();
+    EXPECT_TRUE(names(kFolder).empty());
+    write(kPath, "<plist version=\"1.0\"><dict><key>a</key><integer>1</integer></dict></plist>");
+    const std::string before = read(kPath);
     ASSERT_TRUE(defaults.synchronize());
     EXPECT_EQ(defaults.unsignedForKey("a"), 1U) << "what another process wrote is fetched";
     defaults.setUnsigned("a", 1);
     defaults.removeObject("absent");
     ASSERT_TRUE(defaults.synchronize());
-    EXPECT_EQ(bytes(), before);
+    EXPECT_EQ(read(kPath), before);
 }
 
 TEST_F(UserDefaultsTest, ValuesTypedByHandAreReadAsAMacReadsThem) {
-    write(plist::writeBinary(Value(plist::Dictionary({{"yes", Value("YES")},
-                                                      {"no", Value("NO")},
-                                                      {"number", Value("123")},
-                                                      {"real", Value(7.9)},
-                                                      {"negative", Value(-1)},
-                                                      {"list", Value(plist::Array{})}}))));
+    writeList(plist::Dictionary(
+        {{"yes", "YES"}, {"no", "NO"}, {"number", "123"}, {"real", 7.9}, {"negative", -1}, {"list", plist::Array{}}}));
     const UserDefaults defaults = open();
     EXPECT_TRUE(defaults.boolForKey("yes"));
     EXPECT_FALSE(defaults.boolForKey("no"));
@@ -135,7 +99,6 @@ TEST_F(UserDefaultsTest, AdditionsFollowWhatWasDoneToTheKeyBefore) {
     ASSERT_TRUE(mine.synchronize());
     ASSERT_TRUE(other.synchronize());
     EXPECT_EQ(other.unsignedForKey("sum"), 17U);
-
     mine.setUnsigned("sum", 1);
     mine.addToUnsigned("sum", 2);
     ASSERT_TRUE(mine.synchronize());
@@ -154,11 +117,9 @@ TEST_F(UserDefaultsTest, TwoProcessesThatWriteManyTimesLoseNothing) {
     std::vector<pid_t> children;
     for (const char* name : {"first", "second"}) {
         const pid_t child = fork();
-        ASSERT_GE(child, 0);
         if (child == 0) {
-            const auto fileManager = openFileManager();
-            RecordingLog log;
-            UserDefaults defaults(*fileManager, kPath, log);
+            const auto own = FileManager::open(host("")).value();
+            UserDefaults defaults(*own, kPath, m_log);
             bool isWell = true;
             for (unsigned round = 1; round <= kRounds; ++round) {
                 defaults.addToUnsigned("totalSizeSaved", round);
@@ -199,29 +160,24 @@ TEST_F(UserDefaultsTest, ThreadsShareOneObject) {
 }
 
 TEST_F(UserDefaultsTest, ADamagedFileIsSetAsideWithALogLine) {
-    for (const std::string_view damage :
-         {std::string_view("bplist00 damaged"), std::string_view("<plist><array/></plist>")}) {
+    for (const std::string damage : {"bplist00 damaged", "<plist><array/></plist>"}) {
         const auto before = filesSetAside();
-        write(damage);
-        m_log.lines.clear();
+        write(kPath, damage);
         UserDefaults defaults = open();
         ASSERT_TRUE(defaults.synchronize());
-        EXPECT_EQ(bytes(), damage) << "without a change of ours it is not our business";
-
+        EXPECT_EQ(read(kPath), damage) << "without a change of ours it is not our business";
         defaults.setBool("mine", true);
         ASSERT_TRUE(defaults.synchronize());
         EXPECT_EQ(onDisk(), Value(plist::Dictionary({{"mine", Value(true)}})));
-        const auto after = filesSetAside();
-        ASSERT_EQ(after.size(), before.size() + 1) << "an earlier one is not replaced, even within one second";
-        EXPECT_NE(m_log.lines.back().find(kPath), std::string::npos);
-        EXPECT_NE(m_log.lines.back().find(".damaged-"), std::string::npos);
+        EXPECT_EQ(filesSetAside(), before + 1) << "an earlier one is not replaced, even within one second";
+        EXPECT_THAT(m_log.lines().back(), testing::AllOf(HasSubstr(kPath), HasSubstr(".damaged-")));
     }
 }
 
 TEST_F(UserDefaultsTest, ATargetThatCannotBeWrittenKeepsTheValuesInMemory) {
-    write(plist::writeBinary(Value(plist::Dictionary({{"old", Value(1)}}))));
+    writeList(plist::Dictionary({{"old", Value(1)}}));
     UserDefaults defaults = open();
-    fs::permissions(file().parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
+    setMode(kFolder, 0500);
     defaults.addToUnsigned("sum", 2);
     for (int attempt = 0; attempt < 2; ++attempt) {
         const auto result = defaults.synchronize();
@@ -229,32 +185,28 @@ TEST_F(UserDefaultsTest, ATargetThatCannotBeWrittenKeepsTheValuesInMemory) {
         EXPECT_EQ(result.error().kind, ErrorKind::PermissionDenied);
         EXPECT_TRUE(result.error().path.starts_with(kPath));
     }
-    EXPECT_EQ(m_log.lines.size(), 1U) << "said once";
+    EXPECT_EQ(m_log.lines().size(), 1U) << "said once";
     EXPECT_EQ(defaults.unsignedForKey("sum"), 2U);
-
-    fs::permissions(file().parent_path(), fs::perms::owner_all);
+    setMode(kFolder, 0700);
     ASSERT_TRUE(defaults.synchronize());
     EXPECT_EQ(open().unsignedForKey("sum"), 2U) << "added once, not once an attempt";
 }
 
 TEST_F(UserDefaultsTest, WhatStandsInTheWayIsLeftAlone) {
     // A file that cannot be read may be whole: it is not taken for damaged.
-    write("anything");
-    fs::permissions(file(), fs::perms::none);
+    write(kPath, "anything");
+    setMode(kPath, 0);
     UserDefaults defaults = open();
     defaults.setBool("mine", true);
     EXPECT_EQ(defaults.synchronize().error().kind, ErrorKind::PermissionDenied);
-    fs::permissions(file(), fs::perms::owner_all);
-    EXPECT_EQ(bytes(), "anything");
-    EXPECT_TRUE(filesSetAside().empty());
-
-    const fs::path victim = m_root + "/victim";
-    const fs::path lock = file().parent_path() / lockName(file().filename());
-    std::ofstream(victim) << "victim";
-    fs::create_symlink(victim, lock);
+    setMode(kPath, 0700);
+    EXPECT_EQ(read(kPath), "anything");
+    EXPECT_EQ(filesSetAside(), 0);
+    const std::string lock = kFolder + "/" + lockName("com.brindle.Sweeply.plist");
+    link(lock, m_folder + "/victim");
     EXPECT_FALSE(defaults.synchronize());
-    fs::remove(lock);
-    ASSERT_EQ(mkfifo(lock.c_str(), 0600), 0);
+    remove(lock);
+    ASSERT_EQ(::mkfifo(host(lock).c_str(), 0600), 0);
     EXPECT_EQ(defaults.synchronize().error().kind, ErrorKind::WrongType);
 }
 

@@ -1,50 +1,54 @@
 #pragma once
 
+#include "formats/PropertyList.h"
 #include "platform/FileManager.h"
+#include "platform/TestFolder.h"
 
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace sweeply {
 
-/// A folder of the host with a target root in it and a victim beside the root that nothing may reach.
-class VolumeTest : public testing::Test {
+/// A target root, the folder "root" in a folder of the host, and the same vocabulary for paths of that target.
+class TestVolume {
+  public:
+    TestVolume() {
+        makeFolder("");
+        m_files = std::move(FileManager::open(host("")).value());
+    }
+
+    [[nodiscard]] FileManager& files() const { return *m_files; }
+    [[nodiscard]] std::string host(const std::string& path) const { return m_folder + "/root" + path; }
+    [[nodiscard]] std::string read(const std::string& path) const { return m_top.read("root" + path); }
+    [[nodiscard]] bool exists(const std::string& path) const { return m_top.contains("root" + path); }
+    [[nodiscard]] std::vector<std::string> names(const std::string& path) const { return m_top.names("root" + path); }
+
+    void makeFolder(const std::string& path) const { m_top.makeFolder("root" + path); }
+    void write(const std::string& path, const std::string& contents = "x") const {
+        m_top.write("root" + path, contents);
+    }
+    void link(const std::string& path, const std::string& to) const { m_top.makeLink("root" + path, to); }
+    void remove(const std::string& path) const { m_top.remove("root" + path); }
+    void setMode(const std::string& path, mode_t mode) const { m_top.setMode("root" + path, mode); }
+    /// A bundle whose Info.plist holds `info`.
+    void makeBundle(const std::string& path, std::vector<plist::Dictionary::Member> info) const {
+        write(path + "/Contents/Info.plist", plist::writeXml(plist::Dictionary(std::move(info))));
+    }
+
+  private:
+    const TestFolder m_top;
+
   protected:
-    VolumeTest() {
-        std::string name = std::filesystem::temp_directory_path() / "volume.XXXXXX";
-        m_folder = ::mkdtemp(name.data());
-        std::filesystem::create_directory(m_folder + "/root");
-        m_files = std::move(FileManager::open(m_folder + "/root").value());
-        write("/../victim", "precious");
-    }
-    ~VolumeTest() override {
-        EXPECT_EQ(read("/../victim"), "precious");
-        std::filesystem::remove_all(m_folder);
-    }
+    const std::string m_folder = m_top.path();
 
-    std::string host(const std::string& path) const { return m_folder + "/root" + path; }
-    void makeFolder(const std::string& path) const { std::filesystem::create_directories(host(path)); }
-    void write(const std::string& path, const std::string& contents) const {
-        std::filesystem::create_directories(std::filesystem::path(host(path)).parent_path());
-        std::ofstream(host(path), std::ios::binary) << contents;
-    }
-    std::string read(const std::string& path) const {
-        std::ostringstream text;
-        text << std::ifstream(host(path), std::ios::binary).rdbuf();
-        return text.str();
-    }
-    void link(const std::string& path, const std::string& destination) const {
-        std::filesystem::create_directories(std::filesystem::path(host(path)).parent_path());
-        std::filesystem::create_symlink(destination, host(path));
-    }
-    bool exists(const std::string& path) const {
-        return std::filesystem::exists(std::filesystem::symlink_status(host(path)));
-    }
-
-    std::string m_folder;
+  private:
     std::unique_ptr<FileManager> m_files;
+};
+
+/// A test on such a volume, with a victim beside the root that nothing may reach.
+class VolumeTest : public testing::Test, protected TestVolume {
+  protected:
+    VolumeTest() { write("/../victim", "precious"); }
+    ~VolumeTest() override { EXPECT_EQ(read("/../victim"), "precious"); }
 };
 
 } // namespace sweeply
