@@ -1,20 +1,18 @@
-#include "formats/BillOfMaterials.h"
+#include "formats/BomReader.h"
 
 #include "formats/BigEndian.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <gmock/gmock.h>
 #include <map>
 
 namespace sweeply::bom {
-
 namespace {
 
 using test::big32;
 using test::bigEndian;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 /// Walks a bill the plain way and keeps everything in the order that it is stored.
 class Bill {
@@ -80,72 +78,124 @@ class Bill {
     int m_depth = 0;
 };
 
-Entry file(std::string path, std::string_view contents) {
-    Entry entry;
-    entry.path = std::move(path);
-    entry.mode = 0100644;
-    entry.owner = 501;
-    entry.group = 20;
-    entry.modified = 0x4e000000;
-    entry.size = static_cast<std::uint32_t>(contents.size());
-    entry.checksum = checksum(contents);
-    return entry;
+Entry file(std::string path) {
+    return {std::move(path), EntryType::File, 0100644, 501, 20, 0x4e000000, 5, checksum("12345"), {}, 0};
 }
 
-} // namespace
+std::string billOf(const std::vector<std::string>& paths) {
+    std::vector<Entry> entries;
+    for (const auto& path : paths)
+        entries.push_back(file(path));
+    return write(entries);
+}
 
-TEST(BillOfMaterials, ChecksumIsThatOfCksum) {
+std::vector<std::string> pathsIn(const std::string& bytes) {
+    std::vector<std::string> paths;
+    const auto listed = read(bytes, [&](const Entry& entry) { paths.push_back(entry.path); });
+    if (!listed)
+        paths.push_back("error: " + listed.error());
+    return paths;
+}
+
+TEST(BillOfMaterialsTest, ChecksumIsThatOfCksum) {
     EXPECT_EQ(checksum(""), 4294967295U);
     EXPECT_EQ(checksum("exec"), 3978536659U);
     EXPECT_EQ(checksum("hello, world !\n"), 2919626162U);
 }
 
-TEST(BillOfMaterials, EntriesWithoutTheirFoldersAreStoredSiblingsTogetherUnderThem) {
-    const std::string bytes = write({file("b/two", "2"), file("a b", ""), file("b/inner/one", "1")});
+TEST(BillOfMaterialsTest, SiblingsAreStoredTogetherAndReadBelowTheirFolder) {
+    const std::string bytes = billOf({"b/two", "a b", "b/inner/one", "b.c"});
     const Bill bill(bytes);
-    EXPECT_THAT(bill.paths, ElementsAre(".", "./a b", "./b", "./b/inner", "./b/two", "./b/inner/one"));
+    EXPECT_THAT(bill.paths, ElementsAre(".", "./a b", "./b", "./b.c", "./b/inner", "./b/two", "./b/inner/one"));
     EXPECT_EQ(bigEndian(bill.attributes.at("./b/inner"), 4, 2), 040755U);
     EXPECT_EQ(bigEndian(bill.attributes.at("./b/inner"), 0, 1), 2U);
+    EXPECT_THAT(pathsIn(bytes), ElementsAre(".", "a b", "b", "b/inner", "b/inner/one", "b/two", "b.c"));
 }
 
-TEST(BillOfMaterials, AttributesOfFilesLinksAndDevicesLieWhereReadersLook) {
-    Entry link = file("link", "some where");
-    link.type = EntryType::SymbolicLink;
-    link.mode = 0120755;
-    link.linkTarget = "some where";
-    Entry device;
-    device.path = "disk";
-    device.type = EntryType::Device;
-    device.mode = 060640;
-    device.device = 0x0e000002;
-    const std::string bytes = write({file("plain", "12345"), link, device});
+TEST(BillOfMaterialsTest, AttributesLieWhereReadersLookAndAreReadAgain) {
+    const Entry link{"link", EntryType::SymbolicLink, 0120755, 501, 20, 1'200'000'000, 10, 99, "some where", 0};
+    const Entry device{"disk", EntryType::Device, 060640, 0, 0, 0, 0, 0, {}, 0x0e000002};
+    const std::string bytes = write({file("plain"), link, device});
     const Bill bill(bytes);
-
     const std::string& plain = bill.attributes.at("./plain");
     EXPECT_EQ(bigEndian(plain, 0, 2), 0x0101U);
     EXPECT_EQ(bigEndian(plain, 4, 2), 0100644U);
-    EXPECT_EQ(big32(plain, 6), 501U);
-    EXPECT_EQ(big32(plain, 10), 20U);
-    EXPECT_EQ(big32(plain, 14), 0x4e000000U);
-    EXPECT_EQ(big32(plain, 18), 5U);
+    const std::uint32_t fields[]{501, 20, 0x4e000000, 5};
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_EQ(big32(plain, 6 + 4 * i), fields[i]) << i;
     EXPECT_EQ(big32(plain, 23), checksum("12345"));
-
-    const std::string& target = bill.attributes.at("./link");
-    EXPECT_EQ(big32(target, 27), 11U);
-    EXPECT_STREQ(target.c_str() + 31, "some where");
+    EXPECT_EQ(big32(bill.attributes.at("./link"), 27), 11U);
+    EXPECT_STREQ(bill.attributes.at("./link").c_str() + 31, "some where");
     EXPECT_EQ(big32(bill.attributes.at("./disk"), 23), 0x0e000002U);
+    const auto all = [](const Entry& e) {
+        return std::tie(e.type, e.mode, e.owner, e.group, e.modified, e.size, e.checksum, e.linkTarget, e.device);
+    };
+    std::map<std::string, Entry> found;
+    ASSERT_TRUE(read(bytes, [&](const Entry& entry) { found[entry.path] = entry; }));
+    for (const Entry& entry : {file("plain"), link, device})
+        EXPECT_EQ(all(found[entry.path]), all(entry)) << entry.path;
 }
 
-TEST(BillOfMaterials, MoreEntriesThanANodeHoldsGrowATreeThatStaysSorted) {
-    std::vector<Entry> entries;
+TEST(BillOfMaterialsTest, MoreEntriesThanANodeHoldsGrowATreeThatStaysSorted) {
+    std::vector<std::string> paths;
     for (int i = 0; i < 70'000; ++i)
-        entries.push_back(file("folder" + std::to_string(i % 7) + "/" + std::to_string(i), ""));
-    const std::string bytes = write(entries);
+        paths.push_back("folder" + std::to_string(i % 7) + "/" + std::to_string(i));
+    const std::string bytes = billOf(paths);
     const Bill bill(bytes);
     EXPECT_EQ(bill.paths.size(), 70'000U + 7 + 1);
     EXPECT_EQ(bill.attributes.size(), bill.paths.size());
     EXPECT_TRUE(std::ranges::is_sorted(bill.keys));
     EXPECT_EQ(bill.depth(), 2);
+    EXPECT_EQ(pathsIn(bytes).size(), bill.paths.size());
 }
 
+TEST(BomReaderTest, DamageIsAnErrorAndNothingIsHandedOn) {
+    const auto whole = billOf({"a/b", "a/c"});
+    for (std::size_t length = 0; length < whole.size(); length += 7) {
+        std::size_t handedOn = 0;
+        const auto listed = read(whole.substr(0, length), [&](const Entry&) { ++handedOn; });
+        EXPECT_TRUE(listed || handedOn == 0);
+    }
+    for (const auto& [from, to] : {std::pair("tree", "tres"), {"Paths", "Pfads"}}) {
+        auto bad = whole;
+        bad.replace(bad.find(from), std::string(from).size(), to);
+        EXPECT_THAT(pathsIn(bad), ElementsAre(HasSubstr("error: "))) << to;
+    }
+}
+
+TEST(BomReaderTest, WhatCannotBeIsLeftOutAndTheRestHandedOn) {
+    // "." has the number 1, "a" 2, "a/bb" 3, "a/cc" 4, "dd" 5; a name stands behind its folder's number.
+    const std::string whole = billOf({"a/bb", "a/cc", "dd"});
+    const struct {
+        std::string from, to, paths;
+        std::size_t leftOut;
+        const char* reason;
+    } rows[]{
+        {"bb", "..", ". a a/cc dd", 1, "a path has a name that no file can have"},
+        {"bb", "/b", ". a a/cc dd", 1, "a path has a name that no file can have"},
+        {{"\2bb", 3}, {"\2\0b", 3}, ". a a/cc dd", 1, "a path has a name that no file can have"},
+        {{"\1a", 2}, "\1/", ". dd", 3, "a path has a name that no file can have"},
+        {{"\1a", 2}, "\2a", ". dd", 3, "a path lies in a folder that is not listed"},
+        {{"\2bb", 3}, "\7bb", ". a a/cc dd", 1, "a path lies in a folder that is not listed"},
+        {{"\5\0\0\0\x8", 5}, {"\2\0\0\0\x8", 5}, ". a a/bb a/cc", 1, "two paths have the same number"},
+        {{"\5\0\0\0\x8", 5}, {"\0\0\0\0\x8", 5}, ". a a/bb a/cc", 1, "a path's record is damaged"},
+        {{"\5\0\0\0\x8", 5}, {"\5\0\0\0\xff", 5}, ". a a/bb a/cc", 1, "a path's record is damaged"},
+        {{"\0\1\0\5", 4}, {"\0\1\0\6", 4}, ". a a/bb a/cc dd", 1, "a path's record is missing"},
+        {{"\0\1\0\5", 4}, {"\0\1\xff\xff", 4}, "error", 0, "its tree of paths is damaged"},
+    };
+    for (const auto& row : rows) {
+        auto bad = whole;
+        const auto at = bad.rfind(row.from);
+        ASSERT_NE(at, std::string::npos) << row.reason;
+        bad.replace(at, row.to.size(), row.to);
+        std::string paths;
+        const auto listed = read(bad, [&](const Entry& entry) { paths += " " + entry.path; });
+        EXPECT_EQ(listed ? paths : " error", " " + row.paths) << row.reason;
+        EXPECT_EQ(listed ? listed->reason : listed.error(), row.reason) << row.paths;
+        EXPECT_EQ(listed ? listed->count : 0, row.leftOut) << row.reason;
+    }
+    EXPECT_EQ(pathsIn(billOf({std::string(1024, 'n'), std::string(1025, 'n')})).size(), 2U);
+}
+
+} // namespace
 } // namespace sweeply::bom
