@@ -10,29 +10,16 @@
 namespace sweeply {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
 class PackageToolsTest : public testing::Test, protected ToolWorld {
   protected:
     static std::string bill() {
-        std::vector<bom::Entry> entries(4);
-        entries[0].path = "usr/bin/tool";
-        entries[0].mode = 0100755;
-        entries[0].size = 7;
-        entries[0].checksum = 9;
-        entries[1].path = "usr/link";
-        entries[1].type = bom::EntryType::SymbolicLink;
-        entries[1].mode = 0120755;
-        entries[1].linkTarget = "bin/tool";
-        entries[2].path = "dev";
-        entries[2].type = bom::EntryType::Device;
-        entries[2].mode = 020644;
-        entries[2].device = 77;
-        entries[3].path = "empty folder";
-        entries[3].type = bom::EntryType::Directory;
-        entries[3].mode = 040755;
-        return bom::write(entries);
+        using enum bom::EntryType;
+        return bom::write({{.path = "usr/bin/tool", .mode = 0100755, .size = 7, .checksum = 9, .linkTarget = {}},
+                           {.path = "usr/link", .type = SymbolicLink, .mode = 0120755, .linkTarget = "bin/tool"},
+                           {.path = "dev", .type = Device, .mode = 020644, .linkTarget = {}, .device = 77},
+                           {.path = "empty folder", .type = Directory, .mode = 040755, .linkTarget = {}}});
     }
     void addReceipt(const std::string& identifier) const {
         write("private/var/db/receipts/" + identifier + ".bom", bill());
@@ -43,7 +30,7 @@ class PackageToolsTest : public testing::Test, protected ToolWorld {
                                                  {"InstallPrefixPath", "Applications"}})));
     }
     ProcessResult pkgutil(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"--volume", folder.path()});
+        arguments.insert(arguments.begin(), {"--volume", path()});
         return run("pkgutil", arguments);
     }
 };
@@ -76,14 +63,14 @@ TEST_F(PackageToolsTest, BillIsListedWithAllItSaysOrOnlyPaths) {
 }
 
 TEST_F(PackageToolsTest, ReceiptsAreListedDescribedAndForgotten) {
-    folder.makeFolder("private");
-    folder.makeLink("var", "private/var");
+    makeFolder("private");
+    makeLink("var", "private/var");
     addReceipt("com.example.one");
     addReceipt("com.example.two");
     EXPECT_EQ(pkgutil({"--pkgs"}).output, "com.example.one\ncom.example.two\n");
     EXPECT_EQ(pkgutil({"--pkgs=.*two"}).output, "com.example.two\n");
     EXPECT_EQ(pkgutil({"--pkg-info", "com.example.one"}).output,
-              "package-id: com.example.one\nversion: 1.2\nvolume: " + folder.path() +
+              "package-id: com.example.one\nversion: 1.2\nvolume: " + path() +
                   "\nlocation: Applications\ninstall-time: 978307300\n");
     EXPECT_EQ(pkgutil({"--only-files", "--lsbom", "com.example.one"}).output, "./dev\n./usr/bin/tool\n./usr/link\n");
     EXPECT_EQ(pkgutil({"--only-dirs", "--files", "com.example.one"}).output, "empty folder\nusr\nusr/bin\n");
@@ -102,15 +89,15 @@ TEST_F(PackageToolsTest, ReceiptsAreListedDescribedAndForgotten) {
 
 TEST_F(PackageToolsTest, ReceiptsFolderThatLeadsOutOfTheVolumeStaysInside) {
     write("victim/com.example.one.bom", "precious");
-    folder.makeFolder("volume/var/db");
-    folder.makeLink("volume/var/db/receipts", folder.path("victim"));
-    EXPECT_EQ(run("pkgutil", {"--volume", folder.path("volume"), "--forget", "com.example.one"}).exitStatus, 1);
+    makeFolder("volume/var/db");
+    makeLink("volume/var/db/receipts", path("victim"));
+    EXPECT_EQ(run("pkgutil", {"--volume", path("volume"), "--forget", "com.example.one"}).exitStatus, 1);
     EXPECT_EQ(read("victim/com.example.one.bom"), "precious");
 }
 
 TEST_F(PackageToolsTest, ProcessIsListedByItsRealPathAndQuits) {
-    std::filesystem::copy_file("/bin/sleep", folder.path("It's a \"program\"\nwith $(x)"));
-    const std::string program = folder.path("It's a \"program\"\nwith $(x)");
+    std::filesystem::copy_file("/bin/sleep", path("It's a \"program\"\nwith $(x)"));
+    const std::string program = path("It's a \"program\"\nwith $(x)");
     const pid_t child = ::fork();
     if (child == 0) {
         ::execl(program.c_str(), "other name", "600", static_cast<char*>(nullptr));
@@ -127,7 +114,7 @@ TEST_F(PackageToolsTest, ProcessIsListedByItsRealPathAndQuits) {
     const auto script = [](const std::string& path) {
         return "tell application \"" + path + "\"\nwith timeout of 20 seconds\nquit\nend timeout\nend tell\n";
     };
-    EXPECT_EQ(run("osascript", {"-e", script(folder.path("other"))}).exitStatus, 0);
+    EXPECT_EQ(run("osascript", {"-e", script(path("other"))}).exitStatus, 0);
     EXPECT_EQ(::waitpid(child, nullptr, WNOHANG), 0);
     int status = 0;
     const std::jthread reaper([&] { ::waitpid(child, &status, 0); });

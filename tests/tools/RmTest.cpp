@@ -18,32 +18,32 @@ TEST_F(RmTest, FilesFoldersAndLinksGoAndNothingElse) {
         write("tree/a/file", "contents");
         write("tree/a/empty", "");
         write("tree/read only", "contents");
-        folder.setMode("tree/read only", 0400);
-        folder.makeLink("tree/link", "../victim");
-        folder.makeLink("tree/a/up", "..");
+        setMode("tree/read only", 0400);
+        makeLink("tree/link", "../victim");
+        makeLink("tree/a/up", "..");
         EXPECT_EQ(run("rm", {options, "./tree"}).errors, "");
-        EXPECT_FALSE(folder.contains("tree")) << options;
+        EXPECT_FALSE(contains("tree")) << options;
         EXPECT_EQ(run("rm", {options, "absent", "also/absent"}).exitStatus, 0);
         for (const char* refused : {"/", ".", "..", "tree/..", ""})
             EXPECT_EQ(run("rm", {options, refused}).exitStatus, 1) << refused;
     }
     write("file", "x");
     EXPECT_EQ(run("rm", {"-P", "absent"}).exitStatus, 1);
-    folder.makeFolder("folder");
+    makeFolder("folder");
     EXPECT_THAT(run("rm", {"-fP", "folder"}).errors, HasSubstr("is a folder"));
     EXPECT_EQ(run("rm", {"-i", "file"}).exitStatus, 1);
-    EXPECT_TRUE(folder.contains("file"));
+    EXPECT_TRUE(contains("file"));
     EXPECT_EQ(run("rm", {"-P", "--", "file"}).exitStatus, 0);
-    EXPECT_FALSE(folder.contains("file"));
+    EXPECT_FALSE(contains("file"));
 }
 
 TEST_F(RmTest, ContentsAreOverwrittenWhereTheyLie) {
     constexpr std::size_t kSize = 300'001;
     write("secret", std::string(kSize, 's'));
     // Who holds the file open sees its own blocks after the name is gone.
-    const UniqueFd held(::open(folder.path("secret").c_str(), O_RDONLY | O_CLOEXEC));
+    const UniqueFd held(::open(path("secret").c_str(), O_RDONLY | O_CLOEXEC));
     ASSERT_EQ(run("rm", {"-rfP", "secret"}).exitStatus, 0);
-    EXPECT_FALSE(folder.contains("secret"));
+    EXPECT_FALSE(contains("secret"));
     std::string left(kSize + 1, '\0');
     EXPECT_EQ(::pread(held.get(), left.data(), left.size(), 0), static_cast<ssize_t>(kSize)) << "it was truncated";
     EXPECT_EQ(left.substr(0, kSize), std::string(kSize, '\xff'));
@@ -51,7 +51,7 @@ TEST_F(RmTest, ContentsAreOverwrittenWhereTheyLie) {
 
 TEST_F(RmTest, FileWithAnotherNameStaysAndIsNotOverwritten) {
     write("tree/file", "contents");
-    ASSERT_EQ(::link(folder.path("tree/file").c_str(), folder.path("other").c_str()), 0);
+    ASSERT_EQ(::link(path("tree/file").c_str(), path("other").c_str()), 0);
     const auto said = run("rm", {"-rfP", "tree"});
     EXPECT_EQ(said.exitStatus, 1);
     EXPECT_THAT(said.errors, HasSubstr("tree/file: has another name elsewhere"));
