@@ -1,6 +1,7 @@
 #include "appcore/ADTaskRunner.h"
 
 #include "appcore/TestTarget.h"
+#include "platform/Process.h"
 #include "platform/ToolTable.h"
 #include "platform/UniqueFd.h"
 
@@ -21,22 +22,18 @@ class ADTaskRunnerTest : public testing::Test {
     ADTaskRunner m_runner{m_tools, m_log};
 };
 
-TEST_F(ADTaskRunnerTest, OutputIsGivenWhateverTheExitStatus) {
-    EXPECT_EQ(m_runner.getOutput("/bin/sh", {"-c", "echo said; exit 3"}), "said\n");
-    EXPECT_THAT(m_log.lines(), IsEmpty());
-}
-
-TEST_F(ADTaskRunnerTest, StandardErrorIsNeverPartOfTheOutput) {
+TEST_F(ADTaskRunnerTest, OutputIsGivenWhateverTheExitStatusAndStandardErrorIsNoPartOfIt) {
+    const auto said = m_runner.run("/bin/sh", {"-c", "echo said; echo complained >&2; exit 3"});
+    EXPECT_EQ(said->output + said->errors, "said\ncomplained\n");
+    EXPECT_EQ(said->exitStatus, 3);
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe(ends.data()), 0);
     const UniqueFd readEnd(ends[0]);
     UniqueFd writeEnd(ends[1]);
     const UniqueFd before(::dup(STDERR_FILENO));
     ::dup2(writeEnd.get(), STDERR_FILENO);
-
-    const auto suppressed = m_runner.getOutput("/bin/sh", {"-c", "echo hidden >&2; echo said"}, true);
+    const auto suppressed = m_runner.getOutput("/bin/sh", {"-c", "echo hidden >&2; echo said; exit 3"}, true);
     const auto inherited = m_runner.getOutput("/bin/sh", {"-c", "echo shown >&2; echo said"});
-
     ::dup2(before.get(), STDERR_FILENO);
     writeEnd.reset();
     std::array<char, 100> shown{};
@@ -44,12 +41,13 @@ TEST_F(ADTaskRunnerTest, StandardErrorIsNeverPartOfTheOutput) {
     EXPECT_STREQ(shown.data(), "shown\n");
     EXPECT_EQ(suppressed, "said\n");
     EXPECT_EQ(inherited, "said\n");
+    EXPECT_THAT(m_log.lines(), IsEmpty());
 }
 
 TEST_F(ADTaskRunnerTest, AMissingToolGivesNothing) {
     EXPECT_EQ(m_runner.getOutput("/usr/bin/sweeply-no-such-tool", {}), std::nullopt);
+    EXPECT_EQ(m_runner.run("/usr/bin/sweeply-no-such-tool", {}).error().kind, ErrorKind::Unavailable);
     EXPECT_THAT(m_log.lines(), IsEmpty());
-
     EXPECT_EQ(m_runner.launchTaskAndGetTermStatusWithCmd("/usr/bin/sweeply-no-such-tool", {"-a", "b"}), std::nullopt);
     EXPECT_THAT(
         m_log.lines(),

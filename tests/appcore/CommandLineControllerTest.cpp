@@ -30,9 +30,7 @@ class CommandLineControllerTest : public testing::Test {
 TEST_F(CommandLineControllerTest, AReferenceRedirectsOnlyItsFolder) {
     m_target.makeFolder("/Other Apps");
     m_target.makeFolder("/Users/ann/C");
-
     EXPECT_EQ(parse({"-a", "/Other Apps", "-c", "~/C", "-LC", "~"}), Outcome::GoOn);
-
     EXPECT_EQ(m_folders.APPLICATIONSPATH, "/Other Apps");
     EXPECT_EQ(m_folders.HOMECACHESPATH, "/Users/ann/C");
     EXPECT_EQ(m_folders.LIBRARYCACHESPATH, "/Users/ann");
@@ -43,9 +41,7 @@ TEST_F(CommandLineControllerTest, AReferenceRedirectsOnlyItsFolder) {
 TEST_F(CommandLineControllerTest, TheUserCountsForTheReferencesThatFollow) {
     m_target.makeFolder("/Users/ann/C");
     m_target.makeFolder("/Users/bob/L");
-
     EXPECT_EQ(parse({"-c", "~/C", "--user", "bob", "-l", "~/L"}), Outcome::GoOn);
-
     EXPECT_EQ(m_folders.HOMECACHESPATH, "/Users/ann/C");
     EXPECT_EQ(m_folders.HOMELOGSPATH, "/Users/bob/L");
     EXPECT_EQ(m_folders.expandTilde(m_folders.USERPREFERENCESPATH), "/Users/bob/Library/Preferences/");
@@ -71,45 +67,30 @@ TEST_F(CommandLineControllerTest, WrongReferencesSayWhatIsWrong) {
 
 TEST_F(CommandLineControllerTest, HelpListsEveryReference) {
     EXPECT_EQ(parse({"-h", "-nonsense"}), Outcome::Finished);
-    EXPECT_EQ(m_output.str(), "[reference] [path]\n"
-                              "\treferences:\n"
-                              "\t-a\tSets path to Applications Folder\n"
-                              "\t-c\tSets path to User Cache Folder\n"
-                              "\t-C\tSets path to System Cache Folder\n"
-                              "\t-l\tSets path to User Logs Folder\n"
-                              "\t-L\tSets path to System Logs Folder\n"
-                              "\t-LC\tSets path to Library Cache Folder\n"
-                              "\t-LL\tSets path to Library Logs Folder\n"
-                              "\t-LP\tSets path to Library Preferences Folder\n"
-                              "\t-p\tSets path to User Preferences Folder\n"
-                              "\t-pane\tSets path to User Preference Panes Folder\n"
-                              "\t-Pane\tSets path to Sustem Preference Panes Folder\n"
-                              "\t-w\tSets path to User Widgets Folder\n"
-                              "\t-W\tSets path to System Widgets Folder\n"
-                              "\n"
-                              "\t-s\tShows all paths\n"
-                              "\t-u or\tSets the username to use instead of '~/'\n"
-                              "\t--user\n");
+    EXPECT_EQ(m_output.str(),
+              "[reference] [path]\n\treferences:\n\t-a\tSets path to Applications Folder\n"
+              "\t-c\tSets path to User Cache Folder\n\t-C\tSets path to System Cache Folder\n"
+              "\t-l\tSets path to User Logs Folder\n\t-L\tSets path to System Logs Folder\n"
+              "\t-LC\tSets path to Library Cache Folder\n\t-LL\tSets path to Library Logs Folder\n"
+              "\t-LP\tSets path to Library Preferences Folder\n\t-p\tSets path to User Preferences Folder\n"
+              "\t-pane\tSets path to User Preference Panes Folder\n"
+              "\t-Pane\tSets path to Sustem Preference Panes Folder\n"
+              "\t-w\tSets path to User Widgets Folder\n\t-W\tSets path to System Widgets Folder\n\n"
+              "\t-s\tShows all paths\n\t-u or\tSets the username to use instead of '~/'\n\t--user\n");
 }
 
 TEST_F(CommandLineControllerTest, ShowingPrintsTheFoldersInUse) {
     m_target.makeFolder("/Elsewhere");
-
     EXPECT_EQ(parse({"-s", "-C", "/Elsewhere"}), Outcome::Finished);
-
-    EXPECT_EQ(m_output.str(), "Applications path = /Applications/\n"
-                              "User Widget path = /Users/ann/Library/Widgets/\n"
-                              "System Widget path = /Library/Widgets/\n"
-                              "User Cache path = /Users/ann/Library/Caches/\n"
-                              "System Cache path = /Elsewhere\n"
-                              "User Preferences path = /Users/ann/Library/Preferences/\n"
-                              "User Preference Panes path = /Users/ann/Library/PreferencePanes\n"
-                              "System Preference Panes path = /Library/PreferencePanes\n"
-                              "Library Preferences path = /Library/Preferences/\n"
-                              "Library Cache path = /Library/Caches/\n"
-                              "User Logs path = /Users/ann/Library/Logs/\n"
-                              "System Logs path = /private/var/log/\n"
-                              "Library Logs path = /Library/Logs/\n");
+    EXPECT_EQ(m_output.str(),
+              "Applications path = /Applications/\nUser Widget path = /Users/ann/Library/Widgets/\n"
+              "System Widget path = /Library/Widgets/\nUser Cache path = /Users/ann/Library/Caches/\n"
+              "System Cache path = /Elsewhere\nUser Preferences path = /Users/ann/Library/Preferences/\n"
+              "User Preference Panes path = /Users/ann/Library/PreferencePanes\n"
+              "System Preference Panes path = /Library/PreferencePanes\n"
+              "Library Preferences path = /Library/Preferences/\nLibrary Cache path = /Library/Caches/\n"
+              "User Logs path = /Users/ann/Library/Logs/\nSystem Logs path = /private/var/log/\n"
+              "Library Logs path = /Library/Logs/\n");
 }
 
 TEST_F(CommandLineControllerTest, ReferencesAreKnownWithAndWithoutValues) {

@@ -1,6 +1,7 @@
 #include "appcore/FolderConstants.h"
 
 #include "platform/RemovalGuard.h"
+#include "platform/TestFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -21,12 +22,10 @@ TEST(FolderConstantsTest, WellKnownFoldersAreProtectedAndTheirContentsAreNot) {
     RemovalGuard guard;
     for (const std::string& folder : folders.protectedFolders())
         guard.protect(folder);
-
-    for (const std::string path :
-         {"/", "/System", "/Library", "/Applications", "/Users", "/private", "/private/var/log", "/Volumes",
-          "/Users/ann", "/Users/ann/Library", "/Users/ann/Documents", "/Users/ann/Library/Preferences",
-          "/Users/ann/Library/Caches", "/Users/ann/Library/QuickTime", "/Data/caches", "/Data",
-          "/Library/LaunchDaemons", "/System/Library/Caches"})
+    for (const auto& path : words(
+             "/ /System /Library /Applications /Users /private /private/var/log /Volumes /Users/ann /Users/ann/Library "
+             "/Users/ann/Documents /Users/ann/Library/Preferences /Users/ann/Library/Caches "
+             "/Users/ann/Library/QuickTime /Data/caches /Data /Library/LaunchDaemons /System/Library/Caches"))
         EXPECT_NE(guard.reasonAgainst(path), "") << path;
     for (const std::string path :
          {"/Applications/A.app", "/Users/ann/Library/Caches/com.a", "/Users/bob/x", "/Data/caches/x",

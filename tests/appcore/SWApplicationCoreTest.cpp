@@ -11,10 +11,7 @@ namespace {
 
 using std::chrono_literals::operator""h;
 using std::chrono_literals::operator""ms;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
+using namespace testing;
 using Paths = SWApplicationCore::Paths;
 
 /// A registry that says what it is told to.
@@ -57,9 +54,7 @@ TEST_F(SWApplicationCoreTest, TheRegistryIsFilteredAndOfferedOnce) {
     m_registry.answer = Paths{"/Applications/A.app", "/Applications/A.app/Contents/B.app", "/Volumes/Disk/C.app",
                               "/Applications/A.app", "/Users/ann/Desktop/D.app"};
     auto apps = core();
-
     apps.createApplicationsArray({}, 0ms);
-
     EXPECT_THAT(apps.createApplicationsArrayForController(nullptr),
                 ElementsAre("/Applications/A.app", "/Users/ann/Desktop/D.app"));
     EXPECT_EQ(apps.getAllApllicationArray(), *m_registry.answer);
@@ -68,17 +63,14 @@ TEST_F(SWApplicationCoreTest, TheRegistryIsFilteredAndOfferedOnce) {
 }
 
 TEST_F(SWApplicationCoreTest, WithoutARegistryTheApplicationsFolderIsWalked) {
-    m_target.makeFolder("/Applications/A.app/Contents/Nested.app");
-    m_target.makeFolder("/Applications/Utilities/B.app");
-    m_target.makeFolder("/Applications/Shouting.APP");
-    m_target.makeFile("/Applications/file.app", "");
-    m_target.makeFolder("/Elsewhere/C.app");
-    m_target.makeLink("/Applications/Linked.app", "/Elsewhere/C.app");
-    m_target.makeLink("/Applications/Dangling.app", "/gone.app");
+    for (const char* folder : {"/Applications/A.app/Contents/Nested.app", "/Applications/Utilities/B.app",
+                               "/Applications/Shouting.APP", "/Elsewhere/C.app"})
+        m_target.makeFolder(folder);
+    m_target.write("/Applications/file.app", "");
+    m_target.link("/Applications/Linked.app", "/Elsewhere/C.app");
+    m_target.link("/Applications/Dangling.app", "/gone.app");
     auto apps = core();
-
     apps.createApplicationsArray({}, 0ms);
-
     EXPECT_THAT(
         apps.createApplicationsArrayForController(nullptr),
         UnorderedElementsAre("/Applications/A.app", "/Applications/Utilities/B.app", "/Applications/Linked.app"));
@@ -89,22 +81,12 @@ TEST_F(SWApplicationCoreTest, WithoutARegistryTheApplicationsFolderIsWalked) {
                             "Finished createApplicationsArray and found original 0 and filtered 3 "));
 }
 
-TEST_F(SWApplicationCoreTest, AGenerationWithoutRegistryIsNotAsked) {
-    SWApplicationCore apps(m_target.files(), m_folders, nullptr, m_log);
-
-    apps.createApplicationsArray({}, 0ms);
-
-    EXPECT_THAT(m_log.lines(), testing::Not(Contains("Failed to get app list from launch services")));
-    EXPECT_THAT(apps.createApplicationsArrayForController(nullptr), IsEmpty());
-}
-
-TEST_F(SWApplicationCoreTest, ARedirectedApplicationsFolderIsTheOneWalked) {
+TEST_F(SWApplicationCoreTest, AGenerationWithoutRegistryIsNotAskedAndARedirectedFolderIsTheOneWalked) {
     m_target.makeFolder("/Users/ann/Apps/A.app");
     m_folders.APPLICATIONSPATH = "~/Apps";
-    auto apps = core();
-
+    SWApplicationCore apps(m_target.files(), m_folders, nullptr, m_log);
     apps.createApplicationsArray({}, 0ms);
-
+    EXPECT_THAT(m_log.lines(), Not(Contains("Failed to get app list from launch services")));
     EXPECT_THAT(apps.createApplicationsArrayForController(nullptr), ElementsAre("/Users/ann/Apps/A.app"));
 }
 
@@ -142,7 +124,6 @@ TEST_F(SWApplicationCoreTest, AStoppedWalkKeepsWhatItFound) {
     auto apps = core();
     FakeControl control;
     control.stopAfter(2);
-
     EXPECT_EQ(apps.createApplicationsArrayInPathDeep("/Dropped", &control).size(), 2U);
     EXPECT_EQ(apps.createApplicationsArrayInPathDeep("/Dropped", nullptr).size(), 4U);
     EXPECT_THAT(apps.createApplicationsArrayInPathDeep("/gone", nullptr), IsEmpty());
@@ -152,10 +133,9 @@ TEST_F(SWApplicationCoreTest, NamesComeFromTheBundleAndAreRemembered) {
     m_target.makeBundle("/A.app", {{"CFBundleIdentifier", "com.a"}, {"CFBundleName", "Anna"}});
     m_target.makeBundle("/B.app", {{"CFBundleExecutable", "bexec"}, {"CFBundleName", 7}});
     m_target.makeBundle("/C.app", {{"CFBundleIdentifier", true}});
-    m_target.makeFile("/Damaged.app/Contents/Info.plist", "<plist><dict>");
+    m_target.write("/Damaged.app/Contents/Info.plist", "<plist><dict>");
     m_target.makeFolder("/Folder.app/Contents/Info.plist");
     auto apps = core();
-
     EXPECT_EQ(apps.bundleIDForAppWithPath("/A.app"), "com.a");
     EXPECT_EQ(apps.appNameForAppWithPath("/A.app"), "Anna");
     EXPECT_EQ(apps.appNameForAppWithPath("/B.app"), "bexec");
@@ -163,7 +143,6 @@ TEST_F(SWApplicationCoreTest, NamesComeFromTheBundleAndAreRemembered) {
         EXPECT_EQ(apps.bundleIDForAppWithPath(path), std::nullopt) << path;
         EXPECT_EQ(apps.appNameForAppWithPath(path), std::nullopt) << path;
     }
-
     m_target.makeBundle("/A.app", {{"CFBundleIdentifier", "com.changed"}, {"CFBundleName", "Changed"}});
     m_target.makeBundle("/C.app", {{"CFBundleName", "Late"}});
     EXPECT_EQ(apps.appNameForAppWithPath("/A.app"), "Anna");
@@ -173,7 +152,6 @@ TEST_F(SWApplicationCoreTest, NamesComeFromTheBundleAndAreRemembered) {
 
 TEST_F(SWApplicationCoreTest, PlacesAreTheMachinesAndTheUsers) {
     const auto apps = core();
-
     EXPECT_THAT(apps.preferencesPaths(), ElementsAre("/Users/ann/Library/Preferences", "/Library/Preferences"));
     ASSERT_EQ(apps.pluginsPaths().size(), 24U);
     EXPECT_EQ(apps.pluginsPaths()[12], "/Library/iTunes/iTunes Plug-ins/");

@@ -81,8 +81,6 @@ TEST_F(DiskSizesTest, UnreadableFolderIsLeftOutAndTheRestCounts) {
     m_folder.makeFile("tree/closed/file");
     m_folder.makeFile("tree/open/file");
     m_folder.setMode("tree/closed", 0);
-    if (::access(m_folder.path("tree/closed").c_str(), R_OK) == 0)
-        GTEST_SKIP() << "nothing is unreadable to this user";
     EXPECT_EQ(m_sizes.folderSizeAtPath("/tree"), 4096u);
     m_folder.setMode("tree/closed", 0755);
 }
