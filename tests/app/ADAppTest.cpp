@@ -15,11 +15,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
+using namespace testing;
 
 class RecordingWatchers final : public Watchers {
   public:
@@ -130,13 +126,9 @@ TEST_F(ADAppTest, DamagedPreferencesAreSetAsideAndSaid) {
     startProgram();
     EXPECT_THAT(m_log.lines(), Contains(HasSubstr("com.brindle.Sweeply.plist")));
     EXPECT_THAT(keys(), Contains("UseSecureErase"));
-    bool isKept = false;
-    for (const auto& entry : std::filesystem::directory_iterator(host("/Users/sam/Library/Preferences"))) {
-        std::ostringstream text;
-        text << std::ifstream(entry.path()).rdbuf();
-        isKept = isKept || text.str() == "garbage";
-    }
-    EXPECT_TRUE(isKept);
+    const auto files = names("/Users/sam/Library/Preferences");
+    EXPECT_TRUE(std::ranges::any_of(
+        files, [&](const auto& name) { return read("/Users/sam/Library/Preferences/" + name) == "garbage"; }));
 }
 
 TEST(PreferencesTest, ValuesAreReadByTheirKeysType) {

@@ -87,34 +87,26 @@ TEST_F(QuitControllerTest, QuitStopsTheScanAndASecondQuitOffersForce) {
     m_world.coordinator->stopScanActually();
 }
 
-TEST(OwnProcessTest, ProcessEndsByTheSignalEvenWithAHandlerForIt) {
+/// Does something that ends the process, in another one, and returns the signal that ended it.
+int signalThatEnds(const std::function<void(SystemLog&)>& end) {
     const pid_t child = ::fork();
     if (child == 0) {
         std::signal(SIGTERM, SIG_IGN);
         RecordingLog log;
-        killOurselves("/Applications/Sweeply.app", log);
+        end(log);
     }
     int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFSIGNALED(status));
-    EXPECT_EQ(WTERMSIG(status), SIGTERM);
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
 }
 
-TEST(OwnProcessTest, RestartStartsTheProgramAgain) {
-    TestTarget target;
-    const std::string program = target.files().rootPath() + "/it's \"$(x)\"";
-    const std::string proof = target.files().rootPath() + "/started";
-    target.makeFile("/it's \"$(x)\"", "#!/bin/sh\n: >\"$(dirname \"$0\")/started\"\n");
-    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        RecordingLog log;
-        restartOurselves(program, log);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFSIGNALED(status));
-    while (!std::filesystem::exists(proof))
+TEST(OwnProcessTest, ProcessEndsByTheSignalEvenWithAHandlerForItAndMayStartTheProgramAgain) {
+    EXPECT_EQ(signalThatEnds([](auto& log) { killOurselves("/Applications/Sweeply.app", log); }), SIGTERM);
+    const TestTarget target;
+    target.write("/it's \"$(x)\"", "#!/bin/sh\n: >\"$(dirname \"$0\")/started\"\n");
+    target.setMode("/it's \"$(x)\"", 0700);
+    EXPECT_NE(signalThatEnds([&](auto& log) { restartOurselves(target.host("/it's \"$(x)\""), log); }), 0);
+    while (!target.exists("/started"))
         std::this_thread::yield();
 }
 

@@ -29,9 +29,13 @@ class SpecialCommandsTest : public testing::Test {
                  [this](const std::string& path) { m_done.push_back("add " + path); },
                  [this] { m_done.emplace_back("show"); }, [this] { m_done.emplace_back("quit"); }}};
     }
-    static void openTwo(SpecialCommands& commands) {
+    /// Two applications for the uninstaller, with the explanation's answer `button`.
+    void processTwo(SpecialCommands& commands, std::size_t button) {
+        m_world.alerts.answers[kTitle] = button;
         for (const char* path : {"uninstall", "/Trash/One.app", "/Trash/Two.app"})
             commands.openFile(path);
+        EXPECT_THAT(m_done, IsEmpty());
+        commands.processSpecialCommands();
     }
 
     TestWorld m_world;
@@ -41,10 +45,7 @@ class SpecialCommandsTest : public testing::Test {
 
 TEST_F(SpecialCommandsTest, PathsAfterThePseudoFileGoToTheUninstallerAfterTheExplanation) {
     auto commands = make();
-    m_world.alerts.answers[kTitle] = 0;
-    openTwo(commands);
-    EXPECT_THAT(m_done, IsEmpty());
-    commands.processSpecialCommands();
+    processTwo(commands, 0);
     EXPECT_THAT(m_done, ElementsAre("uninstall", "/Trash/One.app", "/Trash/Two.app"));
     EXPECT_TRUE(m_world.alerts.shown[0].suppression);
     EXPECT_FALSE(m_world.defaults->boolForKey(kSuppressed));
@@ -56,26 +57,21 @@ TEST_F(SpecialCommandsTest, PathsAfterThePseudoFileGoToTheUninstallerAfterTheExp
 
 TEST_F(SpecialCommandsTest, QuitInTheExplanationQuits) {
     auto commands = make();
-    m_world.alerts.answers[kTitle] = 1;
-    openTwo(commands);
-    commands.processSpecialCommands();
+    processTwo(commands, 1);
     EXPECT_THAT(m_done, ElementsAre("quit"));
 }
 
 TEST_F(SpecialCommandsTest, SuppressedExplanationIsNotShown) {
     auto commands = make();
     m_world.defaults->setBool(kSuppressed, true);
-    openTwo(commands);
-    commands.processSpecialCommands();
+    processTwo(commands, 1);
     EXPECT_THAT(m_done, ElementsAre("uninstall", "/Trash/One.app", "/Trash/Two.app"));
     EXPECT_THAT(m_world.alerts.shown, IsEmpty());
 }
 
 TEST_F(SpecialCommandsTest, OldestSystemExplainsOnceOnly) {
     auto commands = make("10.4.11");
-    m_world.alerts.answers[kTitle] = 0;
-    openTwo(commands);
-    commands.processSpecialCommands();
+    processTwo(commands, 0);
     EXPECT_FALSE(m_world.alerts.shown[0].suppression);
     EXPECT_TRUE(m_world.defaults->boolForKey(kSuppressed));
 }
