@@ -16,12 +16,7 @@ namespace {
 class TemporaryFilesTest : public VolumeTest {
   protected:
     TemporaryFilesTest() { makeFolder("/folder"); }
-    std::vector<std::string> names() const {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(host("/folder")))
-            names.push_back(entry.path().filename());
-        return names;
-    }
+    std::vector<std::string> names() const { return TestVolume::names("/folder"); }
     /// Does that in a process that a signal ends on the way.
     template<typename Work>
     void killedIn(const Work& work) {
@@ -43,13 +38,13 @@ TEST_F(TemporaryFilesTest, KilledWriterLeavesTheOldFileAndTheSweepTakesTheNewOne
     killedIn([this] {
         const rlimit limit{10'000, 10'000};
         ::setrlimit(RLIMIT_FSIZE, &limit); // the signal comes in the middle of the writing
-        (void)m_files->writeAtomically("/folder/file", std::string(100'000, 'x'));
+        (void)files().writeAtomically("/folder/file", std::string(100'000, 'x'));
     });
     EXPECT_EQ(names().size(), 2U);
     EXPECT_EQ(read("/folder/file"), "old");
-    m_files->sweepTemporaryFilesAtPath("/folder");
+    files().sweepTemporaryFilesAtPath("/folder");
     EXPECT_EQ(names(), std::vector<std::string>{"file"});
-    EXPECT_TRUE(m_files->writeAtomically("/folder/file", "new"));
+    EXPECT_TRUE(files().writeAtomically("/folder/file", "new"));
     EXPECT_EQ(names(), std::vector<std::string>{"file"});
 }
 
@@ -70,22 +65,22 @@ TEST_F(TemporaryFilesTest, SweepLeavesWhatIsInUseAndWhatIsNotOurs) {
     kept.insert(kept.end(), {".link.sweeply-abcdefgh", ".folder.sweeply-abcdefgh"});
     for (const char* name : {".file.sweeply-abcdefg1", ".a.sweeply-b.sweeply-00000000", ".file.sweeply-lock"})
         write("/folder/" + std::string(name), "1");
-    const auto lock = FileLock::acquire(*m_files, "/folder/locked");
-    const auto file = TemporaryFile::make(m_files->locate("/folder/" + std::string(255, 'n')).value(), 0600, "");
+    const auto lock = FileLock::acquire(files(), "/folder/locked");
+    const auto file = TemporaryFile::make(files().locate("/folder/" + std::string(255, 'n')).value(), 0600, "");
     ASSERT_TRUE(lock && file);
-    m_files->sweepTemporaryFilesAtPath("/folder", [](const std::string& name) { return !name.starts_with(".a."); });
+    files().sweepTemporaryFilesAtPath("/folder", [](const std::string& name) { return !name.starts_with(".a."); });
     auto withThoseInUse = kept;
     withThoseInUse.insert(withThoseInUse.end(), {lockName("locked"), ".a.sweeply-b.sweeply-00000000"});
     const auto left = names();
     EXPECT_EQ(left.size(), withThoseInUse.size() + 1);
     EXPECT_THAT(withThoseInUse, testing::Each(testing::AnyOfArray(left)));
-    m_files->sweepTemporaryFilesAtPath("/folder");
+    files().sweepTemporaryFilesAtPath("/folder");
     EXPECT_EQ(names().size(), kept.size() + 2);
 }
 
 TEST_F(TemporaryFilesTest, LockIsOnesAtATimeAndLeavesNothing) {
     killedIn([this] {
-        const auto lock = FileLock::acquire(*m_files, "/folder/file");
+        const auto lock = FileLock::acquire(files(), "/folder/file");
         std::raise(SIGKILL);
     });
     EXPECT_EQ(names(), std::vector<std::string>{lockName("file")});
@@ -95,7 +90,7 @@ TEST_F(TemporaryFilesTest, LockIsOnesAtATimeAndLeavesNothing) {
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < 200; ++round) {
-                const auto lock = FileLock::acquire(*m_files, "/folder/file");
+                const auto lock = FileLock::acquire(files(), "/folder/file");
                 if (!lock || holders.fetch_add(1) != 0)
                     isShared = true;
                 std::this_thread::yield();

@@ -13,7 +13,7 @@ class TypedPathTest : public VolumeTest {
     ~TypedPathTest() override { std::filesystem::current_path(m_before); }
 
     std::string meant(const std::string& typed) const {
-        const auto path = typedPath(m_files->root(), typed);
+        const auto path = typedPath(files().root(), typed);
         if (!path)
             return "error";
         return path->path + (path->alsoMeans ? " or " + *path->alsoMeans : "");
