@@ -4,6 +4,7 @@
 #include "app/ModuleCatalog.h"
 #include "appcore/AppleLanguages.h"
 #include "appcore/SlimmingRecord.h"
+#include "engine/EngineEvents.h"
 #include "modules/binaries/UniversalBinariesController.h"
 #include "modules/caches/CachesScanController.h"
 #include "modules/caches/UserCacheDirectory.h"
@@ -39,7 +40,7 @@ Application::Application(Target target, const HostServices& host)
     : m_target(std::move(target)), m_pace(host.pace), m_units(sizeUnitsOf(m_target.version)),
       m_defaults(*m_target.files, m_target.preferencesFile, host.log),
       m_locale(std::string()), m_services{m_defaults, m_notifications, host.mainThread, host.log,
-                                          m_treeLock, m_pace,          m_units},
+                                          m_treeLock, m_pace,          m_units,         m_target.files->problems()},
       m_tools(host.libexecFolder, *m_target.files), m_authorization(SudoSetting::ofThisProcess()),
       m_privileged(m_authorization, m_tools, host.log),
       m_removals(*m_target.files, m_target.folders, m_privileged, m_tools, host.log),
@@ -50,7 +51,7 @@ Application::Application(Target target, const HostServices& host)
       m_tasks(m_tools, host.log), m_loginItems(*m_target.files, m_target.folders, host.log),
       m_launchItems(*m_target.files, m_target.folders, m_tasks, host.log),
       m_packages({*m_target.files, m_target.folders, m_target.version, m_tools, m_privileged, host.alerts,
-                  host.mainThread, host.log, [this](const Error& error) { m_services.reportProblem(error); }}),
+                  host.mainThread, host.log}),
       m_installed(*m_target.files, m_applications, m_packages), m_searched(m_target.folders, m_applications),
       m_resources({*m_target.files, m_target.folders, m_sizes, m_applications, m_searched, m_loginItems, m_launchItems,
                    m_packages, host.log},
@@ -78,6 +79,11 @@ Application::Application(Target target, const HostServices& host)
         m_target.files->removals().guard().protect(folder);
     addModules(host);
     m_target.files->removals().refreshGuard();
+    m_services.problems.startOver(); // what was looked at so far is no part of any scan
+    m_services.problems.setListener([this](const Error& error) {
+        m_services.log.log(error.message());
+        m_notifications.post(ProblemFound{error});
+    });
 }
 
 Application::~Application() {

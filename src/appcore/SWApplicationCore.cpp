@@ -48,7 +48,8 @@ void SWApplicationCore::createApplicationsArray(std::stop_token stop, std::chron
             return;
     }
     std::optional<Paths> registered = readRegistry();
-    Paths offered = registered ? filtered(*registered) : findApplications(m_applicationsFolder, stop, nullptr);
+    Paths offered =
+        registered ? filtered(*registered) : findApplications(m_applicationsFolder, stop, nullptr, m_problemsOfList);
     m_log.log(formatText("Finished createApplicationsArray and found original %i and filtered %i ",
                          {registered ? registered->size() : 0, offered.size()}));
     {
@@ -85,25 +86,36 @@ SWApplicationCore::Paths SWApplicationCore::filtered(const Paths& registered) co
 SWApplicationCore::Paths SWApplicationCore::createApplicationsArrayForController(const WorkControl* control) const {
     // Without a controller the token is one that never asks.
     const std::stop_token stop = control != nullptr ? control->stopToken() : std::stop_token();
-    std::unique_lock lock(m_mutex);
-    m_listIsReady.wait(lock, stop, [this] { return m_appArrayCreated; });
+    {
+        std::unique_lock lock(m_mutex);
+        m_listIsReady.wait(lock, stop, [this] { return m_appArrayCreated; });
+    }
+    tellProblemsOfList();
+    std::lock_guard lock(m_mutex);
     return m_filteredApps;
 }
 
+void SWApplicationCore::tellProblemsOfList() const {
+    for (const auto& problem : m_problemsOfList.all())
+        m_files.problems().add(problem);
+}
+
 SWApplicationCore::Paths SWApplicationCore::getAllApllicationArray() const {
+    tellProblemsOfList();
     std::lock_guard lock(m_mutex);
     return m_allApps ? *m_allApps : m_filteredApps;
 }
 
 SWApplicationCore::Paths SWApplicationCore::createApplicationsArrayInPathDeep(std::string_view folder,
                                                                               WorkControl* control) const {
-    return findApplications(folder, control != nullptr ? control->stopToken() : std::stop_token(), control);
+    return findApplications(folder, control != nullptr ? control->stopToken() : std::stop_token(), control,
+                            m_files.problems());
 }
 
 SWApplicationCore::Paths SWApplicationCore::findApplications(std::string_view folder, const std::stop_token& stop,
-                                                             WorkControl* control) const {
+                                                             WorkControl* control, ReadProblems& problems) const {
     Paths found;
-    DirectoryEnumerator enumerator = m_files.enumeratorAtPath(folder);
+    DirectoryEnumerator enumerator = m_files.enumeratorAtPath(folder, problems);
     while (const auto entry = enumerator.next()) {
         if (stop.stop_requested())
             break;

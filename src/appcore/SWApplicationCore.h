@@ -64,7 +64,10 @@ class SWApplicationCore final {
     [[nodiscard]] static const Paths& pluginExtensions();
 
   private:
-    Paths findApplications(std::string_view folder, const std::stop_token& stop, WorkControl* control) const;
+    Paths findApplications(std::string_view folder, const std::stop_token& stop, WorkControl* control,
+                           ReadProblems& problems) const;
+    /// Who works with the list works with what is missing from it.
+    void tellProblemsOfList() const;
     [[nodiscard]] std::optional<Paths> readRegistry() const;
     [[nodiscard]] Paths filtered(const Paths& registered) const;
     [[nodiscard]] std::optional<std::string> nameIn(const plist::Value& info, std::string_view path) const;
@@ -74,6 +77,7 @@ class SWApplicationCore final {
     SystemLog& m_log;
     std::string m_applicationsFolder;
     std::optional<ApplicationFilter> m_applicationFilter;
+    ReadProblems m_problemsOfList;
 
     Paths m_preferencesPaths;
     Paths m_applicationSupportPaths;

@@ -66,7 +66,8 @@ ExitCode runLeftovers(Session& session) {
     application.startInventory();
     // Without the whole list every application that is missing from it would seem to be gone.
     (void)application.applications().createApplicationsArrayForController(nullptr);
-    auto cleaner = application.leftoversCleaner([](const Error& error) { complain(error.message()); });
+    auto cleaner =
+        application.leftoversCleaner([&](const Error& error) { application.target().files->problems().add(error); });
     cleaner.leftoversAnalyse();
     Leftovers preferences{localizedString("Preferences"), "preferences", "file", {}};
     for (const auto& path : cleaner.getPrefFilesToRemove())

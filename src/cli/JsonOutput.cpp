@@ -71,13 +71,18 @@ Json modulesJson(Application& application, const std::vector<ShownModule>& modul
 Json scanJson(Application& application) {
     const auto modules = shownModules(application);
     const auto totals = totalsOf(modules);
+    Json problems = Json::array();
+    for (const auto& problem : application.target().files->problems().all())
+        problems.push_back({{"path", validUtf8(problem.path)}, {"reason", validUtf8(problem.reason)}});
     return {{"target", targetJson(application)},
             {"modules", modulesJson(application, modules)},
             {"totals",
              {{"totalSize", totals.totalSize},
               {"foundSize", totals.foundSize},
               {"filesFound", totals.filesFound},
-              {"filesFoundInEnabled", totals.filesFoundInEnabled}}}};
+              {"filesFoundInEnabled", totals.filesFoundInEnabled}}},
+            {"incomplete", !problems.empty()},
+            {"problems", problems}};
 }
 
 Json cleanJson(Session& session, bool wasStopped) {
@@ -96,6 +101,7 @@ Json cleanJson(Session& session, bool wasStopped) {
             {"failed", failed},
             {"stopped", wasStopped},
             {"couldntRemoveSomething", application.removals().couldntRemoveSomething()},
+            {"incomplete", !application.target().files->problems().isEmpty()},
             {"alerts", alerts},
             {"modules", modulesJson(application, shownModules(application))}};
 }

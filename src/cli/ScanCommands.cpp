@@ -116,6 +116,14 @@ ExitCode removeAfterQuestion(Session& session, const std::function<void()>& remo
     return finishClean(session);
 }
 
+/// What a removal makes of a scan that could not look everywhere: the work is done, but not all of it.
+ExitCode afterScan(Session& session, ExitCode outcome) {
+    if (outcome == ExitCode::Usage || session.application().target().files->problems().isEmpty())
+        return outcome;
+    complain(localizedString("the scan was incomplete: some folders or files could not be read"));
+    return outcome == ExitCode::Done ? ExitCode::Incomplete : outcome;
+}
+
 bool canAskOrNeedNot(const Session& session) {
     if (session.commandLine().saysYes || session.terminal().isInteractive())
         return true;
@@ -193,7 +201,7 @@ ExitCode runScan(Session& session) {
 ExitCode runClean(Session& session) {
     if (!canAskOrNeedNot(session) || !find(session))
         return ExitCode::Usage;
-    return removeAfterQuestion(session, [&] { session.removeChecked(); });
+    return afterScan(session, removeAfterQuestion(session, [&] { session.removeChecked(); }));
 }
 
 ExitCode runErase(Session& session) {
@@ -232,12 +240,13 @@ ExitCode runUninstall(Session& session) {
         }
         return byModule;
     };
-    return removeNamedItems(session, assign, [&](const ItemsByModule& items) {
+    const auto outcome = removeNamedItems(session, assign, [&](const ItemsByModule& items) {
         std::vector<ADScanController*> modules;
         for (const auto& [module, paths] : items)
             modules.push_back(module);
         session.uninstallChecked(modules);
     });
+    return session.commandLine().isDryRun ? outcome : afterScan(session, outcome);
 }
 
 } // namespace sweeply

@@ -43,18 +43,18 @@ Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogL
                     {m_loop, m_alerts, m_notifications, *m_log, line.pace, besideProgram("libexec"),
                      besideProgram("share"), asksForRightsElsewhere(m_terminal), showLanguagePreferences}),
       m_app(m_application, m_watchers, *m_log, line.arguments) {
-    m_app.start(ADApp::Face::Terminal);
     auto& center = m_application.notifications();
     m_subscriptions.push_back(
         center.observe<RemovedAmountOfSpace>([this](const RemovedAmountOfSpace&) { ++m_removedCount; }));
     m_subscriptions.push_back(
         center.observe<ProblemFound>([](const ProblemFound& problem) { complain(problem.error.message()); }));
+    m_app.start(ADApp::Face::Terminal);
 }
 
 void Session::scan() {
-    m_application.startInventory();
     auto& controller = m_application.scanController();
     controller.startScan();
+    m_application.startInventory(); // what it cannot read belongs to this scan
     waitFor([&] { return controller.isScanning(); }, [&] { controller.stopScanActually(); }, "Scanning");
 }
 

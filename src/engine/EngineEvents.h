@@ -33,7 +33,8 @@ struct RemovedAmountOfSpace {
     std::uint64_t removedSize = 0; ///< bytes
 };
 
-/// Something in the target could not be read; the scan goes on without it. Posted by the scan's thread.
+/// Something in the target could not be read; the scan goes on without it. Posted once for each path, on the thread
+/// that met it.
 struct ProblemFound {
     static constexpr const char* kName = "problemFound";
     Error error;

@@ -8,9 +8,9 @@ namespace sweeply {
 
 class MainThread;
 class NotificationCenter;
+class ReadProblems;
 class SystemLog;
 class UserDefaults;
-struct Error;
 struct Pace;
 
 /// Guards every result tree that more than one thread can see. Recursive, since operations on a tree are built on each
@@ -26,9 +26,7 @@ struct EngineServices {
     TreeLock& treeLock;
     const Pace& pace;
     SizeUnits units;
-
-    /// Logs what could not be read and tells whoever shows it. Any thread.
-    void reportProblem(const Error& error) const;
+    ReadProblems& problems; ///< of the target
 };
 
 } // namespace sweeply

@@ -3,6 +3,7 @@
 #include "engine/EngineEvents.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Pace.h"
+#include "platform/ReadProblems.h"
 
 namespace sweeply {
 
@@ -42,7 +43,7 @@ std::string ModuleRun::currentItem() const {
     return m_currentItem;
 }
 
-void ModuleRun::reportProblem(const Error& error) { m_services.reportProblem(error); }
+void ModuleRun::reportProblem(const Error& error) { m_services.problems.add(error); }
 
 void ModuleRun::startProgress() {
     forgetUnits();

@@ -47,7 +47,7 @@ class ModuleRun : public WorkControl {
     /// Says what the worker deals with now, for whoever shows progress.
     void setCurrentItem(std::string_view path);
     [[nodiscard]] virtual std::string currentItem() const;
-    /// Logs what could not be read and tells whoever shows it.
+    /// Adds what the file manager does not by itself to the target's problems.
     void reportProblem(const Error& error);
 
   protected:

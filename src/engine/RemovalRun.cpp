@@ -5,6 +5,7 @@
 #include "engine/SpaceStatistics.h"
 #include "platform/Localization.h"
 #include "platform/MainThread.h"
+#include "platform/ReadProblems.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
 
@@ -18,6 +19,7 @@ void RemovalRun::begin() {
     m_statistics.startRun();
     m_authorisation.startRun();
     m_removals.startRun();
+    m_services.problems.setRemoving(true);
     m_isRunning = true;
 }
 
@@ -34,6 +36,7 @@ void RemovalRun::start(std::function<void()> work, std::function<void()> ended) 
 
 void RemovalRun::finish() {
     m_removals.finishRun();
+    m_services.problems.setRemoving(false);
     m_isRunning = false;
     if (const auto saved = m_services.defaults.synchronize(); !saved)
         m_services.log.log(saved.error().message());

@@ -7,6 +7,7 @@
 #include "engine/SpaceStatistics.h"
 #include "platform/Localization.h"
 #include "platform/MainThread.h"
+#include "platform/ReadProblems.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
 
@@ -73,6 +74,7 @@ void ScanController::startScan() {
         m_helpers.reports.nothingToScan();
         return;
     }
+    m_services.problems.startOver();
     prepareInterfaceForScan();
     for (auto* module : m_rows.modulesToScan())
         module->startScan();

@@ -3,6 +3,7 @@
 #include "appcore/sizes/DiskSizes.h"
 #include "engine/IgnoreList.h"
 #include "platform/FileManager.h"
+#include "platform/SystemLog.h"
 #include "platform/TargetPath.h"
 
 #include <utility>
@@ -27,18 +28,14 @@ Node::Pointer RememberedNodes::nodeFor(std::string_view name, std::string path, 
 void scanEntriesOfFolder(std::string_view folderPath, ADScanController& module, const ModuleServices& services,
                          const EntryRules& rules) {
     const std::string path = normalisedPath(folderPath);
-    if (!services.files.fileExistsAtPath(path)) {
-        if (const auto made = services.files.createDirectoryAtPath(path); !made) {
-            module.reportProblem(made.error());
-            return;
-        }
+    if (services.files.isMissingAtPath(path)) {
+        if (const auto made = services.files.createDirectoryAtPath(path); !made)
+            services.engine.log.log(made.error().message());
     }
     const auto folder = services.files.openDirectory(path);
     const auto entries = services.files.contentsOfDirectoryAtPath(path);
-    if (!folder || !entries) {
-        module.reportProblem(folder ? entries.error() : folder.error());
+    if (!folder || !entries)
         return;
-    }
     module.incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
     const RememberedNodes nodes(services.ignoreList, rules.moduleKey, rules.rule);
     for (const auto& entry : *entries) {
@@ -47,7 +44,7 @@ void scanEntriesOfFolder(std::string_view folderPath, ADScanController& module, 
         if (entry.name != ".DS_Store") {
             std::string item = joinedPath(path, entry.name);
             module.setCurrentItem(item);
-            const std::uint64_t size = services.sizes.measureEntry(folder->get(), entry.name).size;
+            const std::uint64_t size = services.sizes.measureEntry(folder->get(), item).size;
             if (size >= rules.smallestSize)
                 module.addChildNode(nodes.nodeFor(entry.name, std::move(item), size));
         }

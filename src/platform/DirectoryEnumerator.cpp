@@ -2,6 +2,7 @@
 
 #include "platform/DirectoryReader.h"
 #include "platform/FileStatus.h"
+#include "platform/TargetPath.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -33,10 +34,33 @@ struct DirectoryEnumerator::State {
     std::size_t nameOffset = 0;
     bool entersNext = false;
     std::optional<Error> failure;
+    ReadProblems* problems = nullptr; ///< null where nobody wants to know
+    std::string folderPath;           ///< of the folder walked; for the problems
 
     void fail(int errorNumber, std::size_t pathLength) {
+        auto error = systemError(errorNumber, path.substr(0, pathLength));
+        tell(error);
         if (!failure)
-            failure = systemError(errorNumber, path.substr(0, pathLength));
+            failure = std::move(error);
+    }
+
+    void tell(const Error& error) const {
+        if (problems)
+            problems->addFailure(
+                {error.kind, error.path.empty() ? folderPath : joinedPath(folderPath, error.path), error.reason});
+    }
+
+    /// About the entry just returned.
+    [[nodiscard]] Failure unreadable(int errorNumber) const {
+        tell(systemError(errorNumber, path.substr(0, isClosedToUs() ? levels.back().pathLength : path.size())));
+        return Failure(systemError(errorNumber, path));
+    }
+
+    /// Does the folder that holds the entry show names and nothing else?
+    [[nodiscard]] bool isClosedToUs() const {
+        struct stat status {};
+        return ::fstatat(levels.back().fd.get(), path.c_str() + nameOffset, &status, AT_SYMLINK_NOFOLLOW) != 0 &&
+               errno == EACCES;
     }
 
     void push(UniqueFd fd) {
@@ -70,7 +94,7 @@ struct DirectoryEnumerator::State {
         UniqueFd fd(::openat(left.get(), "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         struct stat status {};
         if (!fd || ::fstat(fd.get(), &status) != 0 || status.st_dev != level.device || status.st_ino != level.inode) {
-            fail(fd ? ENOENT : errno, level.pathLength);
+            fail(fd ? ESTALE : errno, level.pathLength);
             levels.clear();
             return;
         }
@@ -83,14 +107,18 @@ struct DirectoryEnumerator::State {
         UniqueFd fd(::openat(levels.back().fd.get(), path.c_str() + nameOffset,
                              O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (fd)
-            push(std::move(fd));
-        else if (errno != ENOENT && errno != ENOTDIR &&
-                 errno != ELOOP) // those: removed or replaced since it was listed
-            fail(errno, path.size());
+            return push(std::move(fd));
+        const int errorNumber = errno;
+        if (errorNumber == ENOENT || errorNumber == ENOTDIR || errorNumber == ELOOP)
+            return; // removed or replaced since it was listed
+        fail(errorNumber, isClosedToUs() ? levels.back().pathLength : path.size());
     }
 };
 
-DirectoryEnumerator::DirectoryEnumerator(Result<UniqueFd> directory) : m_state(std::make_unique<State>()) {
+DirectoryEnumerator::DirectoryEnumerator(Result<UniqueFd> directory, ReadProblems* problems, std::string path)
+    : m_state(std::make_unique<State>()) {
+    m_state->problems = problems;
+    m_state->folderPath = std::move(path);
     if (directory)
         m_state->push(std::move(*directory));
     else
@@ -133,7 +161,7 @@ Result<FileAttributes> DirectoryEnumerator::attributes() const {
         return Failure(systemError(ENOENT, state.path));
     if (::fstatat(state.levels.back().fd.get(), state.path.c_str() + state.nameOffset, &status, AT_SYMLINK_NOFOLLOW) !=
         0)
-        return Failure(systemError(errno, state.path));
+        return state.unreadable(errno);
     return attributesFrom(status);
 }
 
@@ -148,7 +176,7 @@ Result<UniqueFd> DirectoryEnumerator::openFile() const {
     UniqueFd file(::openat(state.levels.back().fd.get(), state.path.c_str() + state.nameOffset,
                            O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!file)
-        return Failure(systemError(errno, state.path));
+        return state.unreadable(errno);
     return file;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/Error.h"
 #include "platform/FileManager.h"
+#include "platform/ReadProblems.h"
 
 #include <memory>
 #include <optional>
@@ -23,7 +24,8 @@ class DirectoryEnumerator final {
         int level;
     };
 
-    explicit DirectoryEnumerator(Result<UniqueFd> directory);
+    /// What cannot be read below it is added to `problems`, which outlive the walk, with paths below `path`, its own.
+    explicit DirectoryEnumerator(Result<UniqueFd> directory, ReadProblems* problems = nullptr, std::string path = {});
     DirectoryEnumerator(DirectoryEnumerator&&) noexcept;
     DirectoryEnumerator& operator=(DirectoryEnumerator&&) noexcept;
     ~DirectoryEnumerator();

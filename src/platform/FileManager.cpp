@@ -31,15 +31,38 @@ Result<std::unique_ptr<FileManager>> FileManager::open(const std::string& root) 
     return std::unique_ptr<FileManager>(new FileManager(std::move(*opened)));
 }
 
-bool FileManager::fileExistsAtPath(std::string_view path) const { return m_root.openItem(path, O_PATH).has_value(); }
+Failure FileManager::unreadable(int errorNumber, std::string_view path) const {
+    Failure failure(systemError(errorNumber, path));
+    addUnreadable(failure.value());
+    return failure;
+}
+
+Error FileManager::causeOf(Error error) const {
+    while (error.kind == ErrorKind::PermissionDenied) {
+        const auto item = m_root.openItem(error.path, O_PATH);
+        if (item || item.error().kind != ErrorKind::PermissionDenied)
+            break;
+        error.path = pathWithoutLastComponent(error.path);
+    }
+    return error;
+}
+
+Result<UniqueFd> FileManager::openItem(std::string_view path, int flags) const {
+    auto item = m_root.openItem(path, flags);
+    if (!item)
+        addUnreadable(item.error());
+    return item;
+}
+
+bool FileManager::fileExistsAtPath(std::string_view path) const { return openItem(path, O_PATH).has_value(); }
 
 bool FileManager::isMissingAtPath(std::string_view path) const {
-    const auto found = m_root.openItem(path, O_PATH);
+    const auto found = openItem(path, O_PATH);
     return !found && (found.error().kind == ErrorKind::NotFound || found.error().kind == ErrorKind::WrongType);
 }
 
 bool FileManager::directoryExistsAtPath(std::string_view path) const {
-    return m_root.openItem(path, O_PATH | O_DIRECTORY).has_value();
+    return openItem(path, O_PATH | O_DIRECTORY).has_value();
 }
 
 Result<FileAttributes> FileManager::attributesOfItemAtPath(std::string_view path, Links links) const {
@@ -48,7 +71,7 @@ Result<FileAttributes> FileManager::attributesOfItemAtPath(std::string_view path
         return Failure(fd.error());
     struct stat status {};
     if (::fstat(fd->get(), &status) != 0)
-        return failed(path);
+        return unreadable(errno, path);
     return attributesFrom(status);
 }
 
@@ -61,21 +84,28 @@ Result<std::vector<DirectoryEntry>> FileManager::contentsOfDirectoryAtPath(std::
     while (const auto entry = reader.next())
         entries.push_back({std::string(entry->name), entry->type});
     if (reader.errorNumber() != 0)
-        return Failure(systemError(reader.errorNumber(), path));
+        return unreadable(reader.errorNumber(), path);
     return entries;
 }
 
 DirectoryEnumerator FileManager::enumeratorAtPath(std::string_view path) const {
-    return DirectoryEnumerator(openDirectory(path));
+    return enumeratorAtPath(path, m_problems);
+}
+
+DirectoryEnumerator FileManager::enumeratorAtPath(std::string_view path, ReadProblems& problems) const {
+    auto folder = m_root.openItem(path, O_RDONLY | O_DIRECTORY);
+    if (!folder)
+        problems.addFailure(causeOf(folder.error()));
+    return DirectoryEnumerator(std::move(folder), &problems, std::string(path));
 }
 
 Result<UniqueFd> FileManager::openForReading(std::string_view path) const {
-    auto fd = m_root.openItem(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    auto fd = openItem(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (!fd)
         return fd;
     struct stat status {};
     if (::fstat(fd->get(), &status) != 0)
-        return failed(path);
+        return unreadable(errno, path);
     if (!S_ISREG(status.st_mode))
         return Failure(Error{ErrorKind::WrongType, std::string(path), "not a regular file"});
     return fd;
@@ -88,7 +118,7 @@ Result<std::string> FileManager::beginningOfFileAtPath(std::string_view path, st
     std::string bytes(size, '\0');
     const ssize_t length = ::pread(fd->get(), bytes.data(), size, 0);
     if (length < 0)
-        return failed(path);
+        return unreadable(errno, path);
     bytes.resize(static_cast<std::size_t>(length));
     return bytes;
 }
@@ -108,7 +138,7 @@ Result<std::string> FileManager::contentsAtPath(std::string_view path, std::size
         if (length < 0 && errno == EINTR)
             continue;
         if (length < 0)
-            return failed(path);
+            return unreadable(errno, path);
         if (contents.size() > limit)
             return Failure(Error{ErrorKind::TooLarge, std::string(path), "larger than it may be"});
         if (length == 0)
@@ -128,11 +158,11 @@ Result<std::string> FileManager::destinationOfSymbolicLinkAtPath(std::string_vie
 }
 
 Result<UniqueFd> FileManager::openDirectory(std::string_view path) const {
-    return m_root.openItem(path, O_RDONLY | O_DIRECTORY);
+    return openItem(path, O_RDONLY | O_DIRECTORY);
 }
 
 Result<UniqueFd> FileManager::openReference(std::string_view path, Links links) const {
-    return m_root.openItem(path, links == Links::Follow ? O_PATH : O_PATH | O_NOFOLLOW);
+    return openItem(path, links == Links::Follow ? O_PATH : O_PATH | O_NOFOLLOW);
 }
 
 Result<void> FileManager::createDirectoryAtPath(std::string_view path, mode_t mode) {

@@ -2,6 +2,7 @@
 
 #include "platform/Error.h"
 #include "platform/FileAttributes.h"
+#include "platform/ReadProblems.h"
 #include "platform/Removals.h"
 #include "platform/TargetRoot.h"
 #include "platform/UniqueFd.h"
@@ -27,6 +28,8 @@ enum class Links { Follow, DontFollow };
 /// Resolution never leaves the root: an absolute link or one full of ".." ends inside the root, as it would on the
 /// machine that the volume came from. Names are bytes; nothing is assumed of their encoding.
 ///
+/// What it cannot answer because something cannot be read is among its ReadProblems, too.
+///
 /// Thread-safe: any number of threads may call anything at once.
 class FileManager final {
   public:
@@ -48,6 +51,8 @@ class FileManager final {
     /// Walks everything below the folder at `path`. A folder that cannot be opened enumerates as empty; ask
     /// DirectoryEnumerator::failure whether it was.
     [[nodiscard]] DirectoryEnumerator enumeratorAtPath(std::string_view path) const;
+    /// The same, with what the walk cannot read among these problems in place of our own; they outlive the walk.
+    [[nodiscard]] DirectoryEnumerator enumeratorAtPath(std::string_view path, ReadProblems& problems) const;
     /// The whole file; TooLarge beyond `limit` bytes, WrongType for anything but a regular file (a named pipe in a
     /// stranger's volume must not block us).
     [[nodiscard]] Result<std::string> contentsAtPath(std::string_view path, std::size_t limit) const;
@@ -64,6 +69,12 @@ class FileManager final {
     /// The folder that holds `path`, as openReference gives it, and the name in it.
     using Located = LocatedItem;
     [[nodiscard]] Result<Located> locate(std::string_view path) const { return m_root.locate(path); }
+
+    /// What could not be read.
+    [[nodiscard]] ReadProblems& problems() const { return m_problems; }
+    /// Adds what keeps the item at the error's path from being read: itself, or the folder above it that lets nobody
+    /// in.
+    void addUnreadable(const Error& error) const { m_problems.addFailure(causeOf(error)); }
 
     /// The path of an existing item on the host, with every link on the way resolved. For showing and for tools that
     /// need a real path; the target may change behind it.
@@ -101,6 +112,11 @@ class FileManager final {
   private:
     explicit FileManager(TargetRoot root) : m_root(std::move(root)), m_removals(m_root) {}
 
+    [[nodiscard]] Result<UniqueFd> openItem(std::string_view path, int flags) const;
+    [[nodiscard]] Failure unreadable(int errorNumber, std::string_view path) const;
+    [[nodiscard]] Error causeOf(Error error) const;
+
+    mutable ReadProblems m_problems; ///< locks for itself
     TargetRoot m_root;
     Removals m_removals; ///< uses m_root
 };

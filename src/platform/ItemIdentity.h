@@ -42,10 +42,12 @@ static_assert(sizeof(ItemIdentity) == 16);
 struct MeasuredItem {
     std::uint64_t size = 0; ///< bytes, each file in whole blocks
     ItemIdentity identity = {};
+    bool isWhole = true; ///< false where a part of it could not be read
 
     MeasuredItem& operator+=(const MeasuredItem& other) {
         size += other.size;
         identity += other.identity;
+        isWhole = isWhole && other.isWhole;
         return *this;
     }
     friend bool operator==(const MeasuredItem&, const MeasuredItem&) = default;

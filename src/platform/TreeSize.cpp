@@ -5,6 +5,7 @@
 #include "platform/TargetPath.h"
 #include "platform/WorkQueue.h"
 
+#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
@@ -94,6 +95,8 @@ class Sum final {
             Level& level = worker.levels.back();
             const auto entry = level.reader.next();
             if (!entry) {
+                if (level.reader.errorNumber() != 0)
+                    worker.total.isWhole = false;
                 addFiles(worker, level.fd->get(), level.batch);
                 worker.levels.pop_back();
                 continue;
@@ -135,7 +138,9 @@ class Sum final {
                 callHelp(kHelpersFromDisk);
         }
         struct stat status {};
-        if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && !S_ISDIR(status.st_mode))
+        if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+            lose(worker, errno);
+        else if (!S_ISDIR(status.st_mode))
             add(worker, name, static_cast<std::uint64_t>(status.st_size), status.st_mtim);
     }
 
@@ -144,10 +149,16 @@ class Sum final {
         worker.total.identity.addEntry(name, size, modified);
     }
 
+    /// Something could not be looked at. It is no loss when it was removed or replaced since it was listed.
+    static void lose(Worker& worker, int errorNumber) {
+        if (errorNumber != ENOENT && errorNumber != ENOTDIR && errorNumber != ELOOP)
+            worker.total.isWhole = false;
+    }
+
     void enter(Worker& worker, int parent, const char* name) {
         UniqueFd fd(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (!fd)
-            return;
+            return lose(worker, errno);
         if (worker.levels.size() < kSharedLevels)
             push(worker, std::move(fd));
         else
@@ -166,7 +177,11 @@ class Sum final {
                 worker.total.identity.addEntry(lastPathComponent(entry->path));
             else if (const auto attributes = enumerator.attributes())
                 add(worker, lastPathComponent(entry->path), attributes->size, attributes->modified);
+            else if (attributes.error().kind != ErrorKind::NotFound)
+                worker.total.isWhole = false;
         }
+        if (enumerator.failure())
+            worker.total.isWhole = false;
     }
 
     void callHelp(unsigned helpers) {

@@ -13,7 +13,8 @@ namespace sweeply {
 }
 
 /// Adds up the sizes of everything below `folder`, each rounded up to whole blocks of `block` bytes, and notes what is
-/// there. Folders count nothing, links their own size. What cannot be read or vanishes meanwhile is left out.
+/// there. Folders count nothing, links their own size. What vanishes meanwhile is left out, and so is what cannot be
+/// read, which makes the item not whole.
 ///
 /// A big tree is read by several threads, more than there are processors: what the disk must fetch is asked for at
 /// once. Memory is bounded whatever the tree's shape. Any number of threads may call this at once.

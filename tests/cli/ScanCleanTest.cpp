@@ -50,7 +50,7 @@ TEST_F(CliTest, ScanChargesWholeBlocksInBothUnitSystems) {
 TEST_F(CliTest, JsonKeepsItsKeysAndTheirOrder) {
     write(cache("file"), "1");
     const auto scan = json({"scan", "--json"});
-    EXPECT_EQ(keysOf(scan), (Keys{"target", "modules", "totals"}));
+    EXPECT_EQ(keysOf(scan), (Keys{"target", "modules", "totals", "incomplete", "problems"}));
     EXPECT_EQ(keysOf(scan["target"]), (Keys{"root", "home", "user", "version", "units"}));
     EXPECT_EQ(keysOf(scan["modules"][0]), (Keys{"module", "viewCode", "checked", "totalSize", "totalSizeText",
                                                 "filesFound", "statusText", "tree"}));
@@ -59,7 +59,7 @@ TEST_F(CliTest, JsonKeepsItsKeysAndTheirOrder) {
     EXPECT_EQ(keysOf(scan["totals"]), (Keys{"totalSize", "foundSize", "filesFound", "filesFoundInEnabled"}));
     const auto clean = json({"clean", "--yes", "--json"});
     EXPECT_EQ(keysOf(clean), (Keys{"target", "removed", "freed", "freedText", "failed", "stopped",
-                                   "couldntRemoveSomething", "alerts", "modules"}));
+                                   "couldntRemoveSomething", "incomplete", "alerts", "modules"}));
 }
 
 TEST_F(CliTest, CleanRemovesWhatIsCheckedAndNothingElse) {

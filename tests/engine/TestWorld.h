@@ -122,7 +122,9 @@ class TestWorld {
     }
 
     FileManager& files() { return target.files(); }
-    EngineServices services() { return {*defaults, *notifications, loop, log, treeLock, pace, units}; }
+    EngineServices services() {
+        return {*defaults, *notifications, loop, log, treeLock, pace, units, files().problems()};
+    }
     bool exists(const std::string& path) { return files().attributesOfItemAtPath(path, Links::DontFollow).has_value(); }
 
     /// With the ignore list that `makeList` returns, or one that only records.
@@ -130,6 +132,7 @@ class TestWorld {
         end();
         ownList.reset();
         notifications = std::make_unique<NotificationCenter>();
+        files().problems().setListener([this](const Error& error) { notifications->post(ProblemFound{error}); });
         defaults = std::make_unique<UserDefaults>(files(), kPreferences, log);
         authorisation = std::make_unique<AuthorisationSession>(privileged, alerts, loop, log, false);
         statistics = std::make_unique<SpaceStatistics>(services());

@@ -77,8 +77,7 @@ class UninstallWorldTest : public ModuleTest {
     ADTaskRunner m_tasks{m_ignoreList.tools, m_world.log};
     LoginItems m_loginItems{m_world.files(), m_world.folders, m_world.log};
     PackageManager m_packages{{m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_privileged,
-                               m_world.alerts, m_world.loop, m_world.log,
-                               [this](const Error& error) { m_world.services().reportProblem(error); }}};
+                               m_world.alerts, m_world.loop, m_world.log}};
     LaunchItems m_launchItems{m_world.files(), m_world.folders, m_tasks, m_world.log};
     InstalledApplications m_installed{m_world.files(), m_ignoreList.applications, m_packages};
     SearchedFolders m_searched{m_world.folders, m_ignoreList.applications};

@@ -114,11 +114,8 @@ std::vector<Package> PackageManager::receipts() const {
         return found;
     }
     const auto entries = m_services.files.contentsOfDirectoryAtPath(kBundleReceipts);
-    if (!entries) {
-        if (entries.error().kind != ErrorKind::NotFound)
-            reportProblem(entries.error());
+    if (!entries)
         return found;
-    }
     for (const auto& entry : *entries) {
         if (pathExtension(entry.name) == "pkg")
             found.push_back({std::string(nameWithoutExtension(entry.name)),
@@ -258,6 +255,7 @@ PackageManager::Paths PackageManager::rawLines(const Package& package) const {
             lines = parseBOM(*place, bom);
             break;
         }
+        m_services.files.addUnreadable(place.error());
     }
     if (hasDatabase() && !package.bundleID.empty())
         lines.push_back(nameOfReceipt(package.bundleID));
@@ -303,6 +301,7 @@ PackageManager::Paths PackageManager::linesOfFlatPackage(const Package& package)
                           : tl::unexpected(file.error().reason);
     if (!read) {
         m_services.log.log(formatText("Failed to open xar %@", {package.path + ": " + read.error()}));
+        m_services.files.problems().add({ErrorKind::Damaged, package.path, read.error()});
         return {};
     }
     const auto folder = TemporaryFolder::make();
@@ -339,27 +338,23 @@ PackageManager::Paths PackageManager::linesOfTool(const char* tool, const std::v
                                                   const std::string& about) const {
     const auto said = ADTaskRunner(m_services.tools, m_services.log).run(tool, arguments);
     if (!said) {
-        reportProblem({said.error().kind, about, said.error().reason});
+        m_services.files.problems().add({said.error().kind, about, said.error().reason});
         return {};
     }
     if (const std::string complaint(trimWhiteSpace(said->errors)); !complaint.empty()) {
         // "lsbom: /tmp/sweeply-1/Bom: REASON": what it calls itself and the file says nothing to a person.
         const std::string whose = about.substr(about.rfind('/', about.size() - 2) + 1) + ": ";
         const auto start = complaint.find(whose);
-        reportProblem({ErrorKind::Damaged, about,
-                       start == std::string::npos ? complaint : complaint.substr(start + whose.size())});
+        // What the tool could not read we cannot either, and trying adds it to the problems.
+        if (about.ends_with('/'))
+            (void)m_services.files.openDirectory(about);
+        else
+            (void)m_services.files.openForReading(about);
+        m_services.files.problems().add(
+            {ErrorKind::Damaged, about,
+             start == std::string::npos ? complaint : complaint.substr(start + whose.size())});
     }
     return linesOf(said->output);
-}
-
-void PackageManager::reportProblem(const Error& error) const {
-    {
-        const std::lock_guard lock(m_reportedMutex);
-        if (!m_reported.insert(error.path).second)
-            return;
-    }
-    if (m_services.reportProblem)
-        m_services.reportProblem(error);
 }
 
 std::optional<Package> PackageManager::checkPackageInDB(const std::string& identifier) const {

@@ -3,11 +3,9 @@
 #include "appcore/receipts/Package.h"
 #include "platform/Error.h"
 
-#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,9 +33,6 @@ class PackageManager final {
         Alerts& alerts;
         MainThread& mainThread;
         SystemLog& log;
-        /// Told, on any thread, of what could not be read, and of bills of materials of which a part makes no sense:
-        /// the rest counts. Once for each file in the life of this object, however often it is read.
-        std::function<void(const Error&)> reportProblem = {};
     };
     using Paths = std::vector<std::string>;
 
@@ -76,7 +71,6 @@ class PackageManager final {
     [[nodiscard]] Paths pkgutil(const std::vector<std::string>& arguments, const std::string& about) const;
     [[nodiscard]] Paths linesOfTool(const char* tool, const std::vector<std::string>& arguments,
                                     const std::string& about) const;
-    void reportProblem(const Error& error) const;
     /// The same arguments for the target, wherever it lies.
     [[nodiscard]] std::vector<std::string> onThisVolume(std::vector<std::string> arguments) const;
     /// Those of the system, by name.
@@ -91,9 +85,6 @@ class PackageManager final {
     // Guarded by m_mutex.
     std::optional<std::vector<Package>> m_pkgs;
     std::optional<std::map<std::string, std::vector<Package>>> m_pkgsAssoc;
-
-    mutable std::mutex m_reportedMutex;
-    mutable std::set<std::string> m_reported; ///< paths; guarded by m_reportedMutex
 };
 
 } // namespace sweeply

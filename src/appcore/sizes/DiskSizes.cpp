@@ -19,18 +19,32 @@ MeasuredItem DiskSizes::measure(std::string_view path) const {
         return {};
     if (normalisedPath(path) == "/") {
         auto root = m_fileManager.openDirectory(path);
-        return root ? measureTree(std::move(*root), allocationBlock(units())) : MeasuredItem();
+        auto item = root ? measureTree(std::move(*root), allocationBlock(units())) : MeasuredItem();
+        if (!item.isWhole)
+            tellWhatIsMissing("/");
+        return item;
     }
     const auto item = m_fileManager.locate(path);
-    return item ? measureEntry(item->parent.get(), item->name) : MeasuredItem();
+    if (item)
+        return measureItem(item->parent.get(), item->name.c_str(), std::string(path));
+    m_fileManager.addUnreadable(item.error());
+    return {};
 }
 
-MeasuredItem DiskSizes::measureEntry(int folder, const std::string& name) const {
+MeasuredItem DiskSizes::measureEntry(int folder, const std::string& path) const {
+    return measureItem(folder, path.c_str() + path.rfind('/') + 1, path);
+}
+
+MeasuredItem DiskSizes::measureFolderEntry(int folder, const std::string& path) const {
+    return measureFolder(folder, path.c_str() + path.rfind('/') + 1, path);
+}
+
+MeasuredItem DiskSizes::measureItem(int folder, const char* name, const std::string& path) const {
     struct stat status {};
-    if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return {};
+    if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return unreadable(errno, path);
     if (S_ISDIR(status.st_mode))
-        return measureFolderEntry(folder, name);
+        return measureFolder(folder, name, path);
     MeasuredItem item;
     const auto size = static_cast<std::uint64_t>(status.st_size);
     if (S_ISREG(status.st_mode))
@@ -41,15 +55,42 @@ MeasuredItem DiskSizes::measureEntry(int folder, const std::string& name) const 
     return item;
 }
 
-MeasuredItem DiskSizes::measureFolderEntry(int folder, const std::string& name) const {
-    UniqueFd opened(::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    const bool isThere = opened || errno == EACCES || errno == EPERM; // and what is in it nobody can tell
-    auto item = opened ? measureTree(std::move(opened), allocationBlock(units())) : MeasuredItem();
-    if (isThere) {
-        item.identity.addEntry({});
-        item.identity.kind = ItemKind::Folder;
-    }
+MeasuredItem DiskSizes::measureFolder(int folder, const char* name, const std::string& path) const {
+    UniqueFd opened(::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    const int errorNumber = errno;
+    MeasuredItem item;
+    if (opened) {
+        item = measureTree(std::move(opened), allocationBlock(units()));
+        if (!item.isWhole)
+            tellWhatIsMissing(path);
+    } else {
+        item = unreadable(errorNumber, path);
+        if (errorNumber != EACCES && errorNumber != EPERM)
+            return item;
+    } // what is in a closed folder nobody can tell, but it is there
+    item.identity.addEntry({});
+    item.identity.kind = ItemKind::Folder;
     return item;
+}
+
+MeasuredItem DiskSizes::unreadable(int errorNumber, std::string_view path) const {
+    MeasuredItem nothing;
+    if (errorNumber != ENOENT && errorNumber != ENOTDIR && errorNumber != ELOOP) {
+        nothing.isWhole = false;
+        m_fileManager.addUnreadable(systemError(errorNumber, path));
+    }
+    return nothing;
+}
+
+void DiskSizes::tellWhatIsMissing(const std::string& path) const {
+    auto walk = m_fileManager.enumeratorAtPath(path);
+    bool isFound = false;
+    while (const auto entry = walk.next()) {
+        if (entry->type != FileType::Directory)
+            isFound |= !walk.attributes();
+    }
+    if (!isFound && !walk.failure())
+        m_fileManager.problems().add({ErrorKind::Other, path, "a part of it could not be read"});
 }
 
 std::uint64_t DiskSizes::sizeOfAllFilesAtPathes(std::span<const std::string> paths) const {

@@ -13,7 +13,8 @@ namespace sweeply {
 class FileManager;
 
 /// What files and folders of the target are charged: the length of every file's data, each rounded up to whole
-/// allocation blocks. Never fails: what is not there or cannot be read counts nothing. Nothing is cached.
+/// allocation blocks. Never fails: what is not there or cannot be read counts nothing, and what cannot be read is among
+/// the target's ReadProblems. Nothing is cached.
 ///
 /// Thread-safe: scans and removals of several modules ask at once. Calls block until the tree is read.
 class DiskSizes final {
@@ -27,10 +28,10 @@ class DiskSizes final {
     /// A file's own size; else that of all below. A link in the tree is charged for itself, a folder nothing. Nothing
     /// is below a link at `path` itself. With it, what the item is now; of nothing, that nobody looked.
     [[nodiscard]] MeasuredItem measure(std::string_view path) const;
-    /// The same for the entry `name` of a folder that is open, for those who ask for many of one folder.
-    [[nodiscard]] MeasuredItem measureEntry(int folder, const std::string& name) const;
+    /// The same for an entry of a folder that is open, for those who ask for many of one folder. `path` is the entry's.
+    [[nodiscard]] MeasuredItem measureEntry(int folder, const std::string& path) const;
     /// The same for an entry that is known to be a folder; nothing for anything else.
-    [[nodiscard]] MeasuredItem measureFolderEntry(int folder, const std::string& name) const;
+    [[nodiscard]] MeasuredItem measureFolderEntry(int folder, const std::string& path) const;
     /// The sum. What is listed twice, or stands in another listed folder, counts twice.
     [[nodiscard]] std::uint64_t sizeOfAllFilesAtPathes(std::span<const std::string> paths) const;
     /// The size by a plain walk that leaves out links which lead to folders or nowhere. To compare with.
@@ -40,6 +41,11 @@ class DiskSizes final {
 
   private:
     [[nodiscard]] std::uint64_t charged(std::uint64_t size) const;
+    [[nodiscard]] MeasuredItem measureItem(int folder, const char* name, const std::string& path) const;
+    [[nodiscard]] MeasuredItem measureFolder(int folder, const char* name, const std::string& path) const;
+    [[nodiscard]] MeasuredItem unreadable(int errorNumber, std::string_view path) const;
+    /// Looks once more, to say what it is that could not be read.
+    void tellWhatIsMissing(const std::string& path) const;
 
     const FileManager& m_fileManager;
     const SystemVersion& m_version;

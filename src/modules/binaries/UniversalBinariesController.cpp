@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <utility>
 
 namespace sweeply {
@@ -35,9 +36,11 @@ constexpr mode_t kAnyExecution = 0111;
 
 std::string nameOfDescriptor(const UniqueFd& file) { return "/dev/fd/" + std::to_string(file.get()); }
 
-bool beginsLikeFat(const UniqueFd& file) {
+Result<bool> beginsLikeFat(const UniqueFd& file, const std::string& path) {
     std::array<char, macho::kFatHeaderSize> head{};
     const ssize_t length = ::pread(file.get(), head.data(), head.size(), 0);
+    if (length < 0)
+        return Failure(systemError(errno, path));
     return length == static_cast<ssize_t>(head.size()) && macho::mayBeFat({head.data(), head.size()});
 }
 
@@ -174,17 +177,22 @@ void UniversalBinariesController::searchForUBInPath(const std::string& applicati
         const auto attributes = walk.attributes();
         if (!attributes || attributes->type != FileType::Regular || (attributes->mode & kAnyExecution) == 0)
             continue;
-        auto file = walk.openFile();
-        if (file && beginsLikeFat(*file))
-            m_candidates.push_back({application, joinedPath(application, entry->path), std::move(*file)});
+        if (auto file = walk.openFile())
+            addCandidate({application, joinedPath(application, entry->path), std::move(*file)});
         if (m_candidates.size() >= kAtOnce)
             addSlimmable();
     }
     // Who rests between applications has the time to show each at once.
     if (services().pace.threadSleep.count() > 0)
         addSlimmable();
-    if (const auto& failure = walk.failure())
-        reportProblem({failure->kind, joinedPath(application, failure->path), failure->reason});
+}
+
+void UniversalBinariesController::addCandidate(Candidate candidate) {
+    const auto isFat = beginsLikeFat(candidate.file, candidate.path);
+    if (!isFat)
+        reportProblem(isFat.error());
+    else if (*isFat)
+        m_candidates.push_back(std::move(candidate));
 }
 
 void UniversalBinariesController::addSlimmable() {
@@ -246,7 +254,7 @@ std::uint64_t UniversalBinariesController::getUBSize(const std::string& path) {
     if (path.empty())
         return 0;
     auto file = m_binaries.files.openForReading(path);
-    if (!file || !beginsLikeFat(*file))
+    if (!file || !beginsLikeFat(*file, path).value_or(false))
         return 0;
     const Candidate alone{{}, path, std::move(*file)};
     return foreignBytesOf({&alone, 1}).front();

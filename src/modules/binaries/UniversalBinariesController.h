@@ -73,6 +73,8 @@ class UniversalBinariesController final : public ADScanControllerView {
     bool knowsArchitecture();
     /// Gathers candidates, and adds those that can be slimmed once there are many.
     void searchForUBInPath(const std::string& application);
+    /// Keeps it unless its first bytes say that it cannot be slimmed.
+    void addCandidate(Candidate candidate);
     /// Adds those of the candidates gathered so far that can be slimmed.
     void addSlimmable();
     void add(const Candidate& candidate, std::uint64_t size);

@@ -54,10 +54,8 @@ void PhotoSyncCachesController::scanThread() {
     prepareForScan();
     const std::string& home = m_caches.folders.home;
     const auto entries = m_caches.files.contentsOfDirectoryAtPath(home);
-    if (!entries) {
-        reportProblem(entries.error());
+    if (!entries)
         return;
-    }
     incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
     const RememberedNodes nodes(m_caches.ignoreList, kCachesModuleKey, EvidenceRule::PhotoCache);
     auto walk = m_caches.files.enumeratorAtPath(home);
@@ -89,8 +87,6 @@ void PhotoSyncCachesController::scanThread() {
             rootNodeChanged();
         }
     }
-    if (const auto& failure = walk.failure())
-        reportProblem({failure->kind, joinedPath(home, failure->path), failure->reason});
 }
 
 bool PhotoSyncCachesController::cleanThisNode(Node& node) {

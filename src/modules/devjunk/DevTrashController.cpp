@@ -112,12 +112,12 @@ std::vector<DevTrashController::Junk> DevTrashController::nibsJunkForApplication
         if (!isDeveloperJunk(entry->path))
             continue;
         walk.skipDescendants(); // it goes as a whole
-        found.push_back({joinedPath(path, entry->path), m_junk.sizes.measureEntry(walk.folder(), walk.name()).size});
+        std::string item = joinedPath(path, entry->path);
+        const auto size = m_junk.sizes.measureEntry(walk.folder(), item).size;
+        found.push_back({std::move(item), size});
     }
-    if (const auto& failure = walk.failure()) {
-        reportProblem({failure->kind, joinedPath(path, failure->path), failure->reason});
+    if (const auto& failure = walk.failure())
         services().log.log(formatText("[Dev Junk] Exception %@ occured for app %@", {failure->reason, path}));
-    }
     return found;
 }
 
@@ -147,12 +147,12 @@ void DevTrashController::analyzeApplication(const std::string& path) {
 void DevTrashController::analyzeFolder(const std::string& path) {
     std::unordered_set<std::string> trashed;
     auto walk = m_junk.files.enumeratorAtPath(path);
-    const auto sizeOfThis = [&] { return m_junk.sizes.measureEntry(walk.folder(), walk.name()).size; };
     while (const auto entry = walk.next()) {
         if (stopped())
             break;
         const auto name = lastPathComponent(entry->path);
         const std::string item = joinedPath(path, entry->path);
+        const auto sizeOfThis = [&] { return m_junk.sizes.measureEntry(walk.folder(), item).size; };
         if (trashed.contains(item)) {
             walk.skipDescendants(); // what is in there goes with it, and must not count twice
         } else if (junk::isOneOf(junk::kTrash, name) || junk::isOneOf(junk::kTrashes, name)) {
@@ -172,8 +172,6 @@ void DevTrashController::analyzeFolder(const std::string& path) {
         }
         waitWhilePaused();
     }
-    if (const auto& failure = walk.failure())
-        reportProblem({failure->kind, joinedPath(path, failure->path), failure->reason});
     hideIfEmpty(m_trashNode);
     hideIfEmpty(m_applicationNode);
 }

@@ -51,11 +51,6 @@ void ADUninstallControllerView::prepareForClean() {
     m_parts.steps.demandRights(*rootNode(), *this);
 }
 
-void ADUninstallControllerView::reportFailure(const DirectoryEnumerator& walk, const std::string& folder) {
-    if (const auto& failure = walk.failure())
-        reportProblem({failure->kind, joinedPath(folder, failure->path), failure->reason});
-}
-
 void ADUninstallControllerView::scanFolder(const std::string& folder, std::string_view extension) {
     const auto entries = m_module.files.contentsOfDirectoryAtPath(folder);
     if (!entries)
@@ -76,7 +71,6 @@ void ADUninstallControllerView::scanFolder(const std::string& folder, std::strin
             incProgress();
         waitWhilePaused();
     }
-    reportFailure(walk, folder);
 }
 
 } // namespace sweeply

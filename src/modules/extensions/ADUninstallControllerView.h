@@ -49,8 +49,6 @@ class ADUninstallControllerView : public ADScanControllerView {
 
     /// Adds every item of that extension below a folder, none of which is entered. Nothing where there is no folder.
     void scanFolder(const std::string& folder, std::string_view extension);
-    /// What a walk could not read, with the path of the folder walked put before it.
-    void reportFailure(const DirectoryEnumerator& walk, const std::string& folder);
     [[nodiscard]] UninstallSteps& steps() const { return m_parts.steps; }
     [[nodiscard]] const ModuleServices& module() const { return m_module; }
 

@@ -67,8 +67,6 @@ void PluginsUninstaller::rescan() {
 }
 
 void PluginsUninstaller::scanCategoryFolder(const PluginCategory& category, const std::string& folder) {
-    if (!module().files.directoryExistsAtPath(folder))
-        return;
     auto walk = module().files.enumeratorAtPath(folder);
     while (const auto entry = walk.next()) {
         if (stopped())
@@ -80,7 +78,6 @@ void PluginsUninstaller::scanCategoryFolder(const PluginCategory& category, cons
         }
         waitWhilePaused();
     }
-    reportFailure(walk, folder);
 }
 
 void PluginsUninstaller::addRecord(const std::string& path) {

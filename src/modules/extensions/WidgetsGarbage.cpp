@@ -95,11 +95,8 @@ std::vector<std::string> WidgetsGarbage::findPlistsIn(const std::string& folder)
 void WidgetsGarbage::findUnnecessaryWidgetsPrefferences(const TermAutomaton& installed) {
     const std::string folder = normalisedPath(m_garbage.folders.expandTilde(m_garbage.folders.USERPREFERENCESPATH));
     const auto entries = m_garbage.files.contentsOfDirectoryAtPath(folder);
-    if (!entries) {
-        if (entries.error().kind != ErrorKind::NotFound)
-            reportProblem(entries.error());
+    if (!entries)
         return;
-    }
     incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
     for (const auto& entry : *entries) {
         if (stopped())

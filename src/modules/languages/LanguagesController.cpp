@@ -137,15 +137,13 @@ LanguagesController::Localizations LanguagesController::languagesForApplicationA
         if (const auto& code = unwantedLanguage(lastPathComponent(entry->path)); !code.empty()) {
             auto& localization = found[code];
             localization.folders.push_back(joinedPath(path, entry->path));
-            localization.size += m_languages.sizes.measureFolderEntry(walk.folder(), walk.name()).size;
+            localization.size += m_languages.sizes.measureFolderEntry(walk.folder(), localization.folders.back()).size;
         }
         if (stopped())
             break;
     }
-    if (const auto& failure = walk.failure()) {
-        reportProblem({failure->kind, joinedPath(path, failure->path), failure->reason});
+    if (const auto& failure = walk.failure())
         services().log.log(formatText("[Languages] Exception for app %@: %@", {path, failure->reason}));
-    }
     return found;
 }
 

@@ -61,8 +61,8 @@ bool LogsController::touchFilesBelow(const std::string& path) {
             return false;
     }
     if (const auto& failure = walk.failure())
-        reportProblem({failure->kind, joinedPath(path, failure->path), failure->reason});
-    return !walk.failure();
+        return globalScanController().removals().failed(joinedPath(path, failure->path), *failure);
+    return true;
 }
 
 bool LogsController::touchFileAtPath(const std::string& path) {

@@ -52,8 +52,6 @@ void ApplicationUninstaller::analyzeFile(const std::string& path) {
             walk.skipDescendants();
             found.push_back(joinedPath(item, entry->path));
         }
-        if (const auto& failure = walk.failure())
-            reportProblem({failure->kind, joinedPath(item, failure->path), failure->reason});
     }
     incTotalProcentageBy(static_cast<std::uint32_t>(found.size()));
     for (const auto& record : found) {

@@ -57,8 +57,6 @@ LeftoversCleaner::Paths LeftoversCleaner::getAllPrefFiles() const {
         if (entry->type != FileType::Directory && isCandidate(lastPathComponent(entry->path)))
             found.push_back(joinedPath(folder, entry->path));
     }
-    if (const auto& failure = walk.failure())
-        m_services.reportProblem({failure->kind, joinedPath(folder, failure->path), failure->reason});
     return found;
 }
 

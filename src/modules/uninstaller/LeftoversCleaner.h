@@ -29,7 +29,7 @@ class LeftoversCleaner final {
         InstalledApplications& installed;
         const LoginItems& loginItems;
         const LaunchItems& launchItems;
-        /// Told of what could not be read or removed.
+        /// Told of what could not be understood or removed; what could not be read is among the target's problems.
         std::function<void(const Error&)> reportProblem;
     };
     using Paths = std::vector<std::string>;

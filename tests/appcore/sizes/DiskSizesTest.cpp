@@ -77,12 +77,28 @@ TEST_F(DiskSizesTest, LinkAtThePathItselfHoldsNothing) {
     EXPECT_EQ(m_sizes.slowFolderSizeAtPath("/to file"), 4096u);
 }
 
-TEST_F(DiskSizesTest, UnreadableFolderIsLeftOutAndTheRestCounts) {
-    m_folder.makeFile("tree/closed/file");
+TEST_F(DiskSizesTest, UnreadableFolderIsLeftOutAndNamedAndTheRestCounts) {
     m_folder.makeFile("tree/open/file");
-    m_folder.setMode("tree/closed", 0);
-    EXPECT_EQ(m_sizes.folderSizeAtPath("/tree"), 4096u);
-    m_folder.setMode("tree/closed", 0755);
+    std::string deep = "tree/deep";
+    m_folder.makeDeepTree(deep, 60);
+    for (int level = 0; level < 60; ++level)
+        deep += "/d";
+    for (const std::string& closed : {std::string("tree/closed"), deep + "/closed", std::string("tree")}) {
+        const std::uint64_t whole = m_sizes.folderSizeAtPath("/tree");
+        m_folder.makeFile(closed + "/file");
+        m_folder.setMode(closed, 0);
+        const auto item = m_sizes.measure("/tree");
+        EXPECT_EQ(item.size, closed == "tree" ? 0 : whole);
+        EXPECT_FALSE(item.isWhole);
+        EXPECT_TRUE(item.identity.isKnown());
+        ASSERT_EQ(m_files->problems().all().size(), 1u);
+        EXPECT_EQ(m_files->problems().all()[0].message(), "/" + closed + ": Permission denied");
+        m_folder.setMode(closed, 0755);
+        fs::remove(m_folder.path(closed + "/file"));
+        m_files->problems().startOver();
+        EXPECT_TRUE(m_sizes.measure("/tree").isWhole);
+    }
+    EXPECT_TRUE(m_files->problems().isEmpty());
 }
 
 TEST_F(DiskSizesTest, ListCountsWhatIsNamedTwiceTwice) {
