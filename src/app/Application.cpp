@@ -3,7 +3,6 @@
 #include "app/MakersServers.h"
 #include "app/ModuleCatalog.h"
 #include "appcore/AppleLanguages.h"
-#include "appcore/SlimmingRecord.h"
 #include "engine/EngineEvents.h"
 #include "modules/binaries/UniversalBinariesController.h"
 #include "modules/caches/CachesScanController.h"
@@ -42,9 +41,8 @@ Application::Application(Target target, const HostServices& host)
       m_locale(std::string()), m_services{m_defaults, m_notifications, host.mainThread, host.log,
                                           m_treeLock, m_pace,          m_units,         m_target.files->problems()},
       m_tools(host.libexecFolder, *m_target.files), m_authorization(SudoSetting::ofThisProcess()),
-      m_privileged(m_authorization, m_tools, host.log),
-      m_removals(*m_target.files, m_target.folders, m_privileged, m_tools, host.log),
-      m_sizes(*m_target.files, m_target.version), m_workspace(*m_target.files, m_target.folders.APPLICATIONSPATH),
+      m_privileged(m_authorization, m_tools, host.log), m_sizes(*m_target.files, m_target.version),
+      m_workspace(*m_target.files, m_target.folders.APPLICATIONSPATH),
       m_registry(*m_target.files, supportFolder() + "RegisteredApplications.plist"),
       m_applications(*m_target.files, m_target.folders, m_target.version.isOnLeopardOrBetter() ? &m_registry : nullptr,
                      host.log),
@@ -52,14 +50,17 @@ Application::Application(Target target, const HostServices& host)
       m_launchItems(*m_target.files, m_target.folders, m_tasks, host.log),
       m_packages({*m_target.files, m_target.folders, m_target.version, m_tools, m_privileged, host.alerts,
                   host.mainThread, host.log}),
+      m_gate({*m_target.files, m_target.folders, m_sizes, m_privileged, m_tools, m_loginItems, m_launchItems,
+              m_packages, host.log}),
+      m_runs({*m_target.files, m_target.folders, m_gate, m_defaults, m_notifications, host.log, SWEEPLY_VERSION,
+              m_target.files->rootPath(), [] { return std::int64_t{std::time(nullptr)}; }}),
       m_installed(*m_target.files, m_applications, m_packages), m_searched(m_target.folders, m_applications),
       m_resources({*m_target.files, m_target.folders, m_sizes, m_applications, m_searched, m_loginItems, m_launchItems,
                    m_packages, host.log},
                   m_treeLock),
       m_ownership({*m_target.files, m_target.folders, m_searched, m_launchItems, m_installed}, m_defaults),
       m_processes({*m_target.files, m_tools, m_privileged, host.alerts, host.mainThread, host.log}),
-      m_uninstallSteps({*m_target.files, m_processes, m_loginItems, m_launchItems, m_packages, m_removals, host.alerts,
-                        host.mainThread, m_target.version},
+      m_uninstallSteps({*m_target.files, m_processes, m_gate, host.alerts, host.mainThread, m_target.version},
                        m_treeLock),
       m_http(host.libexecFolder + "/fetch"),
       m_ignoreList(
@@ -73,10 +74,12 @@ Application::Application(Target target, const HostServices& host)
       m_authorisation(m_privileged, host.alerts, host.mainThread, host.log,
                       SudoSetting::ofThisProcess().isRoot || host.asksForRightsElsewhere),
       m_reports(host.alerts, host.desktopNotifications, m_units), m_statistics(m_services),
-      m_scanController(m_services, {m_removals, m_authorisation, m_reports, m_statistics, m_ignoreList,
+      m_scanController(m_services, {m_gate, m_runs, m_authorisation, m_reports, m_statistics, m_ignoreList,
                                     [this] { return m_locale.formatDate(std::time(nullptr)); }}) {
     for (const auto& folder : m_target.folders.protectedFolders())
         m_target.files->removals().guard().protect(folder);
+    m_target.files->removals().guard().protectTree(m_runs.keptFolder());
+    m_target.files->removals().guard().protectTree(m_runs.runsFolder());
     addModules(host);
     m_target.files->removals().refreshGuard();
     m_services.problems.startOver(); // what was looked at so far is no part of any scan
@@ -104,12 +107,10 @@ void Application::addModules(const HostServices& host) {
         rowFor(kLanguagesView),
         std::make_unique<LanguagesController>(services, m_scanController, m_languageKeepList,
                                               LanguagesController::Person{host.alerts, host.showLanguagePreferences}));
-    m_scanController.addModule(
-        rowFor(kBinariesView),
-        std::make_unique<UniversalBinariesController>(
-            services, m_scanController,
-            UniversalBinariesController::Tools{m_removals, m_privileged, m_tools, host.alerts, supportFolder()},
-            m_target.processorFamily, m_target.version));
+    m_scanController.addModule(rowFor(kBinariesView),
+                               std::make_unique<UniversalBinariesController>(
+                                   services, m_scanController, UniversalBinariesController::Tools{m_tools, host.alerts},
+                                   m_target.processorFamily, m_target.version));
     m_scanController.addModule(rowFor(kDevJunkView), std::make_unique<DevTrashController>(services, m_scanController));
     auto extensions = std::make_unique<ExtensionsScanController>(
         services, m_scanController,
@@ -134,21 +135,19 @@ void Application::addModules(const HostServices& host) {
                                              module(kUninstallerView), module(kEraserView), *m_extensions});
 }
 
-LeftoversCleaner Application::leftoversCleaner(std::function<void(const Error&)> reportProblem) const {
+LeftoversCleaner Application::leftoversCleaner(std::function<void(const Error&)> reportProblem) {
     return LeftoversCleaner(
-        {*m_target.files, m_applications, m_installed, m_loginItems, m_launchItems, std::move(reportProblem)});
+        {*m_target.files, m_gate, m_applications, m_installed, m_loginItems, m_launchItems, std::move(reportProblem)});
 }
 
 std::string Application::supportFolder() const { return m_target.folders.expandTilde(kSupportFolder); }
 
 void Application::sweepTemporaryFiles() {
-    SlimmingRecord::sweep(*m_target.files, supportFolder(),
-                          [this](const std::string& copy) { return m_removals.tryToRemoveFileAtPath(copy); });
+    m_gate.sweepSlimmings();
     for (const auto& folder :
          {m_target.folders.expandTilde("~/Library/Preferences"), m_target.folders.expandTilde("~/Library/LaunchAgents"),
           std::string(pathWithoutLastComponent(m_target.preferencesFile))})
         m_target.files->sweepTemporaryFilesAtPath(folder);
-    m_removals.finishRun();
 }
 
 void Application::startInventory() {

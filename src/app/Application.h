@@ -4,9 +4,9 @@
 #include "appcore/ADTaskRunner.h"
 #include "appcore/LoginItems.h"
 #include "appcore/PrivilegedExecution.h"
-#include "appcore/RemovalPrimitives.h"
 #include "appcore/ResourceFinder.h"
 #include "appcore/SWApplicationCore.h"
+#include "appcore/changes/ChangeGate.h"
 #include "appcore/ownership/InstalledApplications.h"
 #include "appcore/ownership/SearchedFolders.h"
 #include "appcore/processes/LaunchItems.h"
@@ -17,6 +17,7 @@
 #include "engine/RunReports.h"
 #include "engine/ScanController.h"
 #include "engine/SpaceStatistics.h"
+#include "engine/record/ChangeRuns.h"
 #include "modules/draggedfiles/DraggedFilesController.h"
 #include "modules/extensions/ExtensionsScanController.h"
 #include "modules/ignorelist/IgnoreListController.h"
@@ -87,7 +88,7 @@ class Application final {
     [[nodiscard]] DraggedFilesController& draggedFiles() { return *m_draggedFiles; }
     /// Looks at the system as it is now, once the list of applications is complete; `reportProblem` is told of what
     /// cannot be read.
-    [[nodiscard]] LeftoversCleaner leftoversCleaner(std::function<void(const Error&)> reportProblem) const;
+    [[nodiscard]] LeftoversCleaner leftoversCleaner(std::function<void(const Error&)> reportProblem);
     [[nodiscard]] PackageManager& packages() { return m_packages; }
     [[nodiscard]] Ownership& ownership() { return m_ownership; }
     [[nodiscard]] ApplicationUninstaller& applicationUninstaller() { return *m_applicationUninstaller; }
@@ -95,8 +96,10 @@ class Application final {
     [[nodiscard]] UserDefaults& defaults() { return m_defaults; }
     [[nodiscard]] NotificationCenter& notifications() { return m_notifications; }
     [[nodiscard]] TreeLock& treeLock() { return m_treeLock; }
-    [[nodiscard]] const RemovalPrimitives& removals() const { return m_removals; }
-    [[nodiscard]] const AuthorisationSession& authorisation() const { return m_authorisation; }
+    [[nodiscard]] const ChangeGate& gate() const { return m_gate; }
+    [[nodiscard]] ChangeRuns& runs() { return m_runs; }
+    [[nodiscard]] AuthorisationSession& authorisation() { return m_authorisation; }
+    [[nodiscard]] const UninstallSteps& uninstallSteps() const { return m_uninstallSteps; }
     [[nodiscard]] const SpaceStatistics& statistics() const { return m_statistics; }
 
   private:
@@ -117,7 +120,6 @@ class Application final {
     ToolTable m_tools;
     SudoAuthorization m_authorization;
     PrivilegedExecution m_privileged;
-    RemovalPrimitives m_removals;
 
     DiskSizes m_sizes;
     Workspace m_workspace;
@@ -127,6 +129,8 @@ class Application final {
     LoginItems m_loginItems;
     LaunchItems m_launchItems;
     PackageManager m_packages;
+    ChangeGate m_gate;
+    ChangeRuns m_runs;
     mutable InstalledApplications m_installed; ///< reads when it is first asked
     const SearchedFolders m_searched;
     ResourceFinder m_resources;

@@ -62,7 +62,7 @@ void ResourceFinder::add(std::vector<Found> found, const Search& search, Look lo
         if (!m_services.files.removals().guard().reasonAgainst(path).empty())
             continue;
         addJudged(Node::nodeWithName(m_services.folders.abbreviateWithTilde(path), look.icon, 1,
-                                     m_services.sizes.folderSizeAtPath(path), path, true, look.type),
+                                     m_services.sizes.measure(path), path, true, look.type),
                   std::move(evidence), search);
     }
 }

@@ -22,7 +22,7 @@ SlimmingRecord::SlimmingRecord(FileManager& files, const std::string& stateFolde
     if (!item)
         return;
     constexpr mode_t kPrivate = 0600;
-    auto record = TemporaryFile::make(*std::move(item), kPrivate, path);
+    auto record = TemporaryFile::make(files.calls(), *std::move(item), kPrivate, path);
     if (record && record->write(copy, path))
         m_record.emplace(*std::move(record));
 }

@@ -46,6 +46,10 @@ Commands:
   ignore               list, add or remove the items that are never checked
   ignore apps          the same for applications that are left alone
   ignore --update      fetch a newer shared list of such applications
+  history [RUN]        list the runs that changed something, or the items of one
+  kept                 list what was kept and can be put back
+  undo [RUN] [PATH...] put back what a run kept (else: the newest that kept something)
+  purge RUN...         remove what was kept for good; or --all of it, or what is --expired
   prefs [KEY [VALUE]]  list, read or set Sweeply's own settings
   size PATH...         say how much space files and folders take
   sample DIR           write a small Mac OS X volume to try things on
@@ -210,6 +214,29 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     uninstall->add_flag("--weak", line.checksWeakMatches,
                         "Check also what matches weakly, where no other application claims it");
     uninstall->add_flag("--yes", line.saysYes, "Remove without asking; other questions get their safe answers");
+
+    for (auto* sub : {clean, uninstall}) {
+        sub->add_flag_callback(
+            "--keep", [&line] { line.keepsRemoved = true; },
+            "Keep what cannot be made again, so that 'undo' puts it back");
+        sub->add_flag_callback(
+            "--no-keep", [&line] { line.keepsRemoved = false; }, "Remove it for good, whatever else is said");
+    }
+
+    auto* history = add(Command::History, "history", "List the runs that changed something, or the items of one");
+    addJson(history);
+    history->add_option("RUN", line.operands, "A run, as the list names it")->expected(0, 1);
+    addJson(add(Command::Kept, "kept", "List what was kept and can be put back"));
+    auto* undo = add(Command::Undo, "undo", "Put back what a run kept");
+    addJson(undo);
+    undo->add_option("RUN PATH", line.operands,
+                     "A run, without which the newest that has something kept is meant; and items of it, without which "
+                     "all are");
+    auto* purge = add(Command::Purge, "purge", "Remove what was kept for good");
+    addJson(purge);
+    purge->add_option("RUN", line.operands, "Runs, as the list names them");
+    purge->add_flag("--all", line.purgesAll, "Whatever is kept");
+    purge->add_flag("--expired", line.purgesExpired, "What was to be kept until now");
 
     addListing(add(Command::Extensions, "extensions", "List the installed widgets, preference panes and plug-ins"));
 

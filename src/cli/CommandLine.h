@@ -25,6 +25,10 @@ enum class Command {
     Modules,
     Ignore,
     Prefs,
+    History,
+    Kept,
+    Undo,
+    Purge,
     Size,
     Sample
 };
@@ -56,6 +60,10 @@ struct CommandLine {
     /// Overwrite what is erased.
     bool isSecure = false;
     bool isDryRun = false;
+    /// Keep what cannot be made again, or remove it at once; the preferences decide where nothing is said.
+    std::optional<bool> keepsRemoved;
+    bool purgesAll = false;
+    bool purgesExpired = false;
     std::vector<std::string> modulesToEnable;
     std::vector<std::string> modulesToDisable;
     /// What to do with the ignore list: "list", "add", "remove", or "update" the shared one.

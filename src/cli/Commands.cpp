@@ -45,6 +45,14 @@ ExitCode runOnTarget(const CommandLine& line) {
         return runIgnore(**session);
     case Command::Prefs:
         return runPrefs(**session);
+    case Command::History:
+        return runHistory(**session);
+    case Command::Kept:
+        return runKept(**session);
+    case Command::Undo:
+        return runUndo(**session);
+    case Command::Purge:
+        return runPurge(**session);
     case Command::ShowFolders:
     case Command::Size:
     case Command::Sample:

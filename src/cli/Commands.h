@@ -20,6 +20,10 @@ ExitCode runApps(Session& session);
 ExitCode runModules(Session& session);
 ExitCode runIgnore(Session& session);
 ExitCode runPrefs(Session& session);
+ExitCode runHistory(Session& session);
+ExitCode runKept(Session& session);
+ExitCode runUndo(Session& session);
+ExitCode runPurge(Session& session);
 /// These two need no target.
 ExitCode runSize(const CommandLine& line);
 ExitCode runSample(const CommandLine& line);

@@ -34,15 +34,7 @@ Json nodesJson(const std::vector<Node::Pointer>& nodes, SizeUnits units) {
 
 } // namespace
 
-Json evidenceJson(const Evidence& evidence) {
-    Json claimants = Json::array();
-    for (const auto& path : evidence.alsoClaimedBy)
-        claimants.push_back(validUtf8(path));
-    return {{"rule", nameOf(evidence.rule)},
-            {"term", evidence.term.empty() ? Json(nullptr) : Json(validUtf8(evidence.term))},
-            {"strength", nameOf(evidence.strength)},
-            {"alsoClaimedBy", std::move(claimants)}};
-}
+Json evidenceJson(const Evidence& evidence) { return Json::parse(evidenceText(&evidence)); }
 
 Json targetJson(const Application& application) {
     const Target& target = application.target();
@@ -88,22 +80,40 @@ Json scanJson(Application& application) {
 Json cleanJson(Session& session, bool wasStopped) {
     auto& application = session.application();
     Json failed = Json::array();
-    for (const auto& failure : application.removals().failures())
-        failed.push_back(validUtf8(failure.path));
+    Json items = Json::array();
+    for (const auto& report : application.gate().reports()) {
+        if (!report.outcome.isDone())
+            failed.push_back(validUtf8(report.path));
+        items.push_back(itemJson(recordedItem(report)));
+    }
+    const auto sums = application.gate().sums();
     Json alerts = Json::array();
     for (const auto& [alert, answer] : session.alerts().records())
         alerts.push_back({{"title", alert.title}, {"text", alert.text}, {"answer", alert.buttons[answer.button]}});
     const std::uint64_t freed = application.statistics().currentRemovedAmountOfSpace();
     return {{"target", targetJson(application)},
-            {"removed", session.removedCount()},
+            {"run", application.runs().run() ? Json(*application.runs().run()) : Json(nullptr)},
+            {"removed", sums.removed},
             {"freed", freed},
             {"freedText", stringSizeFromLong(freed, application.units())},
+            {"kept", sums.kept},
+            {"items", items},
             {"failed", failed},
             {"stopped", wasStopped},
-            {"couldntRemoveSomething", application.removals().couldntRemoveSomething()},
+            {"couldntRemoveSomething", application.gate().couldntRemoveSomething()},
             {"incomplete", !application.target().files->problems().isEmpty()},
             {"alerts", alerts},
             {"modules", modulesJson(application, shownModules(application))}};
+}
+
+Json itemJson(const RecordedItem& item) {
+    return {{"path", validUtf8(item.path)},
+            {"module", item.module},
+            {"kind", item.kind},
+            {"size", item.size},
+            {"outcome", item.outcome},
+            {"reason", item.reason ? Json(validUtf8(*item.reason)) : Json(nullptr)},
+            {"why", Json::parse(item.why)}};
 }
 
 void printJson(const Json& json) { std::cout << json.dump(2) << "\n"; }

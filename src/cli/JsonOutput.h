@@ -19,6 +19,9 @@ using Json = nlohmann::ordered_json;
 [[nodiscard]] Json scanJson(Application& application);
 [[nodiscard]] Json cleanJson(Session& session, bool wasStopped);
 
+/// One item of a run.
+[[nodiscard]] Json itemJson(const RecordedItem& item);
+
 /// One object and a line end on standard output.
 void printJson(const Json& json);
 

@@ -45,8 +45,6 @@ Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogL
       m_app(m_application, m_watchers, *m_log, line.arguments) {
     auto& center = m_application.notifications();
     m_subscriptions.push_back(
-        center.observe<RemovedAmountOfSpace>([this](const RemovedAmountOfSpace&) { ++m_removedCount; }));
-    m_subscriptions.push_back(
         center.observe<ProblemFound>([](const ProblemFound& problem) { complain(problem.error.message()); }));
     m_app.start(ADApp::Face::Terminal);
 }
@@ -87,6 +85,24 @@ void Session::listExtensions() {
         extensions.didSelectTabViewItem(tab);
         waitFor([&] { return controller.isScanning(); }, [&] { controller.stopScanActually(); }, "Scanning");
     }
+}
+
+Result<std::vector<UndoneItem>> Session::undo(const std::string& run, const std::vector<std::string>& paths) {
+    auto& runs = m_application.runs();
+    auto undone = runs.undo(run, paths);
+    const auto needsRights = [](const UndoneItem& item) { return item.needsRights; };
+    auto& authorisation = m_application.authorisation();
+    if (!undone || authorisation.isAuthorised() || std::ranges::none_of(*undone, needsRights))
+        return undone;
+    authorisation.startRun();
+    if (!authorisation.demanded([] {}))
+        return undone;
+    auto again = runs.undo(run, paths);
+    if (again) {
+        std::erase_if(*undone, needsRights);
+        undone->insert(undone->end(), again->begin(), again->end());
+    }
+    return undone;
 }
 
 std::optional<UpdateReport> Session::updateSharedList() {

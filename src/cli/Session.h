@@ -42,8 +42,8 @@ class Session final {
     void listExtensions();
     /// Fetches a newer shared list of applications and shows how that went. Nothing when it was interrupted.
     std::optional<UpdateReport> updateSharedList();
-    /// Items removed by removeChecked().
-    [[nodiscard]] std::size_t removedCount() const { return m_removedCount; }
+    /// Puts back what a run kept; asks for rights when it takes some.
+    Result<std::vector<UndoneItem>> undo(const std::string& run, const std::vector<std::string>& paths);
 
   private:
     void waitFor(const std::function<bool()>& isRunning, const std::function<void()>& stop, const char* activity);
@@ -58,7 +58,6 @@ class Session final {
     Application m_application;
     Watchers m_watchers;
     ADApp m_app;
-    std::atomic<std::size_t> m_removedCount{0};
     std::vector<NotificationCenter::Subscription> m_subscriptions;
 };
 

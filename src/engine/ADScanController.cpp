@@ -160,12 +160,20 @@ void ADScanController::analyzeFiles(const std::vector<std::string>& paths) {
 
 // Cleaning
 
-bool ADScanController::tryToRemoveFileAtPath(const std::string& path) {
-    return m_delegate && m_delegate->tryToRemoveFileAtPath(path);
+ChangeRequest ADScanController::requestFor(const Node& node, Operation operation) const {
+    const std::lock_guard lock(services().treeLock);
+    ChangeRequest request{operation, node.path()};
+    // A group is no item, but what it stands for is a folder.
+    request.kind = node.hasChildren() ? ChangedKind::Folder : changedKindOf(node.seen().kind);
+    request.seen = node.seen();
+    request.size = node.longSize();
+    request.module = moduleName();
+    request.why = node.sharedEvidence();
+    return request;
 }
 
-bool ADScanController::tryToSecurelyRemoveFileAtPath(const std::string& path) {
-    return m_delegate && m_delegate->tryToSecurelyRemoveFileAtPath(path);
+ChangeOutcome ADScanController::change(const ChangeRequest& request) {
+    return m_delegate ? m_delegate->perform(request) : ChangeOutcome();
 }
 
 void ADScanController::startClean() {

@@ -53,6 +53,9 @@ class ADScanController : public ModuleResults, public ModuleHooks, public Module
     [[nodiscard]] virtual std::uint64_t totalProcentage() const;
     [[nodiscard]] virtual std::uint64_t totalProcentageDone() const;
 
+    /// What is to become of a node's item, as it was found. Any thread.
+    [[nodiscard]] ChangeRequest requestFor(const Node& node, Operation operation) const;
+
     // Runs
 
     [[nodiscard]] bool ifScanRunning() const override { return m_scanRunning; }
@@ -74,9 +77,10 @@ class ADScanController : public ModuleResults, public ModuleHooks, public Module
 
   protected:
     void scanThread() override { prepareForScan(); }
+    /// Removes the item; what else is to become of it a module says itself.
+    ChangeOutcome cleanThisNode(Node& node) override { return change(requestFor(node, Operation::Remove)); }
 
-    bool tryToRemoveFileAtPath(const std::string& path);
-    bool tryToSecurelyRemoveFileAtPath(const std::string& path);
+    ChangeOutcome change(const ChangeRequest& request);
 
   private:
     void startThread(std::function<void()> work);

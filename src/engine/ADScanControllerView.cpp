@@ -1,6 +1,6 @@
 #include "engine/ADScanControllerView.h"
 
-#include "appcore/RemovalPrimitives.h"
+#include "appcore/changes/ChangeGate.h"
 #include "engine/IgnoreList.h"
 #include "engine/ScanCoordinator.h"
 #include "engine/ScanObject.h"
@@ -242,24 +242,20 @@ std::optional<bool> ADScanControllerView::authorisationDemanded() {
 }
 
 void ADScanControllerView::staysWithoutRights(ADScanController& controller) {
-    std::vector<std::string> paths;
+    std::vector<ChangeRequest> requests;
     {
         std::lock_guard lock(services().treeLock);
         for (const auto& node : controller.rootNode()->children()) {
             if (node->ifAnyEnabled())
-                paths.push_back(node->path());
+                requests.push_back(controller.requestFor(*node, Operation::Remove));
         }
     }
-    for (const auto& path : paths)
-        m_globalScanController.couldntRemove(path, "only an administrator may remove it");
+    for (const auto& request : requests)
+        m_globalScanController.couldntRemove(request, "only an administrator may remove it");
 }
 
-bool ADScanControllerView::tryToRemoveFileAtPath(const std::string& path) {
-    return m_globalScanController.removals().tryToRemoveFileAtPath(path);
-}
-
-bool ADScanControllerView::tryToSecurelyRemoveFileAtPath(const std::string& path) {
-    return m_globalScanController.removals().tryToSecurelyRemoveFileAtPath(path);
+ChangeOutcome ADScanControllerView::perform(const ChangeRequest& request) {
+    return m_globalScanController.gate().perform(request);
 }
 
 void ADScanControllerView::refreshInterface() { m_globalScanController.refreshInterface(); }

@@ -80,8 +80,7 @@ class ADScanControllerView : public ADScanController, public ScanDelegate, publi
     [[nodiscard]] bool ifGlobalCleanRunning() const override;
     std::optional<bool> authorisationDemanded() override;
     void staysWithoutRights(ADScanController& controller) override;
-    bool tryToRemoveFileAtPath(const std::string& path) override;
-    bool tryToSecurelyRemoveFileAtPath(const std::string& path) override;
+    ChangeOutcome perform(const ChangeRequest& request) override;
     [[nodiscard]] bool showsResults() const override { return m_contentOutline || m_contentTable; }
     void updateView() override { updateViews(); }
     void updatedNode(Node&) override { updateViews(); }

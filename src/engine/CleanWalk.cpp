@@ -100,11 +100,11 @@ void CleanWalk::cleanLeaf(Node& node) {
         return node.longSize();
     }();
     m_run.setCurrentItem(node.path());
-    const bool isRemoved = m_hooks.cleanThisNode(node);
-    if (isRemoved)
+    const auto outcome = m_hooks.cleanThisNode(node);
+    if (outcome.frees())
         m_services.notifications.post(RemovedAmountOfSpace{size});
     m_run.incTotalSizeDoneWithInt(size);
-    if (isRemoved)
+    if (outcome.isDone())
         m_results.removeNode(node, true);
 }
 

@@ -15,6 +15,7 @@ inline constexpr const char* kFirstAutomaticAppUninstaller = "FirstAutomaticAppU
 inline constexpr const char* kDontShowUninstallAlert = "DontShowAutomaticallAppUninstallAlert";
 inline constexpr const char* kLastScannedOn = "lastScannedOn";
 inline constexpr const char* kTotalSizeSaved = "totalSizeSaved";
+inline constexpr const char* kKeepRemovedDays = "KeepRemovedDays";
 
 inline constexpr std::array kPreferences{
     PreferenceKey{kUseSecureErase, PreferenceKey::Type::Boolean, "overwrite files before they are removed", false},
@@ -24,6 +25,8 @@ inline constexpr std::array kPreferences{
                   "uninstall trashed applications without the explanation"},
     PreferenceKey{kLastScannedOn, PreferenceKey::Type::Text, "the day of the last scan"},
     PreferenceKey{kTotalSizeSaved, PreferenceKey::Type::Number, "bytes removed over all runs"},
+    PreferenceKey{kKeepRemovedDays, PreferenceKey::Type::Number,
+                  "how many days what is uninstalled is kept; 0 removes it at once"},
 };
 
 } // namespace coordinator

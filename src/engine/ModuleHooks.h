@@ -1,6 +1,9 @@
 #pragma once
 
+#include "appcore/changes/Change.h"
+
 #include <string>
+#include <string_view>
 
 namespace sweeply {
 
@@ -11,6 +14,10 @@ class ModuleHooks {
   public:
     virtual ~ModuleHooks() = default;
 
+    /// On the command line and in records; a constant.
+    [[nodiscard]] virtual std::string_view moduleName() const { return {}; }
+    /// Can what the module removes not be made again? Then a run that keeps such things keeps it.
+    [[nodiscard]] virtual bool removesWhatCannotBeMadeAgain() const { return false; }
     /// For the log.
     [[nodiscard]] virtual std::string className() const = 0;
     /// The key of the module's switch in the preferences and of its items in the ignore list.
@@ -34,8 +41,8 @@ class ModuleHooks {
 
     /// May this subtree be cleaned now?
     virtual bool isRootNodeCleanable(Node&) { return true; }
-    /// Removes the node's item; true on success.
-    virtual bool cleanThisNode(Node&) { return false; }
+    /// Sends what is to become of a leaf's item through the gate.
+    virtual ChangeOutcome cleanThisNode(Node& node) = 0;
 };
 
 } // namespace sweeply

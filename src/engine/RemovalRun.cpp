@@ -1,8 +1,8 @@
 #include "engine/RemovalRun.h"
 
-#include "appcore/RemovalPrimitives.h"
 #include "engine/AuthorisationSession.h"
 #include "engine/SpaceStatistics.h"
+#include "engine/record/ChangeRuns.h"
 #include "platform/Localization.h"
 #include "platform/MainThread.h"
 #include "platform/ReadProblems.h"
@@ -14,13 +14,15 @@
 
 namespace sweeply {
 
-void RemovalRun::begin() {
+Result<void> RemovalRun::begin(const std::string& command) {
     join(); // the last run's thread may still be on its way out
+    const auto begun = m_runs.begin(command);
     m_statistics.startRun();
     m_authorisation.startRun();
-    m_removals.startRun();
     m_services.problems.setRemoving(true);
-    m_isRunning = true;
+    if (begun)
+        m_isRunning = true;
+    return begun;
 }
 
 void RemovalRun::start(std::function<void()> work, std::function<void()> ended) {
@@ -35,8 +37,8 @@ void RemovalRun::start(std::function<void()> work, std::function<void()> ended) 
 }
 
 void RemovalRun::finish() {
-    m_removals.finishRun();
     m_services.problems.setRemoving(false);
+    m_runs.finish();
     m_isRunning = false;
     if (const auto saved = m_services.defaults.synchronize(); !saved)
         m_services.log.log(saved.error().message());

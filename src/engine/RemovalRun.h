@@ -1,15 +1,17 @@
 #pragma once
 
 #include "engine/EngineServices.h"
+#include "platform/Error.h"
 
 #include <atomic>
 #include <functional>
+#include <string>
 #include <thread>
 
 namespace sweeply {
 
 class AuthorisationSession;
-class RemovalPrimitives;
+class ChangeRuns;
 class SpaceStatistics;
 
 /// The removal under way, if any: one at a time, on a thread of its own, with everything that counts per removal begun
@@ -17,14 +19,14 @@ class SpaceStatistics;
 class RemovalRun final {
   public:
     /// All outlive it.
-    RemovalRun(const EngineServices& services, RemovalPrimitives& removals, AuthorisationSession& authorisation,
+    RemovalRun(const EngineServices& services, ChangeRuns& runs, AuthorisationSession& authorisation,
                SpaceStatistics& statistics)
-        : m_services(services), m_removals(removals), m_authorisation(authorisation), m_statistics(statistics) {}
+        : m_services(services), m_runs(runs), m_authorisation(authorisation), m_statistics(statistics) {}
 
     /// True from begin() to finish(). Any thread.
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
-    /// Nothing may be running.
-    void begin();
+    /// Nothing may be running. A failure says why there can be no run of that command now; then none begins.
+    Result<void> begin(const std::string& command);
     /// Does `work` on the removal's thread and then, on the main thread, `ended`, whatever the work throws.
     void start(std::function<void()> work, std::function<void()> ended);
     /// Closes the run and saves what it changed in the preferences.
@@ -34,7 +36,7 @@ class RemovalRun final {
 
   private:
     const EngineServices& m_services;
-    RemovalPrimitives& m_removals;
+    ChangeRuns& m_runs;
     AuthorisationSession& m_authorisation;
     SpaceStatistics& m_statistics;
     std::atomic<bool> m_isRunning{false};

@@ -1,6 +1,6 @@
 #include "engine/ScanController.h"
 
-#include "appcore/RemovalPrimitives.h"
+#include "appcore/changes/ChangeGate.h"
 #include "engine/AuthorisationSession.h"
 #include "engine/CoordinatorPreferences.h"
 #include "engine/RunReports.h"
@@ -17,9 +17,11 @@ namespace sweeply {
 
 ScanController::ScanController(EngineServices services, Helpers helpers)
     : m_services(services), m_helpers(std::move(helpers)), m_requests(services.notifications),
-      m_removal(m_services, m_helpers.removals, m_helpers.authorisation, m_helpers.statistics),
+      m_removal(m_services, m_helpers.runs, m_helpers.authorisation, m_helpers.statistics),
       m_analysing(
-          services.notifications.observe<PrepareInterfaceForAnaliz>([this](const auto&) { beginScan(false); })) {}
+          services.notifications.observe<PrepareInterfaceForAnaliz>([this](const auto&) { beginScan(false); })) {
+    m_helpers.gate.setStop([this] { stopRun(); });
+}
 
 ScanController::~ScanController() {
     for (const auto& module : m_rows.modules())
@@ -148,11 +150,12 @@ void ScanController::remove() {
     else if (filesFoundInEnabled() == 0)
         m_helpers.reports.nothingToClean();
     else if (isFreeForRemoval()) {
-        startRemoval([this] { m_rows.cleanWhatIsChecked(m_requests); },
-                     [this] {
-                         m_helpers.reports.cleanIsFinished(m_helpers.statistics.currentRemovedAmountOfSpace(),
-                                                           m_helpers.removals.couldntRemoveSomething());
-                     });
+        startRemoval(
+            "clean", [this] { m_rows.cleanWhatIsChecked(m_requests); },
+            [this] {
+                m_helpers.reports.cleanIsFinished(m_helpers.statistics.currentRemovedAmountOfSpace(),
+                                                  m_helpers.gate.couldntRemoveSomething());
+            });
     }
 }
 
@@ -169,17 +172,23 @@ void ScanController::uninstallWith(const std::vector<ADScanController*>& modules
     if (!isFreeForRemoval())
         return;
     startRemoval(
+        "uninstall",
         [this, modules] {
             for (auto* module : modules) {
                 if (!isStopped())
                     module->startClean();
             }
         },
-        [this] { m_helpers.reports.uninstallationIsFinished(m_helpers.removals.couldntRemoveSomething()); });
+        [this] { m_helpers.reports.uninstallationIsFinished(m_helpers.gate.couldntRemoveSomething()); });
 }
 
-void ScanController::startRemoval(std::function<void()> work, std::function<void()> report) {
-    m_removal.begin();
+void ScanController::startRemoval(const std::string& command, std::function<void()> work,
+                                  std::function<void()> report) {
+    if (const auto begun = m_removal.begin(command); !begun) {
+        m_helpers.gate.stays({}, begun.error().message());
+        report();
+        return;
+    }
     m_requests.start();
     m_window.showRemoving();
     m_removal.start(std::move(work), [this, report = std::move(report)] { finishRemoval(report); });
@@ -199,7 +208,8 @@ void ScanController::finishRemoval(const std::function<void()>& report) {
 
 void ScanController::uninstall() {
     m_services.log.log("Uninstall button clicked");
-    m_helpers.removals.startRun();
+    if (!isRemoving())
+        m_helpers.gate.startRun();
     auto* module = m_rows.moduleOfRow(m_selectedRow);
     if (module && module->shownController().ifAnyEnabled())
         module->startUninstallation();
@@ -215,9 +225,9 @@ bool ScanController::authorisationDemanded() {
     return m_helpers.authorisation.demanded([this] { stopRun(); });
 }
 
-void ScanController::couldntRemove(const std::string& path, const std::string& reason) {
+void ScanController::couldntRemove(const ChangeRequest& request, const std::string& reason) {
     if (!isStopped()) // who stopped the run knows that things stay
-        m_helpers.removals.failed(path, {ErrorKind::PermissionDenied, path, reason});
+        m_helpers.gate.stays(request, reason);
 }
 
 } // namespace sweeply

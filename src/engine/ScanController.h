@@ -15,6 +15,7 @@
 
 namespace sweeply {
 
+class ChangeRuns;
 class RunReports;
 
 /// The one coordinator: runs scans over all modules at once and removals over one after the other, pauses and stops
@@ -26,7 +27,8 @@ class ScanController final : public ScanCoordinator {
   public:
     /// What the coordinator leaves to others; all outlive it.
     struct Helpers {
-        RemovalPrimitives& removals;
+        ChangeGate& gate;
+        ChangeRuns& runs;
         AuthorisationSession& authorisation;
         RunReports& reports;
         SpaceStatistics& statistics;
@@ -102,8 +104,8 @@ class ScanController final : public ScanCoordinator {
     void uninstallWith(const std::vector<ADScanController*>& modules) override;
     void setTerminating(bool terminating) override { m_terminating = terminating; }
     bool authorisationDemanded() override;
-    RemovalPrimitives& removals() override { return m_helpers.removals; }
-    void couldntRemove(const std::string& path, const std::string& reason) override;
+    ChangeGate& gate() override { return m_helpers.gate; }
+    void couldntRemove(const ChangeRequest& request, const std::string& reason) override;
     IgnoreList& ignoreListController() override { return m_helpers.ignoreList; }
 
   private:
@@ -111,7 +113,7 @@ class ScanController final : public ScanCoordinator {
     /// False while a run is under way, which a removal would disturb.
     [[nodiscard]] bool isFreeForRemoval();
     /// Does `work` on the removal's thread, and has `report` tell the person how it ended.
-    void startRemoval(std::function<void()> work, std::function<void()> report);
+    void startRemoval(const std::string& command, std::function<void()> work, std::function<void()> report);
     void finishRemoval(const std::function<void()>& report);
     void stopRun();
     /// Quits if that is wanted; otherwise asks for the person's attention. True when it goes on.

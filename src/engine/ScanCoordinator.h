@@ -8,7 +8,8 @@ namespace sweeply {
 
 class ADScanController;
 class IgnoreList;
-class RemovalPrimitives;
+class ChangeGate;
+struct ChangeRequest;
 
 /// What modules ask of the one coordinator. Main thread, except where a line says otherwise.
 class ScanCoordinator {
@@ -33,10 +34,10 @@ class ScanCoordinator {
 
     /// Any thread; asks the person at most once a run.
     virtual bool authorisationDemanded() = 0;
-    /// What takes things off the disk. Any thread.
-    virtual RemovalPrimitives& removals() = 0;
+    /// What changes the target.
+    virtual ChangeGate& gate() = 0;
     /// Any thread. Counts an item that stays as one that could not be removed.
-    virtual void couldntRemove(const std::string& path, const std::string& reason) = 0;
+    virtual void couldntRemove(const ChangeRequest& request, const std::string& reason) = 0;
 
     virtual IgnoreList& ignoreListController() = 0;
 };

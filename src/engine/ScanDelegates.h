@@ -1,14 +1,15 @@
 #pragma once
 
+#include "appcore/changes/Change.h"
+
 #include <optional>
-#include <string>
 
 namespace sweeply {
 
 class ADScanController;
 class Node;
 
-/// Told of a module's starts and ends, and does its removals: the coordinator, or the group that the module is part of.
+/// Told of a module's starts and ends, and does its changes: the coordinator, or the group that the module is part of.
 ///
 /// A module sends, for each run: started, then finished, both on the main thread and not waited for; and, from the
 /// thread that did the work, childControllerStopped.
@@ -28,8 +29,8 @@ class ScanDelegate {
     virtual std::optional<bool> authorisationDemanded() { return std::nullopt; }
     /// What is checked in this module stays, because nobody lends the rights to remove it. From the cleaning thread.
     virtual void staysWithoutRights(ADScanController&) {}
-    virtual bool tryToRemoveFileAtPath(const std::string& path) = 0;
-    virtual bool tryToSecurelyRemoveFileAtPath(const std::string& path) = 0;
+    /// ChangeGate::perform of the coordinator's gate. From the cleaning thread.
+    virtual ChangeOutcome perform(const ChangeRequest& request) = 0;
 };
 
 /// Shows a module's results. All on the main thread.

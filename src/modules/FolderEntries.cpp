@@ -16,9 +16,9 @@ RememberedNodes::RememberedNodes(const IgnoreList& ignoreList, std::string_view 
         m_ignored.insert(std::move(key));
 }
 
-Node::Pointer RememberedNodes::nodeFor(std::string_view name, std::string path, std::uint64_t size) const {
+Node::Pointer RememberedNodes::nodeFor(std::string_view name, std::string path, const MeasuredItem& item) const {
     const bool isIgnored = !m_ignored.empty() && m_ignored.contains(ignoreKeyForPath(path));
-    auto node = Node::nodeWithName(name, Icon::ItsOwn, 0, size, std::move(path), !isIgnored);
+    auto node = Node::nodeWithName(name, Icon::ItsOwn, 0, item, std::move(path), !isIgnored);
     node->setEvidence(m_evidence);
     node->setNeedExpand(true);
     node->setStoreState(true);
@@ -44,9 +44,9 @@ void scanEntriesOfFolder(std::string_view folderPath, ADScanController& module, 
         if (entry.name != ".DS_Store") {
             std::string item = joinedPath(path, entry.name);
             module.setCurrentItem(item);
-            const std::uint64_t size = services.sizes.measureEntry(folder->get(), item).size;
-            if (size >= rules.smallestSize)
-                module.addChildNode(nodes.nodeFor(entry.name, std::move(item), size));
+            const auto found = services.sizes.measureEntry(folder->get(), item);
+            if (found.size >= rules.smallestSize)
+                module.addChildNode(nodes.nodeFor(entry.name, std::move(item), found));
         }
         module.sleepAfterItem();
         module.incProgress();

@@ -17,8 +17,7 @@ class RememberedNodes final {
     /// Reads the ignore list of that module key as it is now. All nodes are found by the same rule.
     RememberedNodes(const IgnoreList& ignoreList, std::string_view moduleKey, EvidenceRule rule);
 
-    /// `size` in bytes, as DiskSizes charges it.
-    [[nodiscard]] Node::Pointer nodeFor(std::string_view name, std::string path, std::uint64_t size) const;
+    [[nodiscard]] Node::Pointer nodeFor(std::string_view name, std::string path, const MeasuredItem& item) const;
 
   private:
     std::unordered_set<std::string> m_ignored;

@@ -4,8 +4,10 @@
 #include "platform/FileStatus.h"
 #include "platform/TargetPath.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <utility>
 #include <vector>
 
 namespace sweeply {
@@ -36,6 +38,7 @@ struct DirectoryEnumerator::State {
     std::optional<Error> failure;
     ReadProblems* problems = nullptr; ///< null where nobody wants to know
     std::string folderPath;           ///< of the folder walked; for the problems
+    std::vector<std::string> leftOut;
 
     void fail(int errorNumber, std::size_t pathLength) {
         auto error = systemError(errorNumber, path.substr(0, pathLength));
@@ -146,11 +149,15 @@ std::optional<DirectoryEnumerator::Entry> DirectoryEnumerator::next() {
             state.path += '/';
         state.nameOffset = state.path.size();
         state.path += entry->name;
+        if (std::ranges::find(state.leftOut, state.path) != state.leftOut.end())
+            continue;
         state.entersNext = entry->type == FileType::Directory;
         return Entry{state.path, entry->type, static_cast<int>(state.levels.size()) - 1};
     }
     return std::nullopt;
 }
+
+void DirectoryEnumerator::leaveOut(std::string path) { m_state->leftOut.push_back(std::move(path)); }
 
 void DirectoryEnumerator::skipDescendants() { m_state->entersNext = false; }
 

@@ -34,6 +34,8 @@ class DirectoryEnumerator final {
     std::optional<Entry> next();
     /// Leaves the folder just returned unentered.
     void skipDescendants();
+    /// Has the walk pass over an entry, by its path relative to the folder walked, as if it were not there.
+    void leaveOut(std::string path);
     /// Attributes of the entry just returned, not following a link.
     [[nodiscard]] Result<FileAttributes> attributes() const;
 

@@ -12,7 +12,7 @@
 
 namespace sweeply {
 
-Result<FileLock> FileLock::acquire(FileManager& fileManager, std::string_view path) {
+Result<FileLock> FileLock::acquire(FileManager& fileManager, std::string_view path, bool waits) {
     auto item = fileManager.locate(path);
     if (!item)
         return Failure(item.error());
@@ -24,7 +24,7 @@ Result<FileLock> FileLock::acquire(FileManager& fileManager, std::string_view pa
         constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
         UniqueFd file(::openat(folder, name.c_str(), kFlags | O_CREAT | O_EXCL, 0600));
         if (file) {
-            giveToOwnerOf(folder, file.get());
+            giveToOwnerOf(fileManager.calls(), folder, file.get());
         } else if (errno == EEXIST) {
             file.reset(::openat(folder, name.c_str(), kFlags));
             if (!file && errno == ENOENT)
@@ -35,7 +35,7 @@ Result<FileLock> FileLock::acquire(FileManager& fileManager, std::string_view pa
             return Failure(systemError(errno, path));
         if (!S_ISREG(status.st_mode))
             return Failure(Error{ErrorKind::WrongType, std::string(path), "its lock is not a file"});
-        const auto isOurs = lockFile(folder, name, file, path);
+        const auto isOurs = lockFile(folder, name, file, path, waits);
         if (!isOurs)
             return Failure(isOurs.error());
         if (*isOurs)

@@ -16,13 +16,20 @@ class FileManager;
 class FileLock final {
   public:
     /// Waits until the lock of the item at `path` (a target path, of which only the folder must exist) is ours.
-    static Result<FileLock> acquire(FileManager& fileManager, std::string_view path);
+    static Result<FileLock> acquire(FileManager& fileManager, std::string_view path) {
+        return acquire(fileManager, path, true);
+    }
+    /// Unavailable when somebody else has it.
+    static Result<FileLock> tryAcquire(FileManager& fileManager, std::string_view path) {
+        return acquire(fileManager, path, false);
+    }
 
     FileLock(FileLock&&) = default;
     FileLock& operator=(FileLock&&) = delete;
     ~FileLock();
 
   private:
+    static Result<FileLock> acquire(FileManager& fileManager, std::string_view path, bool waits);
     FileLock(UniqueFd folder, std::string name, UniqueFd file)
         : m_folder(std::move(folder)), m_name(std::move(name)), m_file(std::move(file)) {}
 

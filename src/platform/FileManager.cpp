@@ -24,8 +24,8 @@ Failure failed(std::string_view path) { return Failure(systemError(errno, path))
 
 } // namespace
 
-Result<std::unique_ptr<FileManager>> FileManager::open(const std::string& root) {
-    auto opened = TargetRoot::open(root);
+Result<std::unique_ptr<FileManager>> FileManager::open(const std::string& root, SystemCalls& calls) {
+    auto opened = TargetRoot::open(root, calls);
     if (!opened)
         return Failure(opened.error());
     return std::unique_ptr<FileManager>(new FileManager(std::move(*opened)));
@@ -93,10 +93,16 @@ DirectoryEnumerator FileManager::enumeratorAtPath(std::string_view path) const {
 }
 
 DirectoryEnumerator FileManager::enumeratorAtPath(std::string_view path, ReadProblems& problems) const {
-    auto folder = m_root.openItem(path, O_RDONLY | O_DIRECTORY);
-    if (!folder)
-        problems.addFailure(causeOf(folder.error()));
-    return DirectoryEnumerator(std::move(folder), &problems, std::string(path));
+    auto opened = m_root.openItem(path, O_RDONLY | O_DIRECTORY);
+    if (!opened)
+        problems.addFailure(causeOf(opened.error()));
+    DirectoryEnumerator walk(std::move(opened), &problems, std::string(path));
+    const std::string folder = joinedPath(normalisedPath(path), {});
+    for (const auto& tree : m_removals.guard().trees()) {
+        if (tree.starts_with(folder))
+            walk.leaveOut(tree.substr(folder.size()));
+    }
+    return walk;
 }
 
 Result<UniqueFd> FileManager::openForReading(std::string_view path) const {
@@ -177,7 +183,7 @@ Result<void> FileManager::createDirectoryAtPath(std::string_view path, mode_t mo
     }
     if (!located)
         return Failure(located.error());
-    auto made = makeFolder(*located, mode, path);
+    auto made = makeFolder(calls(), *located, mode, path);
     if (!made && made.error().kind == ErrorKind::AlreadyExists && directoryExistsAtPath(path))
         return {};
     return made;
@@ -185,12 +191,12 @@ Result<void> FileManager::createDirectoryAtPath(std::string_view path, mode_t mo
 
 Result<void> FileManager::createFileAtPath(std::string_view path, std::string_view contents, mode_t mode) {
     const auto located = locate(path);
-    return located ? makeFile(*located, contents, mode, path) : Failure(located.error());
+    return located ? makeFile(calls(), *located, contents, mode, path) : Failure(located.error());
 }
 
 Result<void> FileManager::writeAtomically(std::string_view path, std::string_view contents, mode_t mode) {
     auto located = locate(path);
-    return located ? replaceContents(std::move(*located), contents, mode, path) : Failure(located.error());
+    return located ? replaceContents(calls(), std::move(*located), contents, mode, path) : Failure(located.error());
 }
 
 void FileManager::sweepTemporaryFilesAtPath(std::string_view path,
@@ -217,14 +223,14 @@ Result<void> FileManager::moveItemAtPath(std::string_view from, std::string_view
     auto destination = locate(to);
     if (!destination)
         return Failure(destination.error());
-    if (::renameat2(source->parent.get(), source->name.c_str(), destination->parent.get(), destination->name.c_str(),
-                    RENAME_NOREPLACE) != 0)
+    if (calls().renameat2(source->parent.get(), source->name.c_str(), destination->parent.get(),
+                          destination->name.c_str()) != 0)
         return failed(errno == EEXIST ? to : from);
     return {};
 }
 
 Result<void> FileManager::replaceFile(const Located& item, const std::string& replacement) {
-    return renameOver(item, replacement, item.name);
+    return renameOver(calls(), item, replacement, item.name);
 }
 
 } // namespace sweeply

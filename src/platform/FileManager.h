@@ -4,6 +4,7 @@
 #include "platform/FileAttributes.h"
 #include "platform/ReadProblems.h"
 #include "platform/Removals.h"
+#include "platform/SystemCalls.h"
 #include "platform/TargetRoot.h"
 #include "platform/UniqueFd.h"
 
@@ -33,8 +34,9 @@ enum class Links { Follow, DontFollow };
 /// Thread-safe: any number of threads may call anything at once.
 class FileManager final {
   public:
-    /// Opens the folder `root` of the host as the target's root.
-    static Result<std::unique_ptr<FileManager>> open(const std::string& root);
+    /// Opens the folder `root` of the host as the target's root. The calls outlive this.
+    static Result<std::unique_ptr<FileManager>> open(const std::string& root,
+                                                     SystemCalls& calls = SystemCalls::plain());
 
     FileManager(const FileManager&) = delete;
     FileManager& operator=(const FileManager&) = delete;
@@ -105,6 +107,8 @@ class FileManager final {
     Result<void> replaceFile(const Located& item, const std::string& replacement);
     /// Removals::removeItemAtPath.
     Result<void> removeItemAtPath(std::string_view path) { return m_removals.removeItemAtPath(path); }
+    /// By which calls the target is changed, for those who do so by descriptors.
+    [[nodiscard]] SystemCalls& calls() const { return m_root.calls(); }
     /// All else that has to do with taking items away.
     [[nodiscard]] Removals& removals() { return m_removals; }
     [[nodiscard]] const Removals& removals() const { return m_removals; }

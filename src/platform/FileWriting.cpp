@@ -1,5 +1,6 @@
 #include "platform/FileWriting.h"
 
+#include "platform/SystemCalls.h"
 #include "platform/TemporaryFiles.h"
 
 #include <cerrno>
@@ -16,53 +17,58 @@ Failure failed(std::string_view path) { return Failure(systemError(errno, path))
 
 } // namespace
 
-Result<void> makeFolder(const LocatedItem& item, mode_t mode, std::string_view path) {
-    if (::mkdirat(item.parent.get(), item.name.c_str(), mode) != 0)
+Result<void> makeFolder(SystemCalls& calls, const LocatedItem& item, mode_t mode, std::string_view path) {
+    if (calls.mkdirat(item.parent.get(), item.name.c_str(), mode) != 0)
         return failed(path);
     if (UniqueFd made(::openat(item.parent.get(), item.name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC)); made)
-        giveToOwnerOf(item.parent.get(), made.get());
+        giveToOwnerOf(calls, item.parent.get(), made.get());
     return {};
 }
 
-Result<void> makeFile(const LocatedItem& item, std::string_view contents, mode_t mode, std::string_view path) {
-    UniqueFd fd(::openat(item.parent.get(), item.name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+Result<void> makeFile(SystemCalls& calls, const LocatedItem& item, std::string_view contents, mode_t mode,
+                      std::string_view path) {
+    UniqueFd fd(calls.create(item.parent.get(), item.name.c_str(), O_WRONLY, mode));
     if (!fd)
         return failed(path);
-    giveToOwnerOf(item.parent.get(), fd.get());
-    return writeAll(fd.get(), contents, path);
+    giveToOwnerOf(calls, item.parent.get(), fd.get());
+    return writeAll(calls, fd.get(), contents, path);
 }
 
-Result<void> replaceContents(LocatedItem item, std::string_view contents, mode_t mode, std::string_view path) {
-    auto fresh = TemporaryFile::make(std::move(item), mode, path);
+Result<void> replaceContents(SystemCalls& calls, LocatedItem item, std::string_view contents, mode_t mode,
+                             std::string_view path) {
+    auto fresh = TemporaryFile::make(calls, std::move(item), mode, path);
     if (!fresh)
         return Failure(fresh.error());
     struct stat old {};
     if (::fstatat(fresh->item().parent.get(), fresh->item().name.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0 &&
         S_ISREG(old.st_mode)) {
-        (void)!::fchown(fresh->descriptor(), old.st_uid, old.st_gid); // only root can; else the new owner is who writes
-        ::fchmod(fresh->descriptor(), old.st_mode & 07777);
+        (void)!calls.fchown(fresh->descriptor(), old.st_uid,
+                            old.st_gid); // only root can; else the new owner is who writes
+        if (calls.fchmod(fresh->descriptor(), old.st_mode & 07777) != 0)
+            return failed(path);
     }
     if (auto written = fresh->write(contents, path); !written)
         return written;
     return fresh->replaceItem(path);
 }
 
-Result<void> renameOver(const LocatedItem& item, const std::string& replacement, std::string_view path) {
-    if (::renameat(item.parent.get(), replacement.c_str(), item.parent.get(), item.name.c_str()) != 0) {
+Result<void> renameOver(SystemCalls& calls, const LocatedItem& item, const std::string& replacement,
+                        std::string_view path) {
+    if (calls.renameat(item.parent.get(), replacement.c_str(), item.parent.get(), item.name.c_str()) != 0) {
         auto failure = failed(path);
-        ::unlinkat(item.parent.get(), replacement.c_str(), 0);
+        calls.unlinkat(item.parent.get(), replacement.c_str(), 0);
         return failure;
     }
     // The contents are safe; syncing the folder makes the new name survive a power cut too. Where a folder cannot be
     // synced, the rename is still all or nothing.
     if (UniqueFd folder(::openat(item.parent.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)); folder)
-        ::fsync(folder.get());
+        calls.fsync(folder.get());
     return {};
 }
 
-Result<void> writeAll(int fd, std::string_view contents, std::string_view path) {
+Result<void> writeAll(SystemCalls& calls, int fd, std::string_view contents, std::string_view path) {
     while (!contents.empty()) {
-        const ssize_t written = ::write(fd, contents.data(), contents.size());
+        const ssize_t written = calls.write(fd, contents.data(), contents.size());
         if (written < 0 && errno == EINTR)
             continue;
         if (written < 0)
@@ -72,10 +78,10 @@ Result<void> writeAll(int fd, std::string_view contents, std::string_view path) 
     return {};
 }
 
-void giveToOwnerOf(int folder, int fd) {
+void giveToOwnerOf(SystemCalls& calls, int folder, int fd) {
     struct stat status {};
     if (::geteuid() == 0 && ::fstat(folder, &status) == 0)
-        (void)!::fchown(fd, status.st_uid, status.st_gid);
+        (void)!calls.fchown(fd, status.st_uid, status.st_gid);
 }
 
 } // namespace sweeply

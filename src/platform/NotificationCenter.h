@@ -12,9 +12,9 @@ namespace sweeply {
 /// In-process notifications, one channel per event type. An event is a struct: what it says are its members, what it is
 /// called its `kName`.
 ///
-/// Any thread may post; observers are called on the poster's thread, in the order in which they subscribed. A subscription
-/// may end on any thread, but one that ends while another thread posts may still be called once more: end it where no
-/// one posts.
+/// Any thread may post; observers are called on the poster's thread, in the order in which they subscribed. A
+/// subscription may end on any thread, but one that ends while another thread posts may still be called once more: end
+/// it where no one posts.
 class NotificationCenter final {
     struct Channel {
         using Handler = std::function<void(const void*)>;

@@ -30,6 +30,11 @@ void RemovalGuard::protect(std::string_view path) {
     }
 }
 
+void RemovalGuard::protectTree(std::string_view path) {
+    protect(path);
+    m_trees.push_back(normalisedPath(path));
+}
+
 std::string RemovalGuard::reasonAgainst(std::string_view path) const {
     if (path.empty())
         return "an empty path is never removed";
@@ -44,7 +49,9 @@ std::string RemovalGuard::reasonAgainst(std::string_view path) const {
         return "the root is never removed";
     if (m_foldedPaths.contains(folded(normalised)))
         return "a protected folder is never removed";
-    return {};
+    const bool isInTree = std::ranges::any_of(
+        m_trees, [&](const std::string& tree) { return folded(normalised).starts_with(folded(tree) + "/"); });
+    return isInTree ? "what is kept is not removed so" : std::string();
 }
 
 } // namespace sweeply

@@ -9,8 +9,8 @@
 
 namespace sweeply {
 
-/// The folders that are never removed, whatever asks: the well-known ones themselves and everything they stand in. Their
-/// contents are fair game.
+/// The folders that are never removed, whatever asks: the well-known ones themselves and everything they stand in.
+/// Their contents are fair game.
 ///
 /// A path is compared in two ways: as text, without regard to case (a Mac's volume usually has none), and by device and
 /// inode, so that another way to the same folder is refused too.
@@ -20,6 +20,9 @@ class RemovalGuard final {
 
     /// Protects `path` (an absolute target path) and every folder above it.
     void protect(std::string_view path);
+    /// Protects a folder, every folder above it, and everything in it; walks of the volume pass it over.
+    void protectTree(std::string_view path);
+    [[nodiscard]] const std::vector<std::string>& trees() const { return m_trees; }
     /// Says which folders the protected paths are on this volume now.
     void setIdentities(std::set<Identity> identities) { m_identities = std::move(identities); }
 
@@ -32,6 +35,7 @@ class RemovalGuard final {
 
   private:
     std::vector<std::string> m_paths;
+    std::vector<std::string> m_trees;
     std::set<std::string, std::less<>> m_foldedPaths; ///< the same in lower case
     std::set<Identity> m_identities;
 };

@@ -1,6 +1,7 @@
 #include "platform/Removals.h"
 
 #include "platform/OpenInRoot.h"
+#include "platform/SystemCalls.h"
 #include "platform/TargetPath.h"
 #include "platform/TreeRemover.h"
 
@@ -94,13 +95,13 @@ Result<void> Removals::removeItemAtPath(std::string_view path) {
     if (!place)
         return Failure(place.error());
     // What is no folder goes here; only of folders can one be protected under another name.
-    if (::unlinkat(place->parent->get(), place->name.c_str(), 0) == 0)
+    if (m_root.calls().unlinkat(place->parent->get(), place->name.c_str(), 0) == 0)
         return {};
     if (errno != EISDIR && errno != EPERM) // EPERM: a folder, in the words of some systems
         return failed(path);
     if (auto allowed = refuseProtectedFolder(*place, path); !allowed)
         return allowed;
-    auto removed = removeTree(place->parent->get(), place->name);
+    auto removed = removeTree(place->parent->get(), place->name, m_root.calls());
     if (!removed) {
         Error error = removed.error();
         error.path = joinedPath(pathWithoutLastComponent(normalisedPath(path)), error.path);

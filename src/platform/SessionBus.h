@@ -46,7 +46,8 @@ class SessionBus final {
     bool own(BusRequests requests);
     /// Does a Sweeply run?
     [[nodiscard]] bool isOwned();
-    /// Hands files to the Sweeply that runs, or to the one that the desktop starts for them; without any it comes to the front.
+    /// Hands files to the Sweeply that runs, or to the one that the desktop starts for them; without any it comes to
+    /// the front.
     Result<void> openInRunning(const std::vector<std::string>& files);
     /// Tells whichever Sweeply runs.
     Result<void> post(const UninstallNotification& notification);

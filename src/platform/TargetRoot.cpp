@@ -26,14 +26,14 @@ Result<std::string> pathOfDescriptor(int fd, std::string_view path) {
 
 } // namespace
 
-Result<TargetRoot> TargetRoot::open(const std::string& root) {
+Result<TargetRoot> TargetRoot::open(const std::string& root, SystemCalls& calls) {
     UniqueFd fd(::open(root.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!fd)
         return failed(root);
     auto canonical = pathOfDescriptor(fd.get(), root);
     if (!canonical)
         return Failure(canonical.error());
-    return TargetRoot(std::move(fd), std::move(*canonical));
+    return TargetRoot(std::move(fd), std::move(*canonical), calls);
 }
 
 Result<UniqueFd> TargetRoot::openItem(std::string_view path, int flags) const {

@@ -8,6 +8,8 @@
 
 namespace sweeply {
 
+class SystemCalls;
+
 /// An item by the folder that holds it, open without read or write access, and its name there.
 struct LocatedItem {
     UniqueFd parent;
@@ -20,7 +22,7 @@ struct LocatedItem {
 class TargetRoot final {
   public:
     /// The folder `root` of the host.
-    static Result<TargetRoot> open(const std::string& root);
+    static Result<TargetRoot> open(const std::string& root, SystemCalls& calls);
 
     /// Opens the item at `path`, an absolute target path, with the flags of open(2).
     [[nodiscard]] Result<UniqueFd> openItem(std::string_view path, int flags) const;
@@ -28,6 +30,9 @@ class TargetRoot final {
     [[nodiscard]] Result<LocatedItem> locate(std::string_view path) const;
     /// The root folder itself, for the at() family of calls.
     [[nodiscard]] int descriptor() const { return m_fd.get(); }
+
+    /// By which calls the target is changed.
+    [[nodiscard]] SystemCalls& calls() const { return *m_calls; }
 
     /// The root's own path on the host, all links resolved.
     [[nodiscard]] const std::string& path() const { return m_path; }
@@ -37,10 +42,12 @@ class TargetRoot final {
     [[nodiscard]] Result<std::string> placeOf(const UniqueFd& item, std::string_view path) const;
 
   private:
-    TargetRoot(UniqueFd fd, std::string path) : m_fd(std::move(fd)), m_path(std::move(path)) {}
+    TargetRoot(UniqueFd fd, std::string path, SystemCalls& calls)
+        : m_fd(std::move(fd)), m_path(std::move(path)), m_calls(&calls) {}
 
     UniqueFd m_fd;
     std::string m_path;
+    SystemCalls* m_calls;
 };
 
 } // namespace sweeply

@@ -2,6 +2,7 @@
 
 #include "platform/DirectoryReader.h"
 #include "platform/FileWriting.h"
+#include "platform/SystemCalls.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -75,41 +76,44 @@ bool isTemporaryNameFor(const std::string& name, std::string_view temporary) {
            temporary.find('.', beginning.size()) == std::string_view::npos;
 }
 
-Result<bool> lockFile(int folder, const std::string& name, const UniqueFd& file, std::string_view path) {
-    while (::flock(file.get(), LOCK_EX) != 0)
+Result<bool> lockFile(int folder, const std::string& name, const UniqueFd& file, std::string_view path, bool waits) {
+    while (::flock(file.get(), waits ? LOCK_EX : LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK)
+            return Failure(Error{ErrorKind::Unavailable, std::string(path), "somebody else holds its lock"});
         if (errno != EINTR)
             return failed(path);
+    }
     return standsFor(folder, name, file);
 }
 
-Result<TemporaryFile> TemporaryFile::make(LocatedItem item, mode_t mode, std::string_view path) {
+Result<TemporaryFile> TemporaryFile::make(SystemCalls& calls, LocatedItem item, mode_t mode, std::string_view path) {
     const int folder = item.parent.get();
     for (;;) {
         std::string name = temporaryName(item.name);
-        UniqueFd file(::openat(folder, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+        UniqueFd file(calls.create(folder, name.c_str(), O_RDWR, mode));
         if (!file)
             return failed(path);
-        giveToOwnerOf(folder, file.get());
+        giveToOwnerOf(calls, folder, file.get());
         // Where there are no locks, nobody will sweep either.
         if (const auto locked = lockFile(folder, name, file, path); !locked || *locked)
-            return TemporaryFile(std::move(item), std::move(name), std::move(file));
+            return TemporaryFile(calls, std::move(item), std::move(name), std::move(file));
         // Somebody swept just now, before we had the lock.
     }
 }
 
 TemporaryFile::~TemporaryFile() {
     if (m_file)
-        ::unlinkat(m_item.parent.get(), m_name.c_str(), 0);
+        m_calls->unlinkat(m_item.parent.get(), m_name.c_str(), 0);
 }
 
 Result<void> TemporaryFile::write(std::string_view contents, std::string_view path) const {
-    return writeAll(m_file.get(), contents, path);
+    return writeAll(*m_calls, m_file.get(), contents, path);
 }
 
 Result<void> TemporaryFile::replaceItem(std::string_view path) {
-    if (::fsync(m_file.get()) != 0)
+    if (m_calls->fsync(m_file.get()) != 0)
         return failed(path);
-    auto replaced = renameOver(m_item, m_name, path);
+    auto replaced = renameOver(*m_calls, m_item, m_name, path);
     if (replaced)
         m_file.reset();
     return replaced;

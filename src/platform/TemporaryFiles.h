@@ -15,6 +15,8 @@
 
 namespace sweeply {
 
+class SystemCalls;
+
 /// A name for what will take the place of the item `name`; different at every call, never longer than a name may be.
 [[nodiscard]] std::string temporaryName(const std::string& name);
 /// The name of the lock (FileLock) for the item `name`.
@@ -25,14 +27,16 @@ namespace sweeply {
 [[nodiscard]] bool isTemporaryNameFor(const std::string& name, std::string_view temporary);
 
 /// Waits until the file is locked for this descriptor alone, and tells whether `name` still stands for it in the
-/// folder: who had the lock before may have taken the file away.
-[[nodiscard]] Result<bool> lockFile(int folder, const std::string& name, const UniqueFd& file, std::string_view path);
+/// folder: who had the lock before may have taken the file away. Without waiting, Unavailable while somebody else has
+/// it.
+[[nodiscard]] Result<bool> lockFile(int folder, const std::string& name, const UniqueFd& file, std::string_view path,
+                                    bool waits = true);
 
 /// A file beside the item that it is made for. It goes with this object unless it took the item's place.
 class TemporaryFile final {
   public:
     /// Empty, and locked. Errors name `path`, the item's path as the caller knows it.
-    static Result<TemporaryFile> make(LocatedItem item, mode_t mode, std::string_view path);
+    static Result<TemporaryFile> make(SystemCalls& calls, LocatedItem item, mode_t mode, std::string_view path);
 
     TemporaryFile(TemporaryFile&&) = default;
     TemporaryFile& operator=(TemporaryFile&&) = delete;
@@ -45,9 +49,10 @@ class TemporaryFile final {
     Result<void> replaceItem(std::string_view path);
 
   private:
-    TemporaryFile(LocatedItem item, std::string name, UniqueFd file)
-        : m_item(std::move(item)), m_name(std::move(name)), m_file(std::move(file)) {}
+    TemporaryFile(SystemCalls& calls, LocatedItem item, std::string name, UniqueFd file)
+        : m_calls(&calls), m_item(std::move(item)), m_name(std::move(name)), m_file(std::move(file)) {}
 
+    SystemCalls* m_calls;
     LocatedItem m_item;
     std::string m_name;
     UniqueFd m_file; ///< none once it took the item's place

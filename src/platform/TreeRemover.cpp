@@ -58,7 +58,8 @@ struct Share {
 
 class Remover final {
   public:
-    explicit Remover(int parent) : m_volume(parent), m_base(nullptr, {}, UniqueFd(::dup(parent))) {}
+    Remover(int parent, SystemCalls& calls)
+        : m_calls(calls), m_volume(parent), m_base(nullptr, {}, UniqueFd(::dup(parent))) {}
 
     Result<void> remove(const std::string& name) {
         Worker worker{{}, kBigTree};
@@ -118,7 +119,7 @@ class Remover final {
     }
 
     void removeFile(Folder& folder, const char* name, std::vector<std::string>& folders) {
-        if (::unlinkat(folder.fd.get(), name, 0) == 0 || errno == ENOENT)
+        if (m_calls.unlinkat(folder.fd.get(), name, 0) == 0 || errno == ENOENT)
             return;
         // A folder by now. Some systems say EPERM then; entering will tell.
         if (errno == EISDIR || errno == EPERM)
@@ -133,7 +134,7 @@ class Remover final {
             const int reason = errno;
             // A file or a link has its place now, or it cannot be read: an empty folder can be removed all the same.
             const int flags = reason == ENOTDIR || reason == ELOOP ? 0 : AT_REMOVEDIR;
-            if (reason != ENOENT && (reason == EXDEV || ::unlinkat(parent.fd.get(), name.c_str(), flags) != 0))
+            if (reason != ENOENT && (reason == EXDEV || m_calls.unlinkat(parent.fd.get(), name.c_str(), flags) != 0))
                 fail(flags == 0 ? errno : reason, parent, name.c_str());
             return;
         }
@@ -197,12 +198,12 @@ class Remover final {
             parent.isKept = true;
             return true;
         }
-        if (::unlinkat(parent.fd.get(), folder.name.c_str(), AT_REMOVEDIR) == 0 || errno == ENOENT)
+        if (m_calls.unlinkat(parent.fd.get(), folder.name.c_str(), AT_REMOVEDIR) == 0 || errno == ENOENT)
             return true;
         if ((errno == ENOTEMPTY || errno == EEXIST) && folder.listings < kListings)
             return false;
         // Whatever took its place belongs to the tree as well.
-        if (errno != ENOTDIR || (::unlinkat(parent.fd.get(), folder.name.c_str(), 0) != 0 && errno != ENOENT))
+        if (errno != ENOTDIR || (m_calls.unlinkat(parent.fd.get(), folder.name.c_str(), 0) != 0 && errno != ENOENT))
             fail(errno, parent, folder.name.c_str());
         return true;
     }
@@ -242,6 +243,7 @@ class Remover final {
             m_error = Error{ErrorKind::Protected, m_error->path, "something is mounted there"};
     }
 
+    SystemCalls& m_calls;
     const VolumeBoundary m_volume;
     std::mutex m_errorMutex;
     std::optional<Error> m_error; ///< guarded by m_errorMutex
@@ -251,12 +253,12 @@ class Remover final {
 
 } // namespace
 
-Result<void> removeTree(int parent, const std::string& name) {
-    if (::unlinkat(parent, name.c_str(), 0) == 0)
+Result<void> removeTree(int parent, const std::string& name, SystemCalls& calls) {
+    if (calls.unlinkat(parent, name.c_str(), 0) == 0)
         return {};
     if (errno != EISDIR && errno != EPERM) // EPERM: a folder, in the words of some systems
         return Failure(systemError(errno, name));
-    return Remover(parent).remove(name);
+    return Remover(parent, calls).remove(name);
 }
 
 } // namespace sweeply

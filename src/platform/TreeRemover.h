@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Error.h"
+#include "platform/SystemCalls.h"
 
 #include <string>
 
@@ -16,6 +17,6 @@ namespace sweeply {
 ///
 /// Any depth works with a bounded stack and a bounded number of descriptors. Blocks until all is done; in a big tree a
 /// second thread helps. Any number of threads may remove at once, even the same tree.
-Result<void> removeTree(int parent, const std::string& name);
+Result<void> removeTree(int parent, const std::string& name, SystemCalls& calls = SystemCalls::plain());
 
 } // namespace sweeply

@@ -17,6 +17,7 @@ class CliTest : public VolumeTest {
         setVersion("10.6.8");
         makeFolder(kCaches);
         makeFolder("/Users/sam/Library/Logs");
+        makeFolder("/Users/sam/Library/Application Support");
         makeFolder("/Users/sam/Library/Preferences");
         makeFolder("/Library/Caches");
     }

@@ -58,8 +58,8 @@ TEST_F(CliTest, JsonKeepsItsKeysAndTheirOrder) {
                                                         "type", "why", "children", "invisibleChildren"}));
     EXPECT_EQ(keysOf(scan["totals"]), (Keys{"totalSize", "foundSize", "filesFound", "filesFoundInEnabled"}));
     const auto clean = json({"clean", "--yes", "--json"});
-    EXPECT_EQ(keysOf(clean), (Keys{"target", "removed", "freed", "freedText", "failed", "stopped",
-                                   "couldntRemoveSomething", "incomplete", "alerts", "modules"}));
+    EXPECT_EQ(keysOf(clean), (Keys{"target", "run", "removed", "freed", "freedText", "kept", "items", "failed",
+                                   "stopped", "couldntRemoveSomething", "incomplete", "alerts", "modules"}));
 }
 
 TEST_F(CliTest, CleanRemovesWhatIsCheckedAndNothingElse) {

@@ -105,7 +105,7 @@ TEST_F(CliTypedPathsTest, ShellsCompletePathsOfTheMac) {
         {"sweeply-cli size vic", "victim|"},
         {old + "--user s", "sam|"},
         {"sweeply-cli --color al", "always|"},
-        {old + "un", "uninstall|"},
+        {old + "uni", "uninstall|"},
         {old + "clean user-c", "user-caches|"},
         {old + "prefs UseS", "UseSecureErase|"},
         {old + "apps /App", "|"},

@@ -37,7 +37,10 @@ TEST_P(CliUninstallOnSystemTest, ApplicationGoesWithWhatBelongsToItAndNothingEls
         }
         EXPECT_GT(expected.size(), 5U);
         const auto removed = uninstallHere({"--yes", application});
-        EXPECT_EQ(removed["removed"], expected.size() - removed["failed"].size());
+        // What is listed under both names of a folder is gone when its second name is looked at.
+        const auto gone = std::ranges::count_if(removed["items"], [](const auto& i) { return i["outcome"] == "gone"; });
+        EXPECT_EQ(removed["removed"].get<std::size_t>() + static_cast<std::size_t>(gone),
+                  expected.size() - removed["failed"].size());
         const auto after = everything();
         for (const auto& [path, contents] : before) {
             // One folder is known by two names, one of which is a link to the other.

@@ -145,8 +145,7 @@ TEST_F(ADScanControllerTest, ACleanThatThrowsEndsTheRemovalAndIsLogged) {
 
 /// A delegate that knows nothing of rights.
 struct PlainDelegate : ScanDelegate {
-    bool tryToRemoveFileAtPath(const std::string&) override { return true; }
-    bool tryToSecurelyRemoveFileAtPath(const std::string&) override { return true; }
+    ChangeOutcome perform(const ChangeRequest&) override { return {OutcomeKind::Removed}; }
     void cleanIsFinished(ADScanController&) override { ++finished; }
     int finished = 0;
 };

@@ -50,9 +50,10 @@ class FakeModule final : public Base {
         this->prepareForScan();
         whenScanning(*this);
     }
-    bool cleanThisNode(Node& node) override {
+    ChangeOutcome cleanThisNode(Node& node) override {
         cleaned.push_back(node.path());
-        return !stubborn.contains(node.path()) && whenCleaning(node.path());
+        const bool isGone = !stubborn.contains(node.path()) && whenCleaning(node.path());
+        return {isGone ? OutcomeKind::Removed : OutcomeKind::Failed};
     }
 
   private:

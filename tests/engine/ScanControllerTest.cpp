@@ -184,7 +184,7 @@ TEST_F(ScanControllerTest, WhatStayedIsReportedOnceAtTheEnd) {
     auto& only = module(3, {1000, 200});
     only.stubborn = {"/3/200"};
     only.whenCleaning = [&](const std::string&) {
-        m_world.removals.setCouldntRemoveSomething();
+        m_world.gate.stays({Operation::Remove, "/3/200"}, "why not");
         return true;
     };
     m_world.desktop.isActive = true;
@@ -282,7 +282,7 @@ TEST_P(RightsTest, AnswerDecidesWhatIsCleanedAndIsAskedForOnce) {
     EXPECT_EQ(third.cleaned.size(), static_cast<std::size_t>(plain));
     constexpr std::size_t kSkipped = 1;
     ASSERT_EQ(m_world.alerts.shown.size(), answer == kSkipped ? 2U : 1U) << "what stays after a skip is reported";
-    EXPECT_EQ(m_world.removals.failures().size(), answer == kSkipped ? 2U : 0U);
+    EXPECT_EQ(m_world.gate.sums().failed, answer == kSkipped ? 2U : 0U);
     EXPECT_THAT(m_world.alerts.shown[0].buttons, ElementsAre("Authenticate", "Skip", "Cancel"));
     EXPECT_EQ(m_world.alerts.shown[0].safeButton, 1U);
     EXPECT_EQ(m_world.authorisation->isAuthorised(), answer == 0);

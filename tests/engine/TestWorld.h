@@ -1,14 +1,20 @@
 #pragma once
 
+#include "appcore/ADTaskRunner.h"
 #include "appcore/FolderConstants.h"
+#include "appcore/LoginItems.h"
 #include "appcore/PrivilegedExecution.h"
-#include "appcore/RemovalPrimitives.h"
 #include "appcore/TestTarget.h"
+#include "appcore/changes/ChangeGate.h"
+#include "appcore/processes/LaunchItems.h"
+#include "appcore/receipts/PackageManager.h"
+#include "appcore/sizes/DiskSizes.h"
 #include "engine/AuthorisationSession.h"
 #include "engine/IgnoreList.h"
 #include "engine/RunReports.h"
 #include "engine/ScanController.h"
 #include "engine/SpaceStatistics.h"
+#include "engine/record/ChangeRuns.h"
 #include "platform/Alerts.h"
 #include "platform/Authorization.h"
 #include "platform/Pace.h"
@@ -113,7 +119,9 @@ class TestWorld {
   public:
     static constexpr const char* kPreferences = "/Users/sam/Library/Preferences/com.brindle.Sweeply.plist";
 
-    explicit TestWorld(SizeUnits sizeUnits = SizeUnits::Decimal) : units(sizeUnits) {
+    explicit TestWorld(const char* productVersion = "10.6.8", const std::string& toolsFolder = "/nonexistent")
+        : units(sizeUnitsOf(*SystemVersion::fromProductVersion(productVersion))),
+          tools(toolsFolder, ToolTable::Host::Other), version(*SystemVersion::fromProductVersion(productVersion)) {
         for (const char* folder : {"/Library/Caches", "/Users/sam/Library/Caches", "/Users/sam/Library/Preferences"})
             target.makeFolder(folder);
         for (const auto& folder : folders.protectedFolders())
@@ -136,11 +144,13 @@ class TestWorld {
         defaults = std::make_unique<UserDefaults>(files(), kPreferences, log);
         authorisation = std::make_unique<AuthorisationSession>(privileged, alerts, loop, log, false);
         statistics = std::make_unique<SpaceStatistics>(services());
+        runs = std::make_unique<ChangeRuns>(ChangeRuns::Services{
+            target.files(), folders, gate, *defaults, *notifications, log, "1.0", target.root(), [] { return now; }});
         if (makeList)
             ownList = makeList(*defaults);
         IgnoreList& list = ownList ? *ownList : ignored;
         coordinator = std::make_unique<ScanController>(
-            services(), ScanController::Helpers{removals, *authorisation, reports, *statistics, list,
+            services(), ScanController::Helpers{gate, *runs, *authorisation, reports, *statistics, list,
                                                 [] { return std::string("June 1, 2009"); }});
     }
     void end() {
@@ -174,6 +184,9 @@ class TestWorld {
         waitUntil([this] { return !coordinator->isRemoving(); });
     }
 
+    /// Seconds since 1970, for what expires.
+    static inline std::int64_t now = std::time(nullptr);
+
     TestTarget target;
     const SizeUnits units;
     const FolderConstants folders{"sam"};
@@ -184,9 +197,15 @@ class TestWorld {
     ScriptedAlerts alerts;
     RecordingNotifications desktop;
     FakeAuthorization rights;
-    const ToolTable tools{"/nonexistent", ToolTable::Host::Other};
+    const ToolTable tools;
     PrivilegedExecution privileged{rights, tools, log};
-    RemovalPrimitives removals{target.files(), folders, privileged, tools, log};
+    const SystemVersion version;
+    const DiskSizes sizes{target.files(), version};
+    const ADTaskRunner tasks{tools, log};
+    LoginItems loginItems{target.files(), folders, log};
+    LaunchItems launchItems{target.files(), folders, tasks, log};
+    PackageManager packages{{target.files(), folders, version, tools, privileged, alerts, loop, log}};
+    ChangeGate gate{{target.files(), folders, sizes, privileged, tools, loginItems, launchItems, packages, log}};
     RunReports reports{alerts, desktop, units};
     RecordingIgnoreList ignored;
     std::unique_ptr<NotificationCenter> notifications;
@@ -194,6 +213,7 @@ class TestWorld {
     std::unique_ptr<IgnoreList> ownList;
     std::unique_ptr<AuthorisationSession> authorisation;
     std::unique_ptr<SpaceStatistics> statistics;
+    std::unique_ptr<ChangeRuns> runs;
     std::unique_ptr<ScanController> coordinator;
 };
 

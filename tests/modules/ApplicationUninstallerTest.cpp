@@ -45,8 +45,10 @@ class UninstallerTest : public UninstallWorldTest {
     }
     std::vector<std::string> reasons() {
         std::vector<std::string> texts;
-        for (const auto& failure : m_world.removals.failures())
-            texts.push_back(failure.error.message());
+        for (const auto& report : m_world.gate.reports()) {
+            if (!report.outcome.isDone())
+                texts.push_back(report.outcome.error.message());
+        }
         return texts;
     }
 
@@ -244,14 +246,14 @@ TEST_F(UninstallerTest, IndexIsKeptBetweenRunsAndADamagedOneIsBuiltAnew) {
     EXPECT_TRUE(read(cache).starts_with("bplist00"));
     // What is known is not read again.
     write("/private/var/db/receipts/com.example.foo.pkg.bom", "garbage");
-    PackageManager again({m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_privileged, m_world.alerts,
-                          m_world.loop, m_world.log});
+    PackageManager again({m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_world.privileged,
+                          m_world.alerts, m_world.loop, m_world.log});
     EXPECT_THAT(*again.pkgs()[1].appNames, ElementsAre("Foo.app"));
     EXPECT_TRUE(again.pkgs()[0].isMultiApp());
     EXPECT_EQ(again.findPackageByAppName("Foo.app").size(), 1U);
     write(cache, "garbage");
-    PackageManager anew({m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_privileged, m_world.alerts,
-                         m_world.loop, m_world.log});
+    PackageManager anew({m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_world.privileged,
+                         m_world.alerts, m_world.loop, m_world.log});
     EXPECT_EQ(anew.pkgs().size(), 2U);
     EXPECT_THAT(m_world.log.lines(), Contains(HasSubstr(cache)));
     PackageManager without({m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_world.privileged,
@@ -270,7 +272,7 @@ TEST_F(UninstallerTest, LaunchDatabaseIsBuiltAnew) {
     write("/Applications/Foo.app/Contents/Inner.app/x");
     write("/Users/sam/Applications/Own.app/x");
     write("/System/Library/CoreServices/Finder.app/x");
-    LaunchDatabase database({m_world.files(), m_world.folders, m_version, m_tasks, m_world.loop, m_world.log});
+    LaunchDatabase database({m_world.files(), m_world.folders, m_version, m_world.tasks, m_world.loop, m_world.log});
     bool isDone = false;
     database.rebuildLaunchDB([&] { isDone = true; });
     m_world.waitUntil([&] { return isDone; });

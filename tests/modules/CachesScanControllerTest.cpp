@@ -24,7 +24,7 @@ const std::string kPerUser = "/private/var/folders/zz/zyx/-Caches-";
 class CachesTest : public testing::Test {
   protected:
     explicit CachesTest(const char* version = "10.6.8")
-        : m_version(SystemVersion::fromProductVersion(version).value()), m_world(sizeUnitsOf(m_version)) {
+        : m_version(SystemVersion::fromProductVersion(version).value()), m_world(version) {
         start();
     }
     ~CachesTest() override { m_world.end(); }

@@ -53,16 +53,15 @@ TEST_F(EraserTest, SecureEraseOverwritesAWholeTreeAndSaysWhatStays) {
     const UniqueFd held(::open(host("/tmp/it's $(x)/secret").c_str(), O_RDONLY | O_CLOEXEC));
     write("/tmp/other/linked", "contents");
     std::filesystem::create_hard_link(host("/tmp/other/linked"), host("/name"));
-    RemovalPrimitives removals(m_world.files(), m_world.folders, m_world.privileged, m_ignoreList.tools, m_world.log);
-    EXPECT_TRUE(removals.tryToSecurelyRemoveFileAtPath("/tmp/it's $(x)"));
+    const auto erase = [this](const std::string& path) { return m_world.gate.perform({Operation::Overwrite, path}); };
+    EXPECT_EQ(erase("/tmp/it's $(x)").kind, OutcomeKind::Erased);
     EXPECT_FALSE(m_world.exists("/tmp/it's $(x)"));
     std::string left(5000, '\0');
     EXPECT_EQ(::pread(held.get(), left.data(), left.size(), 0), 5000);
     EXPECT_EQ(left, std::string(5000, '\xff'));
-    EXPECT_FALSE(removals.tryToSecurelyRemoveFileAtPath("/tmp/other"));
-    EXPECT_THAT(removals.failures().at(0).error.reason, HasSubstr("hard link"));
+    EXPECT_THAT(erase("/tmp/other").error.reason, HasSubstr("hard link"));
     EXPECT_EQ(read("/name"), "contents");
-    EXPECT_FALSE(removals.tryToSecurelyRemoveFileAtPath("/Users/sam/Library"));
+    EXPECT_EQ(erase("/Users/sam/Library").kind, OutcomeKind::Refused);
 }
 
 } // namespace

@@ -24,8 +24,8 @@ class LeftoversTest : public UninstallWorldTest {
     }
     LeftoversCleaner cleaner() {
         knowApplications();
-        return LeftoversCleaner({m_world.files(), m_ignoreList.applications, m_installed, m_loginItems, m_launchItems,
-                                 [this](const Error& error) { m_said.push_back(error.message()); }});
+        return LeftoversCleaner({m_world.files(), m_world.gate, m_ignoreList.applications, m_installed, m_loginItems,
+                                 m_launchItems, [this](const Error& error) { m_said.push_back(error.message()); }});
     }
     static std::vector<std::string> names(const LeftoversCleaner::PathSet& paths) {
         std::vector<std::string> names;

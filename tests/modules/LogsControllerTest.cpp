@@ -97,7 +97,10 @@ TEST_F(LogsTest, VanishedEntriesSucceedAndOnesThatCannotBeEmptiedFail) {
     if (::geteuid() == 0 && read(kLogs + "/folder/1.log") == "\n")
         GTEST_SKIP() << "this user may write what it likes";
     EXPECT_EQ(listed(), "[x] folder 20480\n");
-    EXPECT_EQ(m_world.removals.failures().at(0).path, kLogs + "/folder/1.log");
+    std::vector<std::string> inTheWay;
+    for (const auto& report : m_world.gate.reports())
+        inTheWay.push_back(report.outcome.error.path);
+    EXPECT_THAT(inTheWay, testing::UnorderedElementsAre("", kLogs + "/folder/1.log"));
 }
 
 TEST_F(LogsTest, MissingFolderIsMadeAndUncheckedItemsAreRemembered) {

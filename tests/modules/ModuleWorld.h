@@ -12,7 +12,7 @@ namespace sweeply {
 class ModuleTest : public testing::Test {
   protected:
     explicit ModuleTest(const char* version = "10.6.8")
-        : m_version(SystemVersion::fromProductVersion(version).value()), m_world(sizeUnitsOf(m_version)) {
+        : m_version(SystemVersion::fromProductVersion(version).value()), m_world(version, SWEEPLY_LIBEXEC) {
         restart();
     }
     ~ModuleTest() override { m_world.end(); }

@@ -21,7 +21,6 @@ class UninstallWorldTest : public ModuleTest {
   protected:
     explicit UninstallWorldTest(const char* version = "10.6.8") : ModuleTest(version) {
         m_world.privileged.authorize();
-        m_privileged.authorize();
     }
     ~UninstallWorldTest() override { m_world.end(); }
 
@@ -73,12 +72,9 @@ class UninstallWorldTest : public ModuleTest {
     }
 
     bool m_knowsApplications = false;
-    PrivilegedExecution m_privileged{m_world.rights, m_ignoreList.tools, m_world.log};
-    ADTaskRunner m_tasks{m_ignoreList.tools, m_world.log};
-    LoginItems m_loginItems{m_world.files(), m_world.folders, m_world.log};
-    PackageManager m_packages{{m_world.files(), m_world.folders, m_version, m_ignoreList.tools, m_privileged,
-                               m_world.alerts, m_world.loop, m_world.log}};
-    LaunchItems m_launchItems{m_world.files(), m_world.folders, m_tasks, m_world.log};
+    LoginItems& m_loginItems = m_world.loginItems;
+    LaunchItems& m_launchItems = m_world.launchItems;
+    PackageManager& m_packages = m_world.packages;
     InstalledApplications m_installed{m_world.files(), m_ignoreList.applications, m_packages};
     SearchedFolders m_searched{m_world.folders, m_ignoreList.applications};
     ResourceFinder m_finder{{m_world.files(), m_world.folders, m_sizes, m_ignoreList.applications, m_searched,
@@ -87,11 +83,10 @@ class UninstallWorldTest : public ModuleTest {
     Ownership m_ownership{{m_world.files(), m_world.folders, m_searched, m_launchItems, m_installed},
                           *m_world.defaults};
     ProcessControl m_processes{
-        {m_world.files(), m_ignoreList.tools, m_privileged, m_world.alerts, m_world.loop, m_world.log},
+        {m_world.files(), m_ignoreList.tools, m_world.privileged, m_world.alerts, m_world.loop, m_world.log},
         {std::chrono::seconds(1), std::chrono::milliseconds(5000)}};
     Workspace m_workspace{m_world.files(), "/Applications"};
-    UninstallSteps m_steps{{m_world.files(), m_processes, m_loginItems, m_launchItems, m_packages, m_world.removals,
-                            m_world.alerts, m_world.loop, m_version},
+    UninstallSteps m_steps{{m_world.files(), m_processes, m_world.gate, m_world.alerts, m_world.loop, m_version},
                            m_world.treeLock};
 };
 

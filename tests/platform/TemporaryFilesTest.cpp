@@ -66,7 +66,8 @@ TEST_F(TemporaryFilesTest, SweepLeavesWhatIsInUseAndWhatIsNotOurs) {
     for (const char* name : {".file.sweeply-abcdefg1", ".a.sweeply-b.sweeply-00000000", ".file.sweeply-lock"})
         write("/folder/" + std::string(name), "1");
     const auto lock = FileLock::acquire(files(), "/folder/locked");
-    const auto file = TemporaryFile::make(files().locate("/folder/" + std::string(255, 'n')).value(), 0600, "");
+    const auto file =
+        TemporaryFile::make(SystemCalls::plain(), files().locate("/folder/" + std::string(255, 'n')).value(), 0600, "");
     ASSERT_TRUE(lock && file);
     files().sweepTemporaryFilesAtPath("/folder", [](const std::string& name) { return !name.starts_with(".a."); });
     auto withThoseInUse = kept;

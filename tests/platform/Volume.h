@@ -2,6 +2,7 @@
 
 #include "formats/PropertyList.h"
 #include "platform/FileManager.h"
+#include "platform/SystemCalls.h"
 #include "platform/TestFolder.h"
 
 #include <gtest/gtest.h>
@@ -11,9 +12,10 @@ namespace sweeply {
 /// A target root, the folder "root" in a folder of the host, and the same vocabulary for paths of that target.
 class TestVolume {
   public:
-    TestVolume() {
+    /// `calls` outlives it.
+    explicit TestVolume(SystemCalls& calls = SystemCalls::plain()) {
         makeFolder("");
-        m_files = std::move(FileManager::open(host("")).value());
+        m_files = std::move(FileManager::open(host(""), calls).value());
     }
 
     [[nodiscard]] FileManager& files() const { return *m_files; }

@@ -85,4 +85,13 @@ void LaunchItems::removeLaunchDaemon(const std::string& path) const {
         m_log.log(formatText("Failed to unload launch daemon %@", {path}));
 }
 
+void LaunchItems::loadLaunchDaemon(const std::string& path) const {
+    const auto place = m_files.hostPath(path);
+    if (!place || !m_files.isHostRoot())
+        return;
+    const auto loaded = m_tasks.launchTaskAndGetTermStatusWithCmd(kLaunchctl, {"load", "-w", *place});
+    if (!loaded || *loaded != 0)
+        m_log.log(formatText("Failed to load launch daemon %@", {path}));
+}
+
 } // namespace sweeply

@@ -37,6 +37,8 @@ class LaunchItems final {
     /// Has the system forget the item before its file goes; a failure is logged. Nothing of another machine's volume is
     /// loaded here, and there it is done at once.
     void removeLaunchDaemon(const std::string& path) const;
+    /// The reverse, once the file is back.
+    void loadLaunchDaemon(const std::string& path) const;
 
   private:
     const FileManager& m_files;

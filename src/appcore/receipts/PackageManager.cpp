@@ -366,6 +366,20 @@ std::optional<Package> PackageManager::checkPackageInDB(const std::string& ident
     return Package{identifier, {}, Package::Type::Database, {}, {}};
 }
 
+PackageManager::Paths PackageManager::receiptFiles(const std::string& identifier) const {
+    Paths files;
+    if (identifier.find('/') != std::string::npos)
+        return files;
+    for (const char* extension : {".plist", ".bom"}) {
+        auto path = kDatabase + identifier + extension;
+        if (m_services.files.attributesOfItemAtPath(path, Links::DontFollow))
+            files.push_back(std::move(path));
+        else if (files.empty())
+            return files;
+    }
+    return files;
+}
+
 bool PackageManager::removePkg(const std::string& identifier) {
     if (!hasDatabase()) {
         m_services.log.log("removePkg should be called only on SnowLeopard");

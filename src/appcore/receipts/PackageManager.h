@@ -59,6 +59,10 @@ class PackageManager final {
     /// is none any more. Only for systems with a database.
     bool removePkg(const std::string& identifier);
 
+    /// The files that make up a receipt in the database, the one that names it first; none where there is no such
+    /// receipt, or none of this kind.
+    [[nodiscard]] Paths receiptFiles(const std::string& identifier) const;
+
     /// Does this system keep its receipts in a database?
     [[nodiscard]] bool hasDatabase() const;
 

@@ -20,6 +20,13 @@ Node::Pointer Node::nodeWithName(std::string_view name, Icon icon, std::uint32_t
     return std::make_shared<Node>(name, icon, count, size, std::move(path), enabled, type);
 }
 
+Node::Pointer Node::nodeWithName(std::string_view name, Icon icon, std::uint32_t count, const MeasuredItem& item,
+                                 std::string path, bool enabled, std::int8_t type) {
+    auto node = nodeWithName(name, icon, count, item.size, std::move(path), enabled, type);
+    node->setSeen(item.identity);
+    return node;
+}
+
 Node::~Node() {
     // Children that somebody else still shows must not point to a parent that is gone.
     if (m_family) {

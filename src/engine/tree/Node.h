@@ -32,6 +32,9 @@ class Node final : public NodeAttributes {
     using Pointer = std::shared_ptr<Node>;
 
     static Pointer nodeWithName(std::string_view name, Icon icon, std::uint32_t count, std::uint64_t size);
+    /// Of an item that was just looked at.
+    static Pointer nodeWithName(std::string_view name, Icon icon, std::uint32_t count, const MeasuredItem& item,
+                                std::string path, bool enabled, std::int8_t type = 0);
     static Pointer nodeWithName(std::string_view name, Icon icon, std::uint32_t count, std::uint64_t size,
                                 std::string path, bool enabled, std::int8_t type = 0);
 

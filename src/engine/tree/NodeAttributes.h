@@ -2,6 +2,7 @@
 
 #include "engine/tree/Evidence.h"
 #include "engine/tree/Icon.h"
+#include "platform/ItemIdentity.h"
 
 #include <cstdint>
 #include <string>
@@ -30,6 +31,9 @@ class NodeAttributes {
     /// Should an outline show it expanded?
     [[nodiscard]] bool needExpand() const { return m_needExpand; }
     void setNeedExpand(bool needExpand) { m_needExpand = needExpand; }
+    /// What the item was when it was found.
+    [[nodiscard]] const ItemIdentity& seen() const { return m_seen; }
+    void setSeen(const ItemIdentity& seen) { m_seen = seen; }
     /// Is its check mark remembered in the ignore list?
     [[nodiscard]] bool storeState() const { return m_storeState; }
     void setStoreState(bool storeState) { m_storeState = storeState; }
@@ -38,6 +42,8 @@ class NodeAttributes {
     void setCheckedAlone(bool isCheckedAlone) { m_isCheckedAlone = isCheckedAlone; }
     /// Why it is listed; nullptr for a group that is no item itself.
     [[nodiscard]] const Evidence* evidence() const { return m_evidence.get(); }
+    /// The same, to be shared.
+    [[nodiscard]] const SharedEvidence& sharedEvidence() const { return m_evidence; }
     void setEvidence(SharedEvidence evidence) { m_evidence = std::move(evidence); }
 
   protected:
@@ -51,6 +57,7 @@ class NodeAttributes {
     std::string m_path;
     std::string m_name; ///< empty when it is the last component of m_path
     SharedEvidence m_evidence;
+    ItemIdentity m_seen;
     Icon m_icon = Icon::None;
     std::int8_t m_type = 0;
     bool m_isRootNode : 1 = false;

@@ -3,6 +3,7 @@
 #include "appcore/ADTaskRunner.h"
 #include "appcore/FolderConstants.h"
 #include "appcore/SWApplicationCore.h"
+#include "appcore/sizes/DiskSizes.h"
 #include "engine/IgnoreList.h"
 #include "formats/MachOReader.h"
 #include "modules/binaries/LipoReport.h"
@@ -51,8 +52,7 @@ UniversalBinariesController::UniversalBinariesController(const ModuleServices& s
     : ADScanControllerView(services.engine, coordinator), m_binaries(services), m_alerts(tools.alerts),
       m_family(std::move(family)), m_hasManyNames(version.isOnLeopardOrBetter()),
       m_keptSlices(allArchitecturesToLeavForArchitecture(m_family)),
-      m_tasks(std::make_unique<ADTaskRunner>(tools.table, services.engine.log)),
-      m_slimmer(services.files, tools.removals, tools.privileged, tools.table, std::move(tools.stateFolder)) {
+      m_tasks(std::make_unique<ADTaskRunner>(tools.table, services.engine.log)) {
     rootNode()->setName(localizedString("UniversalBinaries"));
     initUserDefaults();
 }
@@ -209,6 +209,7 @@ void UniversalBinariesController::add(const Candidate& candidate, std::uint64_t 
     auto executable = Node::nodeWithName(m_binaries.folders.abbreviateWithTilde(candidate.path), Icon::None, 0, size,
                                          candidate.path, true);
     executable->setEvidence(m_evidence);
+    executable->setSeen(m_binaries.sizes.measure(candidate.path).identity);
     Node::Pointer application;
     {
         const std::lock_guard lock(services().treeLock);
@@ -260,9 +261,13 @@ std::uint64_t UniversalBinariesController::getUBSize(const std::string& path) {
     return foreignBytesOf({&alone, 1}).front();
 }
 
-bool UniversalBinariesController::cleanThisNode(Node& node) {
-    if (!m_slimmer.slimBinaryAtPath(node.path(), m_keptSlices))
-        return false;
+ChangeOutcome UniversalBinariesController::cleanThisNode(Node& node) {
+    auto request = requestFor(node, Operation::Slim);
+    request.kind = ChangedKind::Slices;
+    request.slices = m_keptSlices;
+    auto outcome = change(request);
+    if (!outcome.isDone())
+        return outcome;
     std::string finished;
     {
         const std::lock_guard lock(services().treeLock);
@@ -271,7 +276,7 @@ bool UniversalBinariesController::cleanThisNode(Node& node) {
     }
     if (!finished.empty())
         markApplicationAtPathAsSlimed(finished);
-    return true;
+    return outcome;
 }
 
 } // namespace sweeply

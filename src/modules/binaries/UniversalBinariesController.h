@@ -2,7 +2,7 @@
 
 #include "engine/ADScanControllerView.h"
 #include "modules/ModuleServices.h"
-#include "modules/binaries/BinarySlimmer.h"
+#include "platform/UniqueFd.h"
 
 #include <atomic>
 #include <memory>
@@ -15,8 +15,6 @@ namespace sweeply {
 
 class ADTaskRunner;
 class Alerts;
-class PrivilegedExecution;
-class RemovalPrimitives;
 class SystemVersion;
 class ToolTable;
 
@@ -26,12 +24,8 @@ class ToolTable;
 class UniversalBinariesController final : public ADScanControllerView {
   public:
     struct Tools {
-        RemovalPrimitives& removals;
-        PrivilegedExecution& privileged;
         const ToolTable& table;
         Alerts& alerts;
-        /// Our own folder in the user's home.
-        std::string stateFolder;
     };
 
     /// `family` is the machine's processor family, "unknown" where it cannot be told; then nothing is ever found.
@@ -40,6 +34,7 @@ class UniversalBinariesController final : public ADScanControllerView {
                                 std::string family, const SystemVersion& version);
     ~UniversalBinariesController() override;
 
+    [[nodiscard]] std::string_view moduleName() const override { return "binaries"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanUniversalBinaries"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
     [[nodiscard]] bool shouldRespondToDragEvents() const override { return true; }
@@ -58,7 +53,7 @@ class UniversalBinariesController final : public ADScanControllerView {
 
   protected:
     void scanThread() override;
-    bool cleanThisNode(Node& node) override;
+    ChangeOutcome cleanThisNode(Node& node) override;
 
   private:
     /// An executable that is fat by its first bytes, held open.
@@ -88,7 +83,6 @@ class UniversalBinariesController final : public ADScanControllerView {
     const bool m_hasManyNames; ///< a system that knows every processor of a family by name
     const std::vector<std::string> m_keptSlices;
     const std::unique_ptr<ADTaskRunner> m_tasks;
-    BinarySlimmer m_slimmer;
     std::vector<Candidate> m_candidates; ///< the scan thread's
     std::atomic<bool> m_saidUnknown{false};
     const SharedEvidence m_evidence{EvidenceRule::ForeignCode}; ///< of every item

@@ -81,7 +81,7 @@ void PhotoSyncCachesController::scanThread() {
         if (lastPathComponent(entry->path) == kCacheName && holdsPhotos(path)) {
             walk.skipDescendants();
             const auto library = lastPathComponent(pathWithoutLastComponent(entry->path));
-            const std::uint64_t size = m_caches.sizes.folderSizeAtPath(path);
+            const auto size = m_caches.sizes.measure(path);
             addChildNode(nodes.nodeFor(localizedFormat("\"%@\" Photo Cache", {library}), std::move(path), size));
             sleepAfterItem();
             rootNodeChanged();
@@ -89,18 +89,17 @@ void PhotoSyncCachesController::scanThread() {
     }
 }
 
-bool PhotoSyncCachesController::cleanThisNode(Node& node) {
-    const auto attributes = m_caches.files.attributesOfItemAtPath(node.path(), Links::DontFollow);
-    if (!attributes)
-        return attributes.error().kind == ErrorKind::NotFound;
-    if (attributes->type != FileType::Directory)
-        return false; // something else by now
-    const auto entries = m_caches.files.contentsOfDirectoryAtPath(node.path());
+ChangeOutcome PhotoSyncCachesController::cleanThisNode(Node& node) {
+    auto request = requestFor(node, Operation::Remove);
+    request.hasParts = true;
+    const auto entries = m_caches.files.contentsOfDirectoryAtPath(request.path);
     if (!entries)
-        reportProblem(entries.error());
-    return entries && std::ranges::all_of(*entries, [&](const DirectoryEntry& entry) {
-               return isBookkeeping(entry.name) || tryToRemoveFileAtPath(joinedPath(node.path(), entry.name));
-           });
+        request.obstacle = entries.error();
+    for (const auto& entry : entries.value_or(std::vector<DirectoryEntry>())) {
+        if (!isBookkeeping(entry.name))
+            request.parts.push_back(joinedPath(request.path, entry.name));
+    }
+    return change(request);
 }
 
 } // namespace sweeply

@@ -17,12 +17,13 @@ class PhotoSyncCachesController final : public ADScanController {
     PhotoSyncCachesController(const ModuleServices& services, const Workspace& workspace);
     ~PhotoSyncCachesController() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "photo-caches"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanPhotoSyncCache"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
 
   protected:
     void scanThread() override;
-    bool cleanThisNode(Node& node) override;
+    ChangeOutcome cleanThisNode(Node& node) override;
 
   private:
     [[nodiscard]] std::string className() const override { return "PhotoSyncCachesController"; }

@@ -14,6 +14,7 @@ class SystemCachesController final : public ADScanController {
     explicit SystemCachesController(const ModuleServices& services);
     ~SystemCachesController() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "system-caches"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanSystemCaches"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
     [[nodiscard]] bool userDefaultsDefaultValue() const override { return false; }
@@ -21,7 +22,6 @@ class SystemCachesController final : public ADScanController {
 
   protected:
     void scanThread() override;
-    bool cleanThisNode(Node& node) override { return tryToRemoveFileAtPath(node.path()); }
 
   private:
     [[nodiscard]] std::string className() const override { return "SystemCachesController"; }

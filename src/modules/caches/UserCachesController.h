@@ -15,12 +15,12 @@ class UserCachesController final : public ADScanController {
     UserCachesController(const ModuleServices& services, std::string leoUserCacheDir);
     ~UserCachesController() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "user-caches"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanCaches"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
 
   protected:
     void scanThread() override;
-    bool cleanThisNode(Node& node) override { return tryToRemoveFileAtPath(node.path()); }
 
   private:
     [[nodiscard]] std::string className() const override { return "UserCachesController"; }

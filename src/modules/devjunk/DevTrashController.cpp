@@ -113,8 +113,8 @@ std::vector<DevTrashController::Junk> DevTrashController::nibsJunkForApplication
             continue;
         walk.skipDescendants(); // it goes as a whole
         std::string item = joinedPath(path, entry->path);
-        const auto size = m_junk.sizes.measureEntry(walk.folder(), item).size;
-        found.push_back({std::move(item), size});
+        auto measured = m_junk.sizes.measureEntry(walk.folder(), item);
+        found.push_back({std::move(item), std::move(measured)});
     }
     if (const auto& failure = walk.failure())
         services().log.log(formatText("[Dev Junk] Exception %@ occured for app %@", {failure->reason, path}));
@@ -135,7 +135,7 @@ void DevTrashController::analyzeApplication(const std::string& path) {
     const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true);
     application->setNeedExpand(true);
     for (const auto& item : junk)
-        application->addInvisibleChild(itemNode(item.path, Icon::None, item.size, m_developerFile));
+        application->addInvisibleChild(itemNode(item.path, Icon::None, item.measured, m_developerFile));
     {
         const std::lock_guard lock(services().treeLock);
         m_applicationNode->addChild(application);
@@ -152,7 +152,7 @@ void DevTrashController::analyzeFolder(const std::string& path) {
             break;
         const auto name = lastPathComponent(entry->path);
         const std::string item = joinedPath(path, entry->path);
-        const auto sizeOfThis = [&] { return m_junk.sizes.measureEntry(walk.folder(), item).size; };
+        const auto measured = [&] { return m_junk.sizes.measureEntry(walk.folder(), item); };
         if (trashed.contains(item)) {
             walk.skipDescendants(); // what is in there goes with it, and must not count twice
         } else if (junk::isOneOf(junk::kTrash, name) || junk::isOneOf(junk::kTrashes, name)) {
@@ -161,13 +161,13 @@ void DevTrashController::analyzeFolder(const std::string& path) {
             addObjectFromArray(found, m_trashNode);
             trashed.insert(found.begin(), found.end());
         } else if (junk::isOneOf(junk::kFinder, name)) {
-            addObject({item, sizeOfThis()}, m_dsStoreNode, path);
+            addObject({item, measured()}, m_dsStoreNode, path);
             walk.skipDescendants();
         } else if (junk::isOneOf(junk::kWindows, name)) {
-            addObject({item, sizeOfThis()}, m_windowsNode, path);
+            addObject({item, measured()}, m_windowsNode, path);
             walk.skipDescendants();
         } else if (junk::isOneOf(otherFiles, name)) {
-            addObject({item, sizeOfThis()}, m_othersNode, path);
+            addObject({item, measured()}, m_othersNode, path);
             walk.skipDescendants();
         }
         waitWhilePaused();
@@ -200,9 +200,9 @@ std::vector<std::string> DevTrashController::enumerateAllTrashesAtPath(const Fil
     return paths;
 }
 
-Node::Pointer DevTrashController::itemNode(const std::string& path, Icon icon, std::uint64_t size,
+Node::Pointer DevTrashController::itemNode(const std::string& path, Icon icon, const MeasuredItem& measured,
                                            const SharedEvidence& evidence) {
-    auto node = Node::nodeWithName(lastPathComponent(path), icon, 0, size, path, true);
+    auto node = Node::nodeWithName(lastPathComponent(path), icon, 0, measured, path, true);
     node->setEvidence(evidence);
     node->setShouldWait(false);
     return node;
@@ -211,7 +211,7 @@ Node::Pointer DevTrashController::itemNode(const std::string& path, Icon icon, s
 void DevTrashController::addObject(const Junk& item, const Node::Pointer& category, const std::string& folderPath) {
     setCurrentItem(item.path);
     show(category);
-    auto node = itemNode(item.path, Icon::None, item.size, m_finderFile);
+    auto node = itemNode(item.path, Icon::None, item.measured, m_finderFile);
     {
         const std::lock_guard lock(services().treeLock);
         auto folder = category->childWithEqualPath(folderPath);
@@ -235,7 +235,7 @@ void DevTrashController::addObjectFromArray(const std::vector<std::string>& item
     show(category);
     for (const auto& item : items) {
         setCurrentItem(item);
-        auto node = itemNode(item, Icon::ItsOwn, m_junk.sizes.folderSizeAtPath(item), m_trash);
+        auto node = itemNode(item, Icon::ItsOwn, m_junk.sizes.measure(item), m_trash);
         {
             const std::lock_guard lock(services().treeLock);
             if (category->childWithEqualPath(item))

@@ -15,6 +15,7 @@ class DevTrashController final : public ADScanControllerView {
     DevTrashController(const ModuleServices& services, ScanCoordinator& coordinator);
     ~DevTrashController() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "dev-junk"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanDevJunk"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
     [[nodiscard]] bool shouldRespondToDragEvents() const override { return true; }
@@ -31,13 +32,12 @@ class DevTrashController final : public ADScanControllerView {
 
   protected:
     void scanThread() override;
-    bool cleanThisNode(Node& node) override { return tryToRemoveFileAtPath(node.path()); }
 
   private:
     [[nodiscard]] std::string className() const override { return "DevTrashController"; }
     struct Junk {
         std::string path;
-        std::uint64_t size; ///< charged bytes
+        MeasuredItem measured;
     };
     [[nodiscard]] std::vector<Junk> nibsJunkForApplicationAtPath(const std::string& path);
     void analyzeApplication(const std::string& path);
@@ -49,7 +49,7 @@ class DevTrashController final : public ADScanControllerView {
     /// Puts a category under the root, emptied, unless it is there.
     void show(const Node::Pointer& category);
     void hideIfEmpty(const Node::Pointer& category);
-    [[nodiscard]] static Node::Pointer itemNode(const std::string& path, Icon icon, std::uint64_t size,
+    [[nodiscard]] static Node::Pointer itemNode(const std::string& path, Icon icon, const MeasuredItem& measured,
                                                 const SharedEvidence& evidence);
 
     ModuleServices m_junk;

@@ -23,7 +23,7 @@ void EraserController::analyzeFile(const std::string& path) {
         return;
     setCurrentItem(item);
     auto node = Node::nodeWithName(m_eraser.folders.abbreviateWithTilde(item), Icon::ItsOwn, 1,
-                                   m_eraser.sizes.folderSizeAtPath(item), item, true);
+                                   m_eraser.sizes.measure(item), item, true);
     node->setEvidence(SharedEvidence(EvidenceRule::Named));
     {
         const std::lock_guard lock(services().treeLock);
@@ -44,8 +44,8 @@ void EraserController::showDropImageView() {
     refreshInterface();
 }
 
-bool EraserController::cleanThisNode(Node& node) {
-    return m_usesSecureErase() ? tryToSecurelyRemoveFileAtPath(node.path()) : tryToRemoveFileAtPath(node.path());
+ChangeOutcome EraserController::cleanThisNode(Node& node) {
+    return change(requestFor(node, m_usesSecureErase() ? Operation::Overwrite : Operation::Remove));
 }
 
 } // namespace sweeply

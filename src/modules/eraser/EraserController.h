@@ -17,6 +17,7 @@ class EraserController final : public ADScanControllerView {
                      std::function<bool()> usesSecureErase);
     ~EraserController() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "eraser"; }
     [[nodiscard]] bool shouldRespondToDragEvents() const override { return true; }
     [[nodiscard]] bool updateTimerNeeded() const override { return false; }
     void analyzeFile(const std::string& path) override;
@@ -26,7 +27,7 @@ class EraserController final : public ADScanControllerView {
     void showDropImageView() override;
 
   protected:
-    bool cleanThisNode(Node& node) override;
+    ChangeOutcome cleanThisNode(Node& node) override;
 
   private:
     [[nodiscard]] std::string className() const override { return "EraserController"; }

@@ -26,6 +26,7 @@ class ADUninstallControllerView : public ADScanControllerView {
     ADUninstallControllerView(const ModuleServices& services, ScanCoordinator& coordinator, Parts parts,
                               const char* rootName);
 
+    [[nodiscard]] bool removesWhatCannotBeMadeAgain() const override { return true; }
     [[nodiscard]] WorkMode workMode() const override { return WorkMode::Uninstaller; }
     /// Has a scan come to its end?
     [[nodiscard]] bool isScanned() const { return m_scanned; }
@@ -45,7 +46,7 @@ class ADUninstallControllerView : public ADScanControllerView {
     /// Adds one, which is there and of the right kind.
     virtual void addRecord(const std::string& path) = 0;
     void prepareForClean() override;
-    bool cleanThisNode(Node& node) override { return m_parts.steps.removeItem(node); }
+    ChangeOutcome cleanThisNode(Node& node) override { return m_parts.steps.removeItem(node, *this); }
 
     /// Adds every item of that extension below a folder, none of which is entered. Nothing where there is no folder.
     void scanFolder(const std::string& folder, std::string_view extension);

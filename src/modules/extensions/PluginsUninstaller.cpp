@@ -88,8 +88,8 @@ void PluginsUninstaller::addRecord(const std::string& path) {
 void PluginsUninstaller::addPlugin(const std::string& path, const PluginCategory& category) {
     setCurrentItem(path);
     const std::int8_t type = isOfStartup(category) ? nodetype::kLaunchItem : std::int8_t{0};
-    addTo(category, Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0,
-                                       module().sizes.folderSizeAtPath(path), path, true, type));
+    addTo(category, Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, module().sizes.measure(path), path,
+                                       true, type));
     incFoundObjectsCount();
     updateInterfaceAndWaitUntilDone(false);
 }

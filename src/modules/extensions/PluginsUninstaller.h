@@ -19,6 +19,7 @@ class PluginsUninstaller final : public ADUninstallControllerView {
                        const LoginItems& loginItems, const Workspace& workspace);
     ~PluginsUninstaller() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "plugin-uninstaller"; }
     [[nodiscard]] bool isExtensionAtPath(const std::string& path) const override;
 
   protected:

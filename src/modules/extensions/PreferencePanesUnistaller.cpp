@@ -35,7 +35,7 @@ void PreferencePanesUnistaller::addRecord(const std::string& path) {
     const auto pane = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true,
                                          isOfTheSystem ? nodetype::kSystemApplication : std::int8_t{0});
     const auto bundle = Node::nodeWithName(module().folders.abbreviateWithTilde(path), Icon::ItsOwn, 1,
-                                           module().sizes.folderSizeAtPath(path), path, true);
+                                           module().sizes.measure(path), path, true);
     const SharedEvidence evidence(EvidenceRule::Extension, identifier);
     pane->setEvidence(evidence);
     bundle->setEvidence(evidence);
@@ -54,7 +54,7 @@ void PreferencePanesUnistaller::analyzeFile(const std::string& path, Node& node,
 }
 
 bool PreferencePanesUnistaller::isRootNodeCleanable(Node& node) {
-    if (!steps().confirmsSystemApplication(node) || !steps().stopsApplications(node, *this))
+    if (!steps().confirmsSystemApplication(node, *this) || !steps().stopsApplications(node, *this))
         return false;
     steps().demandRights(node, *this);
     return !stopped();

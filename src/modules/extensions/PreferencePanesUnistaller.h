@@ -17,6 +17,7 @@ class PreferencePanesUnistaller final : public ADUninstallControllerView {
                               ResourceFinder& finder, const Ownership& ownership);
     ~PreferencePanesUnistaller() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "pane-uninstaller"; }
     [[nodiscard]] bool isExtensionAtPath(const std::string& path) const override;
     /// Asks before a system's pane goes, and has what runs of it quit.
     bool isRootNodeCleanable(Node& node) override;

@@ -114,7 +114,7 @@ void WidgetsGarbage::addWidgetGarbageRecordWithPath(const std::string& path) {
     const auto file = nameWithoutExtension(path);
     const auto shortName = pathExtension(file);
     auto node = Node::nodeWithName(shortName.empty() ? file : shortName, Icon::WidgetLeftovers, 0,
-                                   m_garbage.sizes.folderSizeAtPath(path), path, true);
+                                   m_garbage.sizes.measure(path), path, true);
     node->setEvidence(
         SharedEvidence(EvidenceRule::OrphanedWidget, file.substr(file.find(kWidgetPrefix) + kWidgetPrefix.size())));
     addTo(m_widgetsNode, std::move(node));
@@ -132,7 +132,7 @@ void WidgetsGarbage::scanForLoginItems() {
         if (path.empty())
             services().log.log("Skipped a login item without a path");
         else if (m_garbage.files.isMissingAtPath(path))
-            addStartupItem(path, 0, nodetype::kLoginItem, path);
+            addStartupItem(path, {}, nodetype::kLoginItem, path);
         itemIsDone();
     }
 }
@@ -150,15 +150,15 @@ void WidgetsGarbage::scanForLaunchDeamons() {
         else if (!definition->program)
             reportProblem({ErrorKind::Damaged, path, "names no program"});
         else if (m_parts.launchItems.isProgramMissing(*definition))
-            addStartupItem(path, m_garbage.sizes.folderSizeAtPath(path), nodetype::kLaunchItem, *definition->program);
+            addStartupItem(path, m_garbage.sizes.measure(path), nodetype::kLaunchItem, *definition->program);
         itemIsDone();
     }
 }
 
-void WidgetsGarbage::addStartupItem(const std::string& path, std::uint64_t size, std::int8_t type,
+void WidgetsGarbage::addStartupItem(const std::string& path, const MeasuredItem& item, std::int8_t type,
                                     const std::string& program) {
     auto node =
-        Node::nodeWithName(lastPathComponent(path), Icon::ItsOwn, 0, size, path, !isOnAbsentVolume(program), type);
+        Node::nodeWithName(lastPathComponent(path), Icon::ItsOwn, 0, item, path, !isOnAbsentVolume(program), type);
     node->setEvidence(SharedEvidence(
         type == nodetype::kLoginItem ? EvidenceRule::DeadLoginItem : EvidenceRule::DeadLaunchItem, program));
     addTo(m_startupItemsNode, std::move(node));

@@ -26,12 +26,14 @@ class WidgetsGarbage final : public ADScanControllerView {
     WidgetsGarbage(const ModuleServices& services, ScanCoordinator& coordinator, Parts parts);
     ~WidgetsGarbage() override { stopAndJoin(); }
 
+    [[nodiscard]] bool removesWhatCannotBeMadeAgain() const override { return true; }
+    [[nodiscard]] std::string_view moduleName() const override { return "widgets"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanWidgets"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
 
   protected:
     void scanThread() override;
-    bool cleanThisNode(Node& node) override { return m_parts.steps.removeItem(node); }
+    ChangeOutcome cleanThisNode(Node& node) override { return m_parts.steps.removeItem(node, *this); }
 
   private:
     [[nodiscard]] std::string className() const override { return "WidgetsGarbage"; }
@@ -44,7 +46,8 @@ class WidgetsGarbage final : public ADScanControllerView {
     void scanForLoginItems();
     void scanForLaunchDeamons();
     /// `program` is what it would start.
-    void addStartupItem(const std::string& path, std::uint64_t size, std::int8_t type, const std::string& program);
+    void addStartupItem(const std::string& path, const MeasuredItem& item, std::int8_t type,
+                        const std::string& program);
     /// Puts the category under the root first where it is not there yet.
     void addTo(const Node::Pointer& category, Node::Pointer child);
     /// Such things are listed unchecked: they may be there again tomorrow.

@@ -17,8 +17,8 @@ void WidgetsUninstaller::rescan() {
 }
 
 void WidgetsUninstaller::addRecord(const std::string& path) {
-    auto widget = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, module().sizes.folderSizeAtPath(path),
-                                     path, true);
+    auto widget =
+        Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, module().sizes.measure(path), path, true);
     widget->setEvidence(SharedEvidence(EvidenceRule::Extension));
     addChildNode(std::move(widget));
     incFoundObjectsCount();

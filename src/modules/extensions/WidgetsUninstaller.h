@@ -10,6 +10,7 @@ class WidgetsUninstaller final : public ADUninstallControllerView {
     WidgetsUninstaller(const ModuleServices& services, ScanCoordinator& coordinator, Parts parts);
     ~WidgetsUninstaller() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "widget-uninstaller"; }
     [[nodiscard]] bool isExtensionAtPath(const std::string& path) const override;
 
   protected:

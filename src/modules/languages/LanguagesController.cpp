@@ -137,7 +137,8 @@ LanguagesController::Localizations LanguagesController::languagesForApplicationA
         if (const auto& code = unwantedLanguage(lastPathComponent(entry->path)); !code.empty()) {
             auto& localization = found[code];
             localization.folders.push_back(joinedPath(path, entry->path));
-            localization.size += m_languages.sizes.measureFolderEntry(walk.folder(), localization.folders.back()).size;
+            localization.item += m_languages.sizes.measureFolderEntry(walk.folder(), localization.folders.back());
+            localization.item.identity.kind = ItemKind::Folder;
         }
         if (stopped())
             break;
@@ -166,7 +167,7 @@ void LanguagesController::analyzeApplication(const std::string& path) {
         const auto& [name, evidence] = languageOf(code);
         auto language =
             Node::nodeWithName(name, Icon::Language, static_cast<std::uint32_t>(localization.folders.size()),
-                               localization.size, code, application->ifEnabled());
+                               localization.item, code, application->ifEnabled());
         language->setEvidence(evidence);
         language->setShouldWait(false);
         application->addChild(std::move(language));
@@ -221,10 +222,15 @@ std::vector<std::string> LanguagesController::pathsBehind(const Node& node) cons
     return localization ? localization->folders : std::vector<std::string>();
 }
 
-bool LanguagesController::cleanThisNode(Node& node) {
-    const auto folders = pathsBehind(node);
-    return !folders.empty() &&
-           std::ranges::all_of(folders, [this](const auto& folder) { return tryToRemoveFileAtPath(folder); });
+ChangeOutcome LanguagesController::cleanThisNode(Node& node) {
+    auto request = requestFor(node, Operation::Remove);
+    const std::string code = std::exchange(request.path, {});
+    request.parts = pathsBehind(node);
+    if (request.parts.empty())
+        return {OutcomeKind::Failed, {ErrorKind::Other, code, "no such language was found"}};
+    request.hasParts = request.isSeenByParts = true;
+    request.path = request.parts.front();
+    return change(request);
 }
 
 } // namespace sweeply

@@ -28,7 +28,7 @@ class LanguagesController final : public ADScanControllerView {
     /// What one application has of a language.
     struct Localization {
         std::vector<std::string> folders;
-        std::uint64_t size = 0; ///< charged bytes
+        MeasuredItem item = {}; ///< all of them together
     };
     /// By the language's code.
     using Localizations = std::map<std::string, Localization, std::less<>>;
@@ -37,6 +37,7 @@ class LanguagesController final : public ADScanControllerView {
                         Person person);
     ~LanguagesController() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "languages"; }
     [[nodiscard]] std::string defaultsName() const override { return kModuleKey; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
     [[nodiscard]] bool shouldRespondToDragEvents() const override { return true; }
@@ -51,7 +52,7 @@ class LanguagesController final : public ADScanControllerView {
 
   protected:
     void scanThread() override;
-    bool cleanThisNode(Node& node) override;
+    ChangeOutcome cleanThisNode(Node& node) override;
 
   private:
     [[nodiscard]] std::string className() const override { return "LanguagesController"; }

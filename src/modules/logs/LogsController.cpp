@@ -1,7 +1,6 @@
 #include "modules/logs/LogsController.h"
 
 #include "appcore/FolderConstants.h"
-#include "appcore/RemovalPrimitives.h"
 #include "engine/ScanCoordinator.h"
 #include "modules/FolderEntries.h"
 #include "modules/logs/SystemLogsController.h"
@@ -38,36 +37,34 @@ void LogsController::scanLogsInPath(const std::string& path, ADScanController& m
                         {kModuleKey, EvidenceRule::LogSize, kSmallestLog});
 }
 
-bool LogsController::rotateLogAtPath(const std::string& path) {
-    const auto attributes = m_files.attributesOfItemAtPath(path, Links::DontFollow);
-    if (!attributes && attributes.error().kind == ErrorKind::NotFound)
-        return true;
-    try {
-        if (!attributes || attributes->type != FileType::Directory)
-            return touchFileAtPath(path);
-        return isReportersFolder(path) ? globalScanController().removals().tryToRemoveAllFilesInDirectory(path)
-                                       : touchFilesBelow(path);
-    } catch (const std::exception& exception) {
-        services().log.log(formatText("Exception while cleaning log %@: %@", {path, exception.what()}));
-        return true;
+ChangeRequest LogsController::rotationOf(ChangeRequest request) const {
+    request.kind = ChangedKind::Log;
+    const auto attributes = m_files.attributesOfItemAtPath(request.path, Links::DontFollow);
+    if (!attributes || attributes->type != FileType::Directory)
+        return request;
+    request.hasParts = true;
+    if (!isReportersFolder(request.path)) {
+        addFilesBelow(request);
+        return request;
     }
+    request.operation = Operation::Remove;
+    const auto entries = m_files.contentsOfDirectoryAtPath(request.path);
+    if (!entries)
+        request.obstacle = entries.error();
+    for (const auto& entry : entries.value_or(std::vector<DirectoryEntry>()))
+        request.parts.push_back(joinedPath(request.path, entry.name));
+    return request;
 }
 
-bool LogsController::touchFilesBelow(const std::string& path) {
-    auto walk = m_files.enumeratorAtPath(path);
+void LogsController::addFilesBelow(ChangeRequest& request) const {
+    auto walk = m_files.enumeratorAtPath(request.path);
     while (const auto entry = walk.next()) {
         // What is no file holds nothing; writing into a pipe would wait for a reader, and a link is not followed.
-        if (entry->type == FileType::Regular && !touchFileAtPath(joinedPath(path, entry->path)))
-            return false;
+        if (entry->type == FileType::Regular)
+            request.parts.push_back(joinedPath(request.path, entry->path));
     }
     if (const auto& failure = walk.failure())
-        return globalScanController().removals().failed(joinedPath(path, failure->path), *failure);
-    return true;
-}
-
-bool LogsController::touchFileAtPath(const std::string& path) {
-    setCurrentItem(path);
-    return globalScanController().removals().tryToEmptyFileAtPath(path);
+        request.obstacle = Error{failure->kind, joinedPath(request.path, failure->path), failure->reason};
 }
 
 } // namespace sweeply

@@ -23,17 +23,15 @@ class LogsController final : public ADGroupScanController {
     /// Lists the entries of a log folder that are worth it. "~" is expanded. Runs on the module's scan thread.
     static void scanLogsInPath(const std::string& path, ADScanController& module, const ModuleServices& services);
 
-    /// Cleans one entry of a log folder: empties it, or every file in it, in place; the folders of the crash and hang
-    /// reporters lose their entries instead. True when that is done, also when nothing is there any more. On the
-    /// removal thread.
-    bool rotateLogAtPath(const std::string& path);
+    /// What becomes of one entry of a log folder: it is emptied, or every file in it, in place; the folders of the
+    /// crash and hang reporters lose their entries instead. On the removal thread.
+    [[nodiscard]] ChangeRequest rotationOf(ChangeRequest request) const;
 
   private:
     [[nodiscard]] std::string className() const override { return "LogsController"; }
-    bool touchFileAtPath(const std::string& path);
-    bool touchFilesBelow(const std::string& path);
+    void addFilesBelow(ChangeRequest& request) const;
 
-    FileManager& m_files;
+    const FileManager& m_files;
 };
 
 } // namespace sweeply

@@ -18,6 +18,8 @@ void SystemLogsController::scanThread() {
     LogsController::scanLogsInPath(m_logs.folders.LIBRARYLOGSPATH, *this, m_logs);
 }
 
-bool SystemLogsController::cleanThisNode(Node& node) { return m_group.rotateLogAtPath(node.path()); }
+ChangeOutcome SystemLogsController::cleanThisNode(Node& node) {
+    return change(m_group.rotationOf(requestFor(node, Operation::Empty)));
+}
 
 } // namespace sweeply

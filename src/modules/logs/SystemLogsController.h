@@ -16,6 +16,7 @@ class SystemLogsController final : public ADScanController {
     SystemLogsController(const ModuleServices& services, LogsController& group);
     ~SystemLogsController() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "system-logs"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanSystemLogs"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
     [[nodiscard]] bool userDefaultsDefaultValue() const override { return false; }
@@ -23,7 +24,7 @@ class SystemLogsController final : public ADScanController {
 
   protected:
     void scanThread() override;
-    bool cleanThisNode(Node& node) override;
+    ChangeOutcome cleanThisNode(Node& node) override;
 
   private:
     [[nodiscard]] std::string className() const override { return "SystemLogsController"; }

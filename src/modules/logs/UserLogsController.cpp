@@ -18,6 +18,8 @@ void UserLogsController::scanThread() {
     LogsController::scanLogsInPath(m_logs.folders.HOMELOGSPATH, *this, m_logs);
 }
 
-bool UserLogsController::cleanThisNode(Node& node) { return m_group.rotateLogAtPath(node.path()); }
+ChangeOutcome UserLogsController::cleanThisNode(Node& node) {
+    return change(m_group.rotationOf(requestFor(node, Operation::Empty)));
+}
 
 } // namespace sweeply

@@ -16,12 +16,13 @@ class UserLogsController final : public ADScanController {
     UserLogsController(const ModuleServices& services, LogsController& group);
     ~UserLogsController() override { stopAndJoin(); }
 
+    [[nodiscard]] std::string_view moduleName() const override { return "user-logs"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanUserLogs"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
 
   protected:
     void scanThread() override;
-    bool cleanThisNode(Node& node) override;
+    ChangeOutcome cleanThisNode(Node& node) override;
 
   private:
     [[nodiscard]] std::string className() const override { return "UserLogsController"; }

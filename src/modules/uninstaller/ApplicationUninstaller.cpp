@@ -109,7 +109,7 @@ void ApplicationUninstaller::addApplicationAtPath(const std::string& path) {
     const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true,
                                                 isOfTheSystem ? nodetype::kSystemApplication : std::int8_t{0});
     const auto bundle = Node::nodeWithName(m_uninstaller.folders.abbreviateWithTilde(path), Icon::ItsOwn, 1,
-                                           m_uninstaller.sizes.folderSizeAtPath(path), path, true);
+                                           m_uninstaller.sizes.measure(path), path, true);
     const SharedEvidence evidence(EvidenceRule::Bundle, claims->subject().identifier);
     application->setEvidence(evidence);
     bundle->setEvidence(evidence);
@@ -137,24 +137,24 @@ void ApplicationUninstaller::addPackageAtPath(const std::string& path) {
     if (!claims)
         return;
     const auto package = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true);
-    const auto add = [&](const std::string& title, const std::string& item, std::uint64_t size, Icon icon,
+    const auto add = [&](const std::string& title, const std::string& item, const MeasuredItem& measured, Icon icon,
                          EvidenceRule rule) {
         auto evidence = claims->judged(item, {rule, EvidenceStrength::Certain, name});
-        auto node = Node::nodeWithName(title, icon, 1, size, item, true);
+        auto node = Node::nodeWithName(title, icon, 1, measured, item, true);
         showEvidence(*node, std::move(evidence), m_parts.ownership.checksWeakMatches());
         package->addUniqueChild(std::move(node));
     };
     const auto addFile = [&](const std::string& file, EvidenceRule rule) {
         if (m_uninstaller.files.attributesOfItemAtPath(file, Links::DontFollow) &&
             m_uninstaller.files.removals().guard().reasonAgainst(file).empty())
-            add(m_uninstaller.folders.abbreviateWithTilde(file), file, m_uninstaller.sizes.folderSizeAtPath(file),
-                Icon::ItsOwn, rule);
+            add(m_uninstaller.folders.abbreviateWithTilde(file), file, m_uninstaller.sizes.measure(file), Icon::ItsOwn,
+                rule);
     };
     package->setEvidence(SharedEvidence(EvidenceRule::Package, name));
     addFile(path, EvidenceRule::Package);
     for (const auto& entry : entries) {
         if (const auto receipt = entry.find(kReceiptEntry); receipt != std::string::npos)
-            add(entry, entry.substr(receipt + kReceiptEntry.size()), 0, Icon::Package, EvidenceRule::Receipt);
+            add(entry, entry.substr(receipt + kReceiptEntry.size()), {}, Icon::Package, EvidenceRule::Receipt);
         else
             addFile(entry, EvidenceRule::Receipt);
     }
@@ -217,7 +217,7 @@ void ApplicationUninstaller::showDropImageView() {
 void ApplicationUninstaller::startUninstallation() { globalScanController().uninstallWith({this}); }
 
 bool ApplicationUninstaller::isRootNodeCleanable(Node& node) {
-    if (!m_parts.steps.confirmsSystemApplication(node))
+    if (!m_parts.steps.confirmsSystemApplication(node, *this))
         return false;
     std::string path;
     {
@@ -226,7 +226,7 @@ bool ApplicationUninstaller::isRootNodeCleanable(Node& node) {
     }
     if (m_uninstaller.applications.bundleIDForAppWithPath(path) == kOwnIdentifier) {
         if (!confirmsOwnRemoval())
-            return m_parts.steps.keep(path, "stays: its removal was not confirmed");
+            return m_parts.steps.stays(node, *this, "stays: its removal was not confirmed");
     } else if (!m_parts.steps.stopsApplications(node, *this)) {
         return false;
     }

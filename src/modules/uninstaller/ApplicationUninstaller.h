@@ -27,6 +27,8 @@ class ApplicationUninstaller final : public ADScanControllerView {
     ApplicationUninstaller(const ModuleServices& services, ScanCoordinator& coordinator, Parts parts);
     ~ApplicationUninstaller() override { stopAndJoin(); }
 
+    [[nodiscard]] bool removesWhatCannotBeMadeAgain() const override { return true; }
+    [[nodiscard]] std::string_view moduleName() const override { return "uninstaller"; }
     [[nodiscard]] bool shouldRespondToDragEvents() const override { return true; }
     [[nodiscard]] WorkMode workMode() const override { return WorkMode::Uninstaller; }
     /// Adds an application, a package, or all of them below a folder.
@@ -43,7 +45,7 @@ class ApplicationUninstaller final : public ADScanControllerView {
     void reconsiderClaims();
 
   protected:
-    bool cleanThisNode(Node& node) override { return m_parts.steps.removeItem(node); }
+    ChangeOutcome cleanThisNode(Node& node) override { return m_parts.steps.removeItem(node, *this); }
     void checkMarksChanged() override { reconsiderClaims(); }
 
   private:

@@ -2,6 +2,7 @@
 
 #include "appcore/LoginItems.h"
 #include "appcore/SWApplicationCore.h"
+#include "appcore/changes/ChangeGate.h"
 #include "appcore/ownership/InstalledApplications.h"
 #include "appcore/processes/LaunchItems.h"
 #include "platform/DirectoryEnumerator.h"
@@ -142,9 +143,11 @@ const LeftoversCleaner::Paths& LeftoversCleaner::getLoginItemsToRemove() {
 }
 
 void LeftoversCleaner::deleteFile(const std::string& path) {
-    const auto removed = m_services.files.removeItemAtPath(path);
-    if (!removed && removed.error().kind != ErrorKind::NotFound)
-        m_services.reportProblem(removed.error());
+    ChangeRequest request{m_services.gate.isKeeping() ? Operation::Keep : Operation::Remove, path};
+    request.module = "leftovers";
+    const auto outcome = m_services.gate.perform(request);
+    if (!outcome.isDone())
+        m_services.reportProblem(outcome.error);
 }
 
 void LeftoversCleaner::removePrefFiles() {

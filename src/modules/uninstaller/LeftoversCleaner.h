@@ -13,6 +13,7 @@
 namespace sweeply {
 
 class ApplicationIndex;
+class ChangeGate;
 class FileManager;
 class InstalledApplications;
 class LaunchItems;
@@ -24,7 +25,8 @@ class SWApplicationCore;
 class LeftoversCleaner final {
   public:
     struct Services {
-        FileManager& files;
+        const FileManager& files;
+        ChangeGate& gate;
         const SWApplicationCore& applications;
         InstalledApplications& installed;
         const LoginItems& loginItems;

@@ -1,10 +1,7 @@
 #include "modules/uninstaller/UninstallSteps.h"
 
-#include "appcore/LoginItems.h"
-#include "appcore/RemovalPrimitives.h"
 #include "appcore/ResourceFinder.h"
-#include "appcore/processes/LaunchItems.h"
-#include "appcore/receipts/PackageManager.h"
+#include "appcore/changes/ChangeGate.h"
 #include "appcore/receipts/ReceiptFiles.h"
 #include "engine/ADScanControllerView.h"
 #include "engine/ScanCoordinator.h"
@@ -30,8 +27,9 @@ bool UninstallSteps::asks(const std::string& title, const std::string& text, con
     return answer == 1;
 }
 
-bool UninstallSteps::keep(const std::string& path, const std::string& reason) {
-    return m_services.removals.failed(path, {ErrorKind::Other, path, reason});
+bool UninstallSteps::stays(const Node& entry, ADScanController& module, const std::string& reason) {
+    m_services.gate.stays(module.requestFor(entry, Operation::Remove), reason);
+    return false;
 }
 
 UninstallSteps::Item UninstallSteps::itemOf(const Node& node) const {
@@ -39,7 +37,7 @@ UninstallSteps::Item UninstallSteps::itemOf(const Node& node) const {
     return {std::string(node.name()), node.path(), node.type()};
 }
 
-bool UninstallSteps::confirmsSystemApplication(const Node& entry) {
+bool UninstallSteps::confirmsSystemApplication(const Node& entry, ADScanController& module) {
     const auto item = itemOf(entry);
     return item.type != nodetype::kSystemApplication ||
            asks(localizedString("Deleting system application"),
@@ -47,7 +45,7 @@ bool UninstallSteps::confirmsSystemApplication(const Node& entry) {
                                 "you want to remove it anyway?",
                                 {item.name}),
                 localizedButton("Yes")) ||
-           keep(item.path, "stays: it is a system application, and its removal was not confirmed");
+           stays(entry, module, "stays: it is a system application, and its removal was not confirmed");
 }
 
 bool UninstallSteps::stopsApplications(const Node& entry, ADScanControllerView& module) {
@@ -58,7 +56,7 @@ bool UninstallSteps::stopsApplications(const Node& entry, ADScanControllerView& 
             applications.push_back({std::string(entry.name()), child->path()});
     }
     return m_services.processes.tryToStopApplications(applications, module) ||
-           keep(itemOf(entry).path, "stays: it was not confirmed, or is still running");
+           stays(entry, module, "stays: it was not confirmed, or is still running");
 }
 
 void UninstallSteps::demandRights(const Node& entry, ADScanControllerView& module) {
@@ -93,13 +91,24 @@ bool UninstallSteps::needsRights(const Item& item) const {
     return attributes && attributes->owner != ::geteuid();
 }
 
-bool UninstallSteps::removeItem(const Node& node) {
+ChangeRequest UninstallSteps::requestFor(const Node& node, const ADScanController& module) const {
+    auto request = module.requestFor(node, Operation::Remove);
     const auto item = itemOf(node);
-    if (item.type == nodetype::kLoginItem)
-        return m_services.loginItems.removeLoginItemAtPath(item.path) ||
-               keep(item.path, "the login item could not be removed");
-    if (item.type == nodetype::kLaunchItem)
-        m_services.launchItems.removeLaunchDaemon(item.path);
+    if (item.type == nodetype::kLoginItem) {
+        request.kind = ChangedKind::LoginItem;
+        request.operation = Operation::TakeOffList;
+    } else if (item.type == nodetype::kLaunchItem) {
+        request.kind = ChangedKind::LaunchItem;
+    } else if (isReceipt(item)) {
+        request.kind = ChangedKind::Receipt;
+        request.operation = Operation::ForgetReceipt;
+    }
+    return request;
+}
+
+ChangeOutcome UninstallSteps::removeItem(const Node& node, ADScanController& module) {
+    auto request = requestFor(node, module);
+    const auto item = itemOf(node);
     if (item.type == nodetype::kSharedPackage &&
         !asks(localizedString("Deleting multiple application package"),
               localizedFormat("Package \"%@\" serves multiple applications. Removing it will make impossible to "
@@ -107,10 +116,11 @@ bool UninstallSteps::removeItem(const Node& node) {
                               "want to remove it anyway?",
                               {item.name}),
               localizedButton("Yes")))
-        return keep(item.path, "stays: it serves several applications, and its removal was not confirmed");
-    if (isReceipt(item))
-        return m_services.packages.removePkg(item.path) || keep(item.path, "the receipt could not be forgotten");
-    return m_services.removals.tryToRemoveFileAtPath(item.path);
+        return m_services.gate.stays(request,
+                                     "stays: it serves several applications, and its removal was not confirmed");
+    if (m_services.gate.isKeeping())
+        request.operation = Operation::Keep;
+    return m_services.gate.perform(request);
 }
 
 } // namespace sweeply

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "appcore/changes/Change.h"
 #include "appcore/processes/ProcessControl.h"
 
 #include <cstdint>
@@ -9,15 +10,13 @@
 
 namespace sweeply {
 
+class ADScanController;
 class ADScanControllerView;
 class Alerts;
 class FileManager;
-class LaunchItems;
-class LoginItems;
 class MainThread;
 class Node;
-class PackageManager;
-class RemovalPrimitives;
+class ChangeGate;
 class SystemVersion;
 
 /// What all uninstallers do alike: the questions before an entry goes, and the removal of one item as its type asks.
@@ -27,10 +26,7 @@ class UninstallSteps final {
     struct Services {
         const FileManager& files;
         ProcessControl& processes;
-        LoginItems& loginItems;
-        const LaunchItems& launchItems;
-        PackageManager& packages;
-        RemovalPrimitives& removals;
+        ChangeGate& gate;
         Alerts& alerts;
         MainThread& mainThread;
         const SystemVersion& version;
@@ -42,15 +38,18 @@ class UninstallSteps final {
     /// True for "yes"; the safe answer is "No".
     [[nodiscard]] bool asks(const std::string& title, const std::string& text, const std::string& yes) const;
     /// True when the entry is no system application, or the person wants it gone all the same.
-    [[nodiscard]] bool confirmsSystemApplication(const Node& entry);
+    [[nodiscard]] bool confirmsSystemApplication(const Node& entry, ADScanController& module);
     /// Has what runs of the entry's items end; false when something still runs.
     [[nodiscard]] bool stopsApplications(const Node& entry, ADScanControllerView& module);
     /// Asks for rights if there is anything checked below that the user himself may not remove. Who says no keeps that.
     void demandRights(const Node& entry, ADScanControllerView& module);
-    /// Unregisters a login item, forgets a receipt, unloads and removes a launch item, removes a file. True when done.
-    [[nodiscard]] bool removeItem(const Node& item);
-    /// Counts an item as failed, with the reason. Always false.
-    bool keep(const std::string& path, const std::string& reason);
+    /// Unregisters a login item, forgets a receipt, unloads and removes a launch item, removes a file; or keeps it, in
+    /// a run that keeps what cannot be made again.
+    [[nodiscard]] ChangeOutcome removeItem(const Node& item, ADScanController& module);
+    /// What that would be, without the questions.
+    [[nodiscard]] ChangeRequest requestFor(const Node& item, const ADScanController& module) const;
+    /// Counts an entry as one that stays, with the reason. Always false.
+    bool stays(const Node& entry, ADScanController& module, const std::string& reason);
 
   private:
     struct Item {

@@ -6,6 +6,7 @@
 #include "platform/SystemLog.h"
 #include "platform/TargetPath.h"
 #include "tools/SweeplyHelperTool/KnownNames.h"
+#include "tools/SweeplyHelperTool/VolumeRun.h"
 
 #include <algorithm>
 #include <fstream>
@@ -36,21 +37,22 @@ std::string unescaped(const std::string& text) {
     return plain;
 }
 
-void removeItem(FileManager& volume, const std::string& mountPoint, const std::string& path, SystemLog& log) {
-    const auto removed = volume.removeItemAtPath(path);
-    log.log((removed ? "Removed " : "Failed to remove ") + mountPoint + path +
-            (removed ? std::string() : ": " + removed.error().reason));
+void removeItem(VolumeRun& run, const std::string& mountPoint, const std::string& path, SystemLog& log) {
+    const auto outcome = run.remove(path);
+    log.log((outcome.isDone() ? "Removed " : "Failed to remove ") + mountPoint + path +
+            (outcome.isDone() ? std::string() : ": " + outcome.error.reason));
 }
 
 /// The trash has a folder for each user, whose contents go; the folders stay.
-void emptyTrashes(FileManager& volume, const std::string& mountPoint, const std::string& trashes, SystemLog& log) {
+void emptyTrashes(FileManager& volume, VolumeRun& run, const std::string& mountPoint, const std::string& trashes,
+                  SystemLog& log) {
     const auto users = volume.contentsOfDirectoryAtPath(trashes);
     for (const auto& user : users.value_or(std::vector<DirectoryEntry>())) {
         if (user.type != FileType::Directory)
             continue;
         const std::string folder = joinedPath(trashes, user.name);
         for (const auto& item : volume.contentsOfDirectoryAtPath(folder).value_or(std::vector<DirectoryEntry>()))
-            removeItem(volume, mountPoint, joinedPath(folder, item.name), log);
+            removeItem(run, mountPoint, joinedPath(folder, item.name), log);
     }
 }
 
@@ -95,7 +97,8 @@ std::vector<Volume> newlyMounted(FileManager& files, const std::string& home, co
     return fresh;
 }
 
-void cleanVolume(const std::string& mountPoint, const Cleaners& cleaners, SystemLog& log) {
+void cleanVolume(const std::string& mountPoint, const Cleaners& cleaners, FileManager& files, const std::string& home,
+                 SystemLog& log) {
     const auto volume = FileManager::open(mountPoint);
     const auto root = volume ? (*volume)->attributesOfItemAtPath("/", Links::DontFollow) : Failure(volume.error());
     if (!root) {
@@ -125,10 +128,16 @@ void cleanVolume(const std::string& mountPoint, const Cleaners& cleaners, System
         if (isTrashes && cleaners.trashes && entry->type == FileType::Directory)
             trashes.push_back("/" + entry->path);
     }
+    VolumeRun run(**volume, files, home, log);
+    if (const auto begun = run.begin(); !begun) {
+        log.log(begun.error().message());
+        return;
+    }
     for (const auto& path : junk)
-        removeItem(**volume, mountPoint, path, log);
+        removeItem(run, mountPoint, path, log);
     for (const auto& path : trashes)
-        emptyTrashes(**volume, mountPoint, path, log);
+        emptyTrashes(**volume, run, mountPoint, path, log);
+    run.finish();
 }
 
 } // namespace helper

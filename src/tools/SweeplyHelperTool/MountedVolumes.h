@@ -29,7 +29,9 @@ struct Cleaners {
     bool winJunk = false;
 };
 
-/// Removes that, stays on the volume, follows no link, and logs what it removed and what it could not.
-void cleanVolume(const std::string& mountPoint, const Cleaners& cleaners, sweeply::SystemLog& log);
+/// Removes that, stays on the volume, follows no link, and logs what it removed and what it could not; `home`, a folder
+/// of `files`, has a record of it.
+void cleanVolume(const std::string& mountPoint, const Cleaners& cleaners, sweeply::FileManager& files,
+                 const std::string& home, sweeply::SystemLog& log);
 
 } // namespace helper

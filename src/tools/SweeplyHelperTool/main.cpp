@@ -66,7 +66,7 @@ int offerUninstallation(FileManager& files, SystemLog& log) {
 int cleanNewVolumes(FileManager& files, const Options& options, SystemLog& log) {
     const auto volumes = helper::mountedVolumes(options.mounts, options.folders);
     for (const auto& volume : helper::newlyMounted(files, homeFolder(), volumes, log))
-        helper::cleanVolume(volume.mountPoint, options.cleaners, log);
+        helper::cleanVolume(volume.mountPoint, options.cleaners, files, homeFolder(), log);
     return 0;
 }
 

@@ -1,7 +1,6 @@
-#include "modules/binaries/BinarySlimmer.h"
+#include "appcore/changes/BinarySlimmer.h"
 
 #include "appcore/PrivilegedExecution.h"
-#include "appcore/RemovalPrimitives.h"
 #include "appcore/SlimmingRecord.h"
 #include "platform/Process.h"
 #include "platform/TargetPath.h"
@@ -25,26 +24,26 @@ std::string reasonIn(const std::string& errors) {
 
 } // namespace
 
-BinarySlimmer::BinarySlimmer(FileManager& files, RemovalPrimitives& removals, PrivilegedExecution& privileged,
-                             const ToolTable& tools, std::string stateFolder, std::function<void(Step)> reached)
-    : m_files(files), m_removals(removals), m_privileged(privileged), m_tools(tools),
-      m_stateFolder(std::move(stateFolder)), m_reached(std::move(reached)) {}
+void BinarySlimmer::sweep() {
+    SlimmingRecord::sweep(m_files, m_stateFolder, [this](const std::string& left) {
+        const auto removed = m_changes.remove(left);
+        return removed || removed.error().kind == ErrorKind::NotFound;
+    });
+}
 
-bool BinarySlimmer::slimBinaryAtPath(const std::string& path, const std::vector<std::string>& keptSlices) {
+Result<void> BinarySlimmer::slimBinaryAtPath(const std::string& path, const std::vector<std::string>& keptSlices) {
     const auto attributes = m_files.attributesOfItemAtPath(path, Links::DontFollow);
-    if (!attributes && attributes.error().kind == ErrorKind::NotFound)
-        return true;
     if (!attributes)
-        return m_removals.failed(path, attributes.error());
+        return Failure(attributes.error());
     if (attributes->type != FileType::Regular)
-        return m_removals.failed(path, {ErrorKind::WrongType, path, "not a regular file"});
+        return Failure(Error{ErrorKind::WrongType, path, "not a regular file"});
     if (attributes->linkCount > 1)
-        return m_removals.failed(
-            path, {ErrorKind::Other, path, "has another name elsewhere (a hard link), which would keep the old code"});
+        return Failure(
+            Error{ErrorKind::Other, path, "has another name elsewhere (a hard link), which would keep the old code"});
     // From the file's own folder, held open: nobody can put another one in its place on the way to the tool.
     const auto item = m_files.removals().locateForRemoval(path);
     if (!item)
-        return m_removals.failed(path, item.error());
+        return Failure(item.error());
     Task task{path, *item, temporaryName(item->name), {}};
     for (const auto& slice : keptSlices)
         task.arguments.insert(task.arguments.end(), {"-arch", slice});
@@ -59,9 +58,9 @@ bool BinarySlimmer::slimBinaryAtPath(const std::string& path, const std::vector<
     if (!done && m_privileged.isAuthorised())
         return slimBinaryWithPrivilidgesAtPath(task);
     if (!done)
-        return m_removals.failed(path, {done.error().kind, path, done.error().reason});
+        return Failure(Error{done.error().kind, path, done.error().reason});
     m_reached(Step::Replaced);
-    return true;
+    return {};
 }
 
 Result<void> BinarySlimmer::copy(const Task& task) const {
@@ -80,24 +79,21 @@ Result<void> BinarySlimmer::copy(const Task& task) const {
     return {};
 }
 
-bool BinarySlimmer::slimBinaryWithPrivilidgesAtPath(const Task& task) {
+Result<void> BinarySlimmer::slimBinaryWithPrivilidgesAtPath(const Task& task) {
     // An earlier run's copies that only an administrator may remove.
-    SlimmingRecord::sweep(m_files, m_stateFolder,
-                          [this](const std::string& left) { return m_removals.tryToRemoveFileAtPath(left); });
+    sweep();
     const auto run = [&](const char* tool, const std::vector<std::string>& words) {
         const auto status = m_privileged.statusOfCommandWithPrivilidges(tool, words, task.item.parent.get());
         return status && *status == 0;
     };
-    const auto failed = [&](const char* reason) {
-        return m_removals.failed(task.path, {ErrorKind::Other, task.path, reason});
-    };
+    const auto failed = [&](const char* reason) { return Failure(Error{ErrorKind::Other, task.path, reason}); };
     const std::string copied = "./" + task.copyName;
     if (!run(kDitto, task.arguments))
         return failed("could not be slimmed, also with administrator rights");
     m_reached(Step::Copied);
     if (run("/bin/mv", {"-f", copied, "./" + task.item.name})) {
         m_reached(Step::Replaced);
-        return true;
+        return {};
     }
     run("/bin/rm", {"-f", copied});
     return failed("could not be replaced, also with administrator rights");

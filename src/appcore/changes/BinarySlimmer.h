@@ -1,16 +1,17 @@
 #pragma once
 
+#include "appcore/changes/FileChanges.h"
 #include "platform/Error.h"
 #include "platform/FileManager.h"
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sweeply {
 
 class PrivilegedExecution;
-class RemovalPrimitives;
 class ToolTable;
 
 /// Takes foreign processors' code out of executables. At every moment the old or the new executable is there, whole.
@@ -23,12 +24,17 @@ class BinarySlimmer final {
     /// All outlive this. `stateFolder` is where it says what is under way, for a start after a kill. `reached` hears of
     /// each step.
     BinarySlimmer(
-        FileManager& files, RemovalPrimitives& removals, PrivilegedExecution& privileged, const ToolTable& tools,
-        std::string stateFolder, std::function<void(Step)> reached = [](Step) {});
+        FileManager& files, PrivilegedExecution& privileged, const ToolTable& tools, std::string stateFolder,
+        std::function<void(Step)> reached = [](Step) {})
+        : m_files(files), m_changes(files, privileged, tools), m_privileged(privileged), m_tools(tools),
+          m_stateFolder(std::move(stateFolder)), m_reached(std::move(reached)) {}
 
-    /// Keeps the slices of these names, byte for byte, and the file's attributes. True when that is done, also when
-    /// nothing is at the path any more. A failure is kept with its reason, and the file is as it was.
-    bool slimBinaryAtPath(const std::string& path, const std::vector<std::string>& keptSlices);
+    /// Keeps the slices of these names, byte for byte, and the file's attributes. After a failure the file is as it
+    /// was.
+    Result<void> slimBinaryAtPath(const std::string& path, const std::vector<std::string>& keptSlices);
+
+    /// Takes away the copies that a kill left.
+    void sweep();
 
   private:
     /// An executable, the name of its copy in the same folder, and what the copying tool is told.
@@ -39,11 +45,11 @@ class BinarySlimmer final {
         std::vector<std::string> arguments;
     };
 
-    bool slimBinaryWithPrivilidgesAtPath(const Task& task);
+    Result<void> slimBinaryWithPrivilidgesAtPath(const Task& task);
     [[nodiscard]] Result<void> copy(const Task& task) const;
 
     FileManager& m_files;
-    RemovalPrimitives& m_removals;
+    FileChanges m_changes;
     PrivilegedExecution& m_privileged;
     const ToolTable& m_tools;
     const std::string m_stateFolder;
