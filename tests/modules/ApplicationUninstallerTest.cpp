@@ -43,14 +43,6 @@ class UninstallerTest : public UninstallWorldTest {
             items.push_back(item->path() + (item->type() == 0 ? "" : "#" + std::to_string(item->type())));
         return items;
     }
-    std::vector<std::string> reasons() {
-        std::vector<std::string> texts;
-        for (const auto& report : m_world.gate.reports()) {
-            if (!report.outcome.isDone())
-                texts.push_back(report.outcome.error.message());
-        }
-        return texts;
-    }
 
     ApplicationUninstaller* m_module = nullptr;
 };

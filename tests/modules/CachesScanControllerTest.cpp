@@ -1,9 +1,6 @@
 #include "modules/caches/CachesScanController.h"
 
-#include "appcore/SWApplicationCore.h"
-#include "appcore/sizes/DiskSizes.h"
-#include "engine/TestWorld.h"
-#include "modules/IgnoreListWorld.h"
+#include "modules/ModuleWorld.h"
 #include "modules/caches/UserCacheDirectory.h"
 #include "platform/Workspace.h"
 
@@ -13,57 +10,29 @@ namespace sweeply {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
+using namespace testing;
 
 const std::string kUser = "/Users/sam/Library/Caches";
 const std::string kPerUser = "/private/var/folders/zz/zyx/-Caches-";
 
 /// The caches as the program builds them.
-class CachesTest : public testing::Test {
+class CachesTest : public ModuleTest {
   protected:
-    explicit CachesTest(const char* version = "10.6.8")
-        : m_version(SystemVersion::fromProductVersion(version).value()), m_world(version) {
-        start();
-    }
+    explicit CachesTest(const char* version = "10.6.8") : ModuleTest(version) { start(); }
     ~CachesTest() override { m_world.end(); }
 
     /// Builds the program anew over the same volume.
     void start(const std::string& leoUserCacheDir = {}) {
-        m_world.restart([this](UserDefaults& defaults) {
-            return std::make_unique<IgnoreListController>(m_ignoreList.services(defaults));
-        });
-        const ModuleServices services{m_world.services(), m_world.files(),  m_sizes,
-                                      m_world.folders,    *m_world.ownList, m_ignoreList.applications};
+        restart();
         m_caches = &m_world.add(
-            1, std::make_unique<CachesScanController>(services, *m_world.coordinator, m_workspace, leoUserCacheDir));
-        m_subscription = m_world.notifications->observe<ProblemFound>([this](const ProblemFound& problem) {
-            std::lock_guard lock(m_world.treeLock);
-            m_problems.push_back(problem.error.message());
-        });
+            1, std::make_unique<CachesScanController>(services(), *m_world.coordinator, m_workspace, leoUserCacheDir));
     }
     ADScanController& module(std::size_t number) { return *m_caches->scanControllers()[number]; }
-    Node::Pointer found(std::size_t number, const std::string& path) {
-        return module(number).rootNode()->childWithEqualPath(path);
-    }
-    std::vector<std::string> names(std::size_t number) {
-        std::vector<std::string> names;
-        for (const auto& child : module(number).rootNode()->children())
-            names.emplace_back(child->name());
-        return names;
-    }
-    void write(const std::string& path, const std::string& contents = "x") { m_world.target.makeFile(path, contents); }
-    std::string host(const std::string& path) { return m_world.files().rootPath() + path; }
+    Node::Pointer found(const std::string& path) { return module(0).rootNode()->childWithEqualPath(path); }
+    Paths names(std::size_t number) { return namesOf(*module(number).rootNode()); }
 
-    SystemVersion m_version;
-    TestWorld m_world;
-    DiskSizes m_sizes{m_world.files(), m_version};
     Workspace m_workspace{m_world.files(), "/Applications"};
-    IgnoreListWorld m_ignoreList{m_world};
     CachesScanController* m_caches = nullptr;
-    NotificationCenter::Subscription m_subscription;
-    std::vector<std::string> m_problems; ///< guarded by the tree lock
 };
 
 class CachesOfASystemTest : public CachesTest, public testing::WithParamInterface<const char*> {
@@ -73,20 +42,15 @@ class CachesOfASystemTest : public CachesTest, public testing::WithParamInterfac
 
 TEST_P(CachesOfASystemTest, EveryDirectEntryIsOneItemInWholeBlocks) {
     const bool isDecimal = m_world.units == SizeUnits::Decimal;
-    write(kUser + "/.DS_Store");
-    write(kUser + "/.hidden");
-    write(kUser + "/app/a/1");
+    writeAll({kUser + "/.DS_Store", kUser + "/.hidden", kUser + "/app/a/1", "/System/Library/Caches/kernel",
+              "/Library/Caches/shared"});
     write(kUser + "/app/2", std::string(4001, 'x'));
-    write("/System/Library/Caches/kernel");
-    write("/Library/Caches/shared");
     write(kPerUser + "/temporary", "");
     start(kPerUser);
-
     m_world.scan();
-
     EXPECT_THAT(names(0), UnorderedElementsAre(".hidden", "app", "temporary"));
     EXPECT_THAT(names(2), IsEmpty()); // off until the person switches it on
-    const auto app = found(0, kUser + "/app");
+    const auto app = found(kUser + "/app");
     ASSERT_TRUE(app);
     EXPECT_EQ(app->longSize(), isDecimal ? 12000U : 8192U);
     EXPECT_TRUE(app->ifEnabled() && app->storeState() && app->needExpand());
@@ -114,27 +78,25 @@ TEST_F(CachesTest, FolderThatIsMissingIsMadeAndOnlyTheHousekeepingFileIsNothing)
 }
 
 TEST_F(CachesTest, FolderThatCannotBeReadIsReportedAndTheScanEnds) {
-    fs::permissions(host(kUser), fs::perms::none);
+    setMode(kUser, 0);
     m_world.scan();
-    fs::permissions(host(kUser), fs::perms::owner_all);
+    setMode(kUser, 0700);
     EXPECT_THAT(m_problems, ElementsAre(kUser + ": Permission denied"));
     EXPECT_FALSE(m_caches->ifScanRunning());
 }
 
 TEST_F(CachesTest, OddNamesAndLinksAreRemovedAndNothingElse) {
     write("/Users/sam/Documents/thesis", "precious");
-    m_world.target.makeLink(kUser + "/absolute", "/Users/sam/Documents");
-    m_world.target.makeLink(kUser + "/climbing", "../../../../../../../../etc");
-    m_world.target.makeLink(kUser + "/app/inner", "../../../Documents/thesis");
-    m_world.target.makeLink(kUser + "/dangling", "nowhere");
+    link(kUser + "/absolute", "/Users/sam/Documents");
+    link(kUser + "/climbing", "../../../../../../../../etc");
+    link(kUser + "/app/inner", "../../../Documents/thesis");
+    link(kUser + "/dangling", "nowhere");
     for (const std::string name : {"quo\"te", "new\nline", "$(touch pwned)", "-rf", "bad\xff\xfe", "; rm -rf .", "~"})
         write(kUser + "/" + name);
-
     m_world.scan();
     ASSERT_EQ(m_caches->filesFound(), 11U);
     const auto size = m_caches->totalSize();
     m_world.remove();
-
     EXPECT_TRUE(fs::is_empty(host(kUser)));
     EXPECT_EQ(fs::file_size(host("/Users/sam/Documents/thesis")), 8U);
     EXPECT_EQ(m_caches->filesFound(), 0U);
@@ -143,35 +105,29 @@ TEST_F(CachesTest, OddNamesAndLinksAreRemovedAndNothingElse) {
 }
 
 TEST_F(CachesTest, UncheckedItemsStayOnDiskAndStayUncheckedForTheNextProgram) {
-    write(kUser + "/keep\xff");
-    write(kUser + "/go");
+    writeAll({kUser + "/keep\xff", kUser + "/go"});
     m_world.scan();
-    m_caches->toggleOutlineItem(*found(0, kUser + "/keep\xff"));
+    m_caches->toggleOutlineItem(*found(kUser + "/keep\xff"));
     start();
     m_world.scan();
-    EXPECT_FALSE(found(0, kUser + "/keep\xff")->ifEnabled());
+    EXPECT_FALSE(found(kUser + "/keep\xff")->ifEnabled());
     m_world.remove();
-    EXPECT_TRUE(m_world.exists(kUser + "/keep\xff"));
-    EXPECT_FALSE(m_world.exists(kUser + "/go"));
-    m_caches->toggleOutlineItem(*found(0, kUser + "/keep\xff"));
+    EXPECT_THAT(there({kUser + "/keep\xff", kUser + "/go"}), ElementsAre(kUser + "/keep\xff"));
+    m_caches->toggleOutlineItem(*found(kUser + "/keep\xff"));
     start();
     m_world.scan();
-    EXPECT_TRUE(found(0, kUser + "/keep\xff")->ifEnabled());
+    EXPECT_TRUE(found(kUser + "/keep\xff")->ifEnabled());
 }
 
 TEST_F(CachesTest, SystemsCachesNeedRightsAndGoWithThem) {
-    write("/Library/Caches/shared/file");
-    write(kUser + "/own");
-    const auto locked = host("/Library/Caches/shared");
-    fs::permissions(locked, fs::perms::owner_read | fs::perms::owner_exec);
+    writeAll({"/Library/Caches/shared/file", kUser + "/own"});
+    setMode("/Library/Caches/shared", 0500);
     module(2).setTakesPartInScan(true);
     m_world.scan();
     m_world.remove(); // skipped
-    EXPECT_TRUE(m_world.exists("/Library/Caches/shared"));
-    EXPECT_FALSE(m_world.exists(kUser + "/own"));
-
+    EXPECT_THAT(there({"/Library/Caches/shared", kUser + "/own"}), ElementsAre("/Library/Caches/shared"));
     m_world.alerts.answers["Some items can only be removed by an administrator"] = 0;
-    m_world.rights.beforeRun = [&] { fs::permissions(locked, fs::perms::owner_all); };
+    m_world.rights.beforeRun = [&] { setMode("/Library/Caches/shared", 0700); };
     m_world.remove();
     EXPECT_FALSE(m_world.exists("/Library/Caches/shared"));
     EXPECT_THAT(m_world.rights.calls, ElementsAre(ElementsAre("-rf", "./shared")));
@@ -180,10 +136,10 @@ TEST_F(CachesTest, SystemsCachesNeedRightsAndGoWithThem) {
 
 TEST_F(CachesTest, ItemThatCannotBeRemovedStaysListedAndIsReported) {
     write(kUser + "/locked/file");
-    fs::permissions(host(kUser + "/locked"), fs::perms::owner_read | fs::perms::owner_exec);
+    setMode(kUser + "/locked", 0500);
     m_world.scan();
     m_world.remove();
-    fs::permissions(host(kUser + "/locked"), fs::perms::owner_all);
+    setMode(kUser + "/locked", 0700);
     EXPECT_EQ(m_caches->filesFound(), 1U);
     ASSERT_EQ(m_world.alerts.shown.size(), 1U);
     EXPECT_EQ(m_world.alerts.shown[0].title, "Sweeply could not remove some files");
@@ -206,15 +162,13 @@ TEST_F(CachesTest, PhotoCachesAreFoundInLibrariesAndFoldersOnly) {
     write(home + "Pictures/Books" + bookkeeping);
     write(home + "Pictures/Books/iPod Photo Cache/iPodInfo.plist");
     m_world.target.makeFolder(home + "Pictures/Empty/iPod Photo Cache");
-    m_world.target.makeLink(home + "Pictures/Link/iPod Photo Cache", "/Users/sam/Library/x/iPod Photo Cache");
+    link(home + "Pictures/Link/iPod Photo Cache", "/Users/sam/Library/x/iPod Photo Cache");
     write(home + "Pictures/File/iPod Photo Cache");
     const std::string closed = home + "Pictures/Closed/iPod Photo Cache";
     m_world.target.makeFolder(closed);
-    fs::permissions(host(closed), fs::perms::none);
-
+    setMode(closed, 0);
     m_world.scan();
-    fs::permissions(host(closed), fs::perms::owner_all);
-
+    setMode(closed, 0700);
     EXPECT_THAT(names(1),
                 UnorderedElementsAre("\"Mine.photolibrary\" Photo Cache", "\"Fine.aplibrary\" Photo Cache",
                                      "\"Plain\" Photo Cache", "\"Music\" Photo Cache", "\"Closed\" Photo Cache"));
@@ -222,25 +176,20 @@ TEST_F(CachesTest, PhotoCachesAreFoundInLibrariesAndFoldersOnly) {
 
 TEST_F(CachesTest, CleanedPhotoCacheKeepsItsBooks) {
     const std::string cache = "/Users/sam/Pictures/Lib/iPod Photo Cache";
-    for (const char* name : {"Photo Database", "iPodInfo.plist", ".DS_Store", "F00/T1.ithmb"})
-        write(cache + "/" + name);
+    writeAll({cache + "/Photo Database", cache + "/iPodInfo.plist", cache + "/.DS_Store", cache + "/F00/T1.ithmb"});
     m_world.scan();
     m_world.remove();
-    std::vector<std::string> left;
-    for (const auto& entry : fs::directory_iterator(host(cache)))
-        left.push_back(entry.path().filename());
-    EXPECT_THAT(left, UnorderedElementsAre("Photo Database", "iPodInfo.plist"));
+    EXPECT_THAT(m_world.target.names(cache), UnorderedElementsAre("Photo Database", "iPodInfo.plist"));
     m_world.scan();
     EXPECT_EQ(m_caches->filesFound(), 0U);
 }
 
 TEST_F(CachesTest, PhotoCacheReplacedByALinkSinceTheScanIsLeftAlone) {
     const std::string cache = "/Users/sam/Pictures/Lib/iPod Photo Cache";
-    write(cache + "/F00/T1.ithmb");
-    write("/Users/sam/Documents/thesis");
+    writeAll({cache + "/F00/T1.ithmb", "/Users/sam/Documents/thesis"});
     m_world.scan();
     fs::remove_all(host(cache));
-    m_world.target.makeLink(cache, "/Users/sam/Documents");
+    link(cache, "/Users/sam/Documents");
     m_world.remove();
     EXPECT_TRUE(m_world.exists("/Users/sam/Documents/thesis"));
     EXPECT_EQ(m_caches->filesFound(), 1U);
@@ -251,7 +200,7 @@ TEST_F(CachesTest, PerUserFolderIsTheOnlyOneThatBelongsToTheUser) {
     m_world.target.makeFolder(kPerUser);
     m_world.target.makeFolder("/private/var/folders/aa/bbb/-Tmp-");
     m_world.target.makeFolder("/private/var/folders/-Caches-/x/y");
-    m_world.target.makeLink("/private/var/folders/aa/ccc/-Caches-", "/Users/sam");
+    link("/private/var/folders/aa/ccc/-Caches-", "/Users/sam");
     EXPECT_EQ(userCacheDirectory(m_world.files(), m_world.folders), kPerUser);
     m_world.target.makeFolder("/private/var/folders/aa/bbb/-Caches-"); // whose is whose?
     EXPECT_EQ(userCacheDirectory(m_world.files(), m_world.folders), "");

@@ -7,8 +7,7 @@
 namespace sweeply {
 namespace {
 
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
+using namespace testing;
 
 class DevTrashTest : public ModuleTest {
   protected:
@@ -21,38 +20,34 @@ class DevTrashTest : public ModuleTest {
         m_world.scan();
     }
     std::string listed() { return textOf(*m_module->rootNode()); }
-    static std::vector<std::string> hidden(const Node& node) {
-        std::vector<std::string> paths;
-        for (const auto& child : node.invisibleChildren())
-            paths.push_back(child->path());
-        return paths;
-    }
     std::string inOne(const std::string& name) const { return "/Applications/One.app/Contents/" + name; }
 
     DevTrashController* m_module = nullptr;
 };
 
 TEST_F(DevTrashTest, FilesForDevelopersInApplicationsAreOneItemForEachApplication) {
-    const std::vector<std::string> junk{inOne("Resources/en.lproj/Main.nib/classes.nib"),
-                                        inOne("Resources/en.lproj/Main.nib/info.nib"),
-                                        inOne("Resources/x/data.dependency"),
-                                        inOne("Frameworks/A.framework/Headers/a.h"),
-                                        inOne("b.hpp"),
-                                        inOne("designable.nib")};
-    for (const auto& path : junk)
-        write(path);
-    for (const char* name : {"Resources/en.lproj/Main.nib/keyedobjects.nib", "a.m", "h", ".h", "a.H", "a.hxx"})
-        write(inOne(name));
+    const Paths junk{inOne("Resources/en.lproj/Main.nib/classes.nib"),
+                     inOne("Resources/en.lproj/Main.nib/info.nib"),
+                     inOne("Resources/x/data.dependency"),
+                     inOne("Frameworks/A.framework/Headers/a.h"),
+                     inOne("b.hpp"),
+                     inOne("designable.nib")};
+    const Paths others{inOne("Resources/en.lproj/Main.nib/keyedobjects.nib"),
+                       inOne("a.m"),
+                       inOne("h"),
+                       inOne(".h"),
+                       inOne("a.H"),
+                       inOne("a.hxx")};
+    writeAll(junk);
+    writeAll(others);
     scan();
     EXPECT_EQ(listed(), "[x] Development Junk 24000\n  [x] One 24000\n");
     const auto one = m_module->rootNode()->childAtIndex(0)->childAtIndex(0);
-    EXPECT_THAT(hidden(*one), testing::UnorderedElementsAreArray(junk));
+    EXPECT_THAT(pathsOf(one->invisibleChildren()), UnorderedElementsAreArray(junk));
     m_world.remove();
     EXPECT_EQ(listed(), "");
-    for (const auto& path : junk)
-        EXPECT_FALSE(m_world.exists(path)) << path;
-    for (const char* name : {"Resources/en.lproj/Main.nib/keyedobjects.nib", "a.m", "h", ".h", "a.H", "a.hxx"})
-        EXPECT_TRUE(m_world.exists(inOne(name))) << name;
+    EXPECT_THAT(there(junk), IsEmpty());
+    EXPECT_EQ(there(others), others);
     scan();
     EXPECT_EQ(listed(), "") << "the category never stays empty";
 }
@@ -70,39 +65,32 @@ TEST_F(DevTrashTest, ListedApplicationIsNotLookedAtUnlessThePersonInsists) {
 
 TEST_F(DevTrashTest, ClutterOfADroppedFolderIsSortedByItsKind) {
     const std::string disk = "/Users/sam/Old.disk";
-    write(disk + "/.DS_Store");
-    write(disk + "/a/.DS_Store");
-    write(disk + "/.Spotlight-V100/store");
-    write(disk + "/photos/Thumbs.db");
-    write(disk + "/photos/Thumbs.DB");
-    write(disk + "/.Trashes/501/old.txt");
-    write(disk + "/.Trashes/501/folder/.DS_Store");
-    write(disk + "/home/.Trash/folder/inner");
-    write(disk + "/home/.Trash/plain file");
-    m_world.target.makeLink(disk + "/home/.Trash/link", "/Users/sam/Library");
-    write(disk + "/Two.app/Contents/b.h");
+    const Paths gone{disk + "/.DS_Store",           disk + "/a/.DS_Store",          disk + "/.Spotlight-V100/store",
+                     disk + "/photos/Thumbs.db",    disk + "/.Trashes/501/old.txt", disk + "/home/.Trash/folder/inner",
+                     disk + "/Two.app/Contents/b.h"};
+    const Paths kept{disk + "/photos/Thumbs.DB", disk + "/home/.Trash/plain file", disk + "/.Trashes/501",
+                     "/Users/sam/Library/Caches"};
+    writeAll(gone);
+    writeAll({kept[0], kept[1], disk + "/.Trashes/501/folder/.DS_Store"});
+    link(disk + "/home/.Trash/link", "/Users/sam/Library");
     drop(*m_module, {disk, disk});
     std::vector<std::string> categories;
     for (const auto& category : m_module->rootNode()->children())
         categories.push_back(std::string(category->name()) + " " + std::to_string(category->longSize()));
     EXPECT_THAT(categories, UnorderedElementsAre("Development Junk 4000", "Finder Junk 12000", "MS Windows Junk 4000",
                                                  "Trashes 12000"));
-    EXPECT_THAT(listed(), testing::HasSubstr("  [x] Old 12000\n"));
+    EXPECT_THAT(listed(), HasSubstr("  [x] Old 12000\n"));
     m_world.remove();
     EXPECT_EQ(listed(), "");
-    for (const char* gone : {"/.DS_Store", "/a/.DS_Store", "/.Spotlight-V100", "/photos/Thumbs.db",
-                             "/.Trashes/501/old.txt", "/home/.Trash/folder/inner", "/Two.app/Contents/b.h"})
-        EXPECT_FALSE(m_world.exists(disk + gone)) << gone;
-    for (const char* kept : {"/photos/Thumbs.DB", "/home/.Trash/plain file", "/home/.Trash/link", "/.Trashes/501"})
-        EXPECT_TRUE(m_world.exists(disk + kept)) << kept;
-    EXPECT_TRUE(m_world.exists("/Users/sam/Library/Caches")) << "a link in the trash leads to no trash";
+    EXPECT_THAT(there(gone), IsEmpty());
+    EXPECT_EQ(there(kept), kept) << "a link in the trash leads to no trash";
+    EXPECT_TRUE(m_world.exists(disk + "/home/.Trash/link"));
 }
 
 TEST_F(DevTrashTest, TrashIsListedOneAndTwoLevelsDown) {
-    write("/t/.Trash/a/1");
-    write("/t/.Trash/b");
-    const auto one = DevTrashController::enumerateAllTrashAtPath(m_world.files(), "/t/.Trash");
-    EXPECT_THAT(one, UnorderedElementsAre("/t/.Trash/a", "/t/.Trash/b"));
+    writeAll({"/t/.Trash/a/1", "/t/.Trash/b"});
+    EXPECT_THAT(DevTrashController::enumerateAllTrashAtPath(m_world.files(), "/t/.Trash"),
+                UnorderedElementsAre("/t/.Trash/a", "/t/.Trash/b"));
     EXPECT_THAT(DevTrashController::enumerateAllTrashesAtPath(m_world.files(), "/t/.Trash"),
                 ElementsAre("/t/.Trash/a/1"));
     EXPECT_TRUE(DevTrashController::enumerateAllTrashesAtPath(m_world.files(), "/nothing").empty());

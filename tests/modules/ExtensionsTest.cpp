@@ -7,7 +7,7 @@
 namespace sweeply {
 namespace {
 
-using testing::ElementsAre;
+using namespace testing;
 
 class ExtensionsTest : public UninstallWorldTest {
   protected:
@@ -26,9 +26,8 @@ class ExtensionsTest : public UninstallWorldTest {
 };
 
 TEST_F(ExtensionsTest, TabsSwitchTheProgramAndScanOnce) {
-    write("/Users/sam/Library/Widgets/deep/One.wdgt/inner.wdgt/x");
-    write("/Library/Widgets/System.wdgt/x");
-    write("/Users/sam/Library/Preferences/widget-gone.plist");
+    writeAll({"/Users/sam/Library/Widgets/deep/One.wdgt/inner.wdgt/x", "/Library/Widgets/System.wdgt/x",
+              "/Users/sam/Library/Preferences/widget-gone.plist"});
     m_world.scan();
     EXPECT_EQ(m_module->filesFoundForRemove(), 1U);
     select(ExtensionsScanController::kWidgetsTab);
@@ -49,7 +48,7 @@ TEST_F(ExtensionsTest, WidgetGoesOnlyAfterYes) {
     const std::string one = "/Users/sam/Library/Widgets/One.wdgt";
     write(one + "/x");
     m_world.target.makeFolder("/victim/file");
-    m_world.target.makeLink("/Users/sam/Library/Widgets/Link.wdgt", "/victim");
+    link("/Users/sam/Library/Widgets/Link.wdgt", "/victim");
     select(ExtensionsScanController::kWidgetsTab);
     EXPECT_EQ(listed(), "[x] One 4000\n");
     uninstall();
@@ -75,24 +74,19 @@ TEST_F(ExtensionsTest, PaneGoesWithItsPreferencesAndTheApplicationsInsideIt) {
     m_world.target.makeBundle(pane + "/Contents/Daemon.app", {{"CFBundleIdentifier", "com.example.daemon"}});
     m_world.target.makeBundle("/Library/PreferencePanes/Sound.prefPane",
                               {{"CFBundleIdentifier", "com.apple.preference.sound"}});
-    const std::vector<std::string> belongs{pane, library + "Preferences/com.example.keys.plist",
-                                           library + "Application Support/com.example.daemon",
-                                           library + "LaunchAgents/com.example.daemon.plist"};
-    for (std::size_t item = 1; item < belongs.size(); ++item)
-        write(belongs[item]);
+    const Paths belongs{pane, library + "Preferences/com.example.keys.plist",
+                        library + "Application Support/com.example.daemon",
+                        library + "LaunchAgents/com.example.daemon.plist"};
+    writeAll({belongs.begin() + 1, belongs.end()});
     write(library + "Application Support/com.example.keys");
     select(ExtensionsScanController::kPreferencesTab);
-    std::vector<std::string> found;
-    for (const auto& item : m_module->shownController().rootNode()->childAtIndex(0)->children())
-        found.push_back(item->path());
-    EXPECT_EQ(found, belongs);
+    EXPECT_EQ(pathsOf(m_module->shownController().rootNode()->childAtIndex(0)->children()), belongs);
     m_world.alerts.answers["Uninstall selected objects?"] = 0;
     uninstall();
-    for (const auto& item : belongs)
-        EXPECT_FALSE(m_world.exists(item)) << item;
+    EXPECT_THAT(there(belongs), IsEmpty());
     EXPECT_TRUE(m_world.exists(library + "Application Support/com.example.keys")) << "only preferences go with a pane";
     EXPECT_TRUE(m_world.exists("/Library/PreferencePanes/Sound.prefPane")) << "nobody said yes to the system's";
-    EXPECT_THAT(m_world.alerts.texts().back(), testing::HasSubstr("Sweeply could not remove some files"));
+    EXPECT_THAT(m_world.alerts.texts().back(), HasSubstr("Sweeply could not remove some files"));
 }
 
 TEST_F(ExtensionsTest, PluginsAreListedByKind) {
@@ -101,9 +95,8 @@ TEST_F(ExtensionsTest, PluginsAreListedByKind) {
     writeBundle("/Library/Screen Savers/Drift.saver");
     writeBundle("/Library/Screen Savers/Drift.saver/Contents/Inner.saver");
     writeBundle("/Library/Dictionaries/Any folder");
-    write("/Library/Dictionaries/plain.txt");
-    write("/Library/Services/notes.plist");
-    write("/Library/Application Support/Growl/Tickets/A.growlTicket");
+    writeAll({"/Library/Dictionaries/plain.txt", "/Library/Services/notes.plist",
+              "/Library/Application Support/Growl/Tickets/A.growlTicket"});
     writeList("/Library/LaunchDaemons/d.plist", {{"Label", "d"}});
     writeList("/Users/sam/Library/LaunchAgents/a.plist", {{"Label", "a"}});
     m_world.target.makeBundle("/Applications/Item.app", {{"CFBundleName", "The Item"}});
@@ -117,12 +110,11 @@ TEST_F(ExtensionsTest, PluginsAreListedByKind) {
     m_world.alerts.answers["Uninstall selected objects?"] = 0;
     uninstall();
     EXPECT_EQ(listed(), "");
-    for (const char* gone : {"/Library/Internet Plug-ins/Player.plugin", "/Library/LaunchDaemons/d.plist",
-                             "/Users/sam/Library/LaunchAgents/a.plist", "/Library/Dictionaries/Any folder"})
-        EXPECT_FALSE(m_world.exists(gone)) << gone;
-    for (const char* kept :
-         {"/Applications/Item.app", "/Library/Services/notes.plist", "/Library/Dictionaries/plain.txt"})
-        EXPECT_TRUE(m_world.exists(kept)) << kept;
+    EXPECT_THAT(there({"/Library/Internet Plug-ins/Player.plugin", "/Library/LaunchDaemons/d.plist",
+                       "/Users/sam/Library/LaunchAgents/a.plist", "/Library/Dictionaries/Any folder"}),
+                IsEmpty());
+    const Paths kept{"/Applications/Item.app", "/Library/Services/notes.plist", "/Library/Dictionaries/plain.txt"};
+    EXPECT_EQ(there(kept), kept);
     EXPECT_EQ(m_loginItems.loginItemsList().size(), 1U) << "an item is unregistered, its program stays";
 }
 

@@ -8,11 +8,7 @@
 namespace sweeply {
 namespace {
 
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::UnorderedElementsAre;
+using namespace testing;
 
 constexpr const char* kSharing = "Do you want to share your ignore list with other users?";
 

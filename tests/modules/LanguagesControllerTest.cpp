@@ -9,10 +9,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
+using namespace testing;
 
 constexpr const char* kNativeTitle =
     "Here is a list of languages you would probably like to keep in the applications of your Mac and some of them "
@@ -61,9 +58,10 @@ TEST_F(LanguagesTest, UnwantedLanguagesOfABundleGoByLanguageAndTheRestStays) {
           "Resources/Italian", "Resources/it", "Frameworks/X.framework/Resources/it", "Resources/zh_TW",
           "Resources/fr.lproj/nested", "Resources/Brazilian Portuguese"})
         writeLanguage(folder);
-    m_world.target.makeLink("/Applications/One.app/Contents/Resources/it_CH.lproj", "it.lproj");
-    m_world.target.makeLink("/Applications/One.app/Contents/Resources/it.lproj/it.lproj", "../it.lproj");
-    m_world.target.makeLink("/Applications/One.app/Contents/Resources/es.lproj", "/Users/sam");
+    const std::string resources = "/Applications/One.app/Contents/Resources/";
+    link(resources + "it_CH.lproj", "it.lproj");
+    link(resources + "it.lproj/it.lproj", "../it.lproj");
+    link(resources + "es.lproj", "/Users/sam");
     scan();
     EXPECT_EQ(listed(), "[x] One 28000\n"
                         "  [x] English (United Kingdom) 4000\n"
@@ -72,12 +70,12 @@ TEST_F(LanguagesTest, UnwantedLanguagesOfABundleGoByLanguageAndTheRestStays) {
                         "  [x] Chinese (Traditional) 4000\n");
     m_world.remove();
     EXPECT_EQ(listed(), "");
-    const std::string resources = "/Applications/One.app/Contents/Resources/";
     for (const char* kept : {"English", "German", "fr", "fr.lproj/nested", "Base"})
         EXPECT_EQ(read(resources + kept + ".lproj/a.strings"), "xxxxxxxxxx") << kept;
-    for (const char* gone : {"en_GB", "Italian", "it", "zh_TW", "Brazilian Portuguese"})
-        EXPECT_FALSE(m_world.exists(resources + gone + ".lproj")) << gone;
-    EXPECT_FALSE(m_world.exists("/Applications/One.app/Contents/Frameworks/X.framework/Resources/it.lproj"));
+    EXPECT_THAT(there({resources + "en_GB.lproj", resources + "Italian.lproj", resources + "it.lproj",
+                       resources + "zh_TW.lproj", resources + "Brazilian Portuguese.lproj",
+                       resources + "../Frameworks/X.framework/Resources/it.lproj"}),
+                IsEmpty());
     EXPECT_TRUE(m_world.exists("/Users/sam/Library"));
 }
 
@@ -104,7 +102,7 @@ TEST_F(LanguagesTest, NativeLanguageIsAskedAboutAndKeptUnlessThePersonInsists) {
     scan();
     ASSERT_EQ(m_world.alerts.shown.size(), 1U);
     EXPECT_EQ(m_world.alerts.shown[0].title, kNativeTitle);
-    EXPECT_THAT(m_world.alerts.shown[0].text, testing::StartsWith("German\n\nThese languages are set"));
+    EXPECT_THAT(m_world.alerts.shown[0].text, StartsWith("German\n\nThese languages are set"));
     EXPECT_EQ(listed(), "");
     m_world.alerts.answers[kNativeTitle] = 1;
     m_world.scan();
@@ -147,7 +145,7 @@ TEST_F(LanguagesTest, FolderThatCannotBeRemovedStaysListed) {
     // What was a folder is a link to somewhere precious by the time of the removal.
     m_world.target.remove("/Applications/One.app/Contents/Resources");
     write("/Users/sam/Documents/it.lproj/thesis", "precious");
-    m_world.target.makeLink("/Applications/One.app/Contents/Resources", "/Users/sam/Documents");
+    link("/Applications/One.app/Contents/Resources", "/Users/sam/Documents");
     m_world.remove();
     EXPECT_EQ(read("/Users/sam/Documents/it.lproj/thesis"), "precious");
     EXPECT_EQ(listed(), "[x] One 4000\n  [x] Italian 4000\n");

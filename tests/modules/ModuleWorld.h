@@ -11,6 +11,8 @@ namespace sweeply {
 /// A volume with applications, and what one module needs to work on it as it does in the program.
 class ModuleTest : public testing::Test {
   protected:
+    using Paths = std::vector<std::string>;
+
     explicit ModuleTest(const char* version = "10.6.8")
         : m_version(SystemVersion::fromProductVersion(version).value()), m_world(version, SWEEPLY_LIBEXEC) {
         restart();
@@ -42,13 +44,45 @@ class ModuleTest : public testing::Test {
         module.receiveDragData(paths);
         m_world.waitUntil([&] { return !module.ifScanRunning(); });
     }
-    void write(const std::string& path, const std::string& contents = "x") { m_world.target.makeFile(path, contents); }
+    void write(const std::string& path, const std::string& contents = "x") { m_world.target.write(path, contents); }
+    void writeAll(const Paths& paths) {
+        for (const auto& path : paths)
+            write(path);
+    }
+    void link(const std::string& path, const std::string& to) { m_world.target.link(path, to); }
+    void setMode(const std::string& path, mode_t mode) { m_world.target.setMode(path, mode); }
+    /// Those of the paths at which something stands.
+    Paths there(Paths paths) {
+        std::erase_if(paths, [this](const std::string& path) { return !m_world.exists(path); });
+        return paths;
+    }
     std::string read(const std::string& path) {
         return m_world.files().contentsAtPath(path, std::size_t{64} << 20U).value_or("nothing at " + path);
     }
     std::string host(const std::string& path) { return m_world.files().rootPath() + path; }
     void makeApplication(const std::string& name, const std::string& identifier) {
         m_world.target.makeBundle("/Applications/" + name + ".app", {{"CFBundleIdentifier", identifier}});
+    }
+    static Paths pathsOf(const std::vector<Node::Pointer>& nodes) {
+        Paths paths;
+        for (const auto& node : nodes)
+            paths.push_back(node->path());
+        return paths;
+    }
+    static Paths namesOf(const Node& parent) {
+        Paths names;
+        for (const auto& child : parent.children())
+            names.emplace_back(child->name());
+        return names;
+    }
+    /// Why the removal left things.
+    Paths reasons() const {
+        Paths texts;
+        for (const auto& report : m_world.gate.reports()) {
+            if (!report.outcome.isDone())
+                texts.push_back(report.outcome.error.message());
+        }
+        return texts;
     }
     /// The tree as lines: name, size and mark, each level indented.
     static std::string textOf(const Node& node, int level = 0) {

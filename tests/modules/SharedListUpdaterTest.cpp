@@ -23,9 +23,7 @@ class SharedListUpdaterTest : public testing::Test {
     std::string lastLine() const { return m_world.log.lines().empty() ? "" : m_world.log.lines().back(); }
     Result<std::string> unpacked(const std::string& name, const std::vector<std::string>& members) {
         writeArchive(m_folder.path(name), members);
-        std::ostringstream bytes;
-        bytes << std::ifstream(m_folder.path(name), std::ios::binary).rdbuf();
-        return fileFromArchive(m_lists.tools, bytes.str(), name, "wanted", {});
+        return fileFromArchive(m_lists.tools, m_folder.read(name), name, "wanted", {});
     }
 
     TestWorld m_world;
@@ -50,7 +48,6 @@ TEST_F(SharedListUpdaterTest, NewerListIsInstalledFromEveryKindOfArchiveAndOnlyO
     m_server.announce("1.9");
     EXPECT_EQ(update(), UpdateOutcome::AlreadyLatest);
     EXPECT_FALSE(m_world.exists(std::string(IgnoreListWorld::kInstalled) + ".bak"));
-
     SharedIgnoreList afterwards(m_world.files(), m_shipped, IgnoreListWorld::kInstalled, m_world.log);
     afterwards.load();
     EXPECT_EQ(afterwards.version(), "1.10");

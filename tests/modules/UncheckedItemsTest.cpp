@@ -8,9 +8,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 
 class UncheckedItemsTest : public testing::Test {
   protected:

@@ -4,31 +4,26 @@
 #include "modules/ModuleWorld.h"
 
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
+using namespace testing;
 
 /// A launch service of the test's own stands in for the machine's: it keeps loaded labels as files, and can refuse.
 class WatcherAgentsTest : public ModuleTest {
   protected:
     WatcherAgentsTest() {
-        write("/libexec/launchctl", "#!/bin/sh\nd=\"" + host("/loaded") +
-                                        "\"\nmkdir -p \"$d\"\n"
-                                        "[ -e \"" +
-                                        host("/refuses") +
-                                        "\" ] && [ \"$1\" = load ] && exit 1\n"
-                                        "for last; do :; done\nname=$(basename \"$last\" .plist)\n"
-                                        "case $1 in load) : >\"$d/$name\" ;; unload | remove) rm -f \"$d/$name\" ;;\n"
-                                        "list) [ -e \"$d/$2\" ] ;; esac\n");
+        write("/libexec/launchctl", R"(#!/bin/sh
+here=${0%/*}
+[ -e "$here/refuses" ] && [ "$1" = load ] && exit 1
+for last; do :; done
+name=$here/$(basename "$last" .plist)
+case $1 in load) : >"$name" ;; unload | remove) rm -f "$name" ;; list) [ -e "$here/$2" ] ;; esac
+)");
         write("/libexec/helper", "#!/bin/sh\n[ \"$1\" = -v ] && echo 1.2\n");
-        for (const char* program : {"/libexec/launchctl", "/libexec/helper"})
-            std::filesystem::permissions(host(program), std::filesystem::perms(0755));
+        setMode("/libexec/launchctl", 0755);
+        setMode("/libexec/helper", 0755);
     }
     std::string configuration(const std::string& label) {
         return read("/Users/sam/Library/LaunchAgents/com.brindle.Sweeply." + label + ".plist");
@@ -83,7 +78,7 @@ TEST_F(WatcherAgentsTest, VolumeCleanersAreSwitchedOneByOneAndTheLastTakesTheAge
 }
 
 TEST_F(WatcherAgentsTest, RefusalIsShownOnceAndLeavesNoConfiguration) {
-    write("/refuses");
+    write("/libexec/refuses");
     WatcherAgents agents = make();
     EXPECT_FALSE(agents.installTrashWatcher());
     EXPECT_THAT(m_world.alerts.texts(),

@@ -7,8 +7,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::HasSubstr;
+using namespace testing;
 
 class WidgetsGarbageTest : public UninstallWorldTest {
   protected:
@@ -34,43 +33,35 @@ TEST_F(WidgetsGarbageTest, PreferencesOfWidgetsThatAreGoneGo) {
     writeList("/Users/sam/Library/Widgets/C.wdgt/en.lproj/Info.plist", {{"CFBundleIdentifier", "org.c"}});
     writeList("/Users/sam/Library/Widgets/D.wdgt/Info.plist", {{"CFBundleIdentifier", ""}});
     write("/Users/sam/Library/Widgets/E.wdgt/Info.plist", "<plist>");
-    const std::vector<std::string> gone{"widget-org.c.plist", "my widget-org.e.plist", "widget-x.plist"};
-    const std::vector<std::string> kept{"widget-com.apple.widget.a.plist",
-                                        "widget-org.b.sub.plist",
-                                        "org.c.plist",
-                                        "widget-org.c",
-                                        "Widget-org.c.plist",
-                                        "ByHost/widget-org.c.plist"};
-    for (const auto& name : gone)
-        write(preference(name));
-    for (const auto& name : kept)
-        write(preference(name));
+    const Paths gone{preference("widget-org.c.plist"), preference("my widget-org.e.plist"),
+                     preference("widget-x.plist")};
+    const Paths kept{preference("widget-com.apple.widget.a.plist"),
+                     preference("widget-org.b.sub.plist"),
+                     preference("org.c.plist"),
+                     preference("widget-org.c"),
+                     preference("Widget-org.c.plist"),
+                     preference("ByHost/widget-org.c.plist")};
+    writeAll(gone);
+    writeAll(kept);
     m_world.target.makeFolder(preference("widget-folder.plist"));
     m_world.scan();
     const auto& root = *m_module->rootNode();
     ASSERT_EQ(root.childrenCount(), 1U) << "no category without content";
-    std::vector<std::string> names;
-    for (const auto& node : root.childAtIndex(0)->children())
-        names.emplace_back(node->name());
-    EXPECT_THAT(names, testing::UnorderedElementsAre("c", "e", "widget-x"));
+    EXPECT_THAT(namesOf(*root.childAtIndex(0)), UnorderedElementsAre("c", "e", "widget-x"));
     EXPECT_EQ(root.longSize(), 12000U);
     EXPECT_THAT(m_problems, Contains(HasSubstr("E.wdgt/Info.plist: ")));
     m_world.remove();
-    for (const auto& name : gone)
-        EXPECT_FALSE(m_world.exists(preference(name))) << name;
-    for (const auto& name : kept)
-        EXPECT_TRUE(m_world.exists(preference(name))) << name;
+    EXPECT_THAT(there(gone), IsEmpty());
+    EXPECT_EQ(there(kept), kept);
     EXPECT_EQ(scan(), "");
 }
 
 TEST_F(WidgetsGarbageTest, WhatStartsProgramsThatAreGoneGoes) {
     const std::string agents = "/Users/sam/Library/LaunchAgents/";
     const std::string daemons = "/Library/LaunchDaemons/";
-    write("/there/program");
-    m_world.target.makeLink("/there/link", "/there/program");
-    m_world.target.makeLink("/there/dangling", "/nowhere");
-    write("/usr/bin/tool");
-    write("/own/bin/own tool");
+    writeAll({"/there/program", "/usr/bin/tool", "/own/bin/own tool"});
+    link("/there/link", "/there/program");
+    link("/there/dangling", "/nowhere");
     const auto arguments = [](const char* program) { return plist::Array{program, "/there/program"}; };
     writeList(agents + "gone.plist", {{"Program", "/gone"}, {"ProgramArguments", arguments("/there/program")}});
     writeList(agents + "dangling.plist", {{"Program", "/there/dangling"}});
@@ -92,19 +83,19 @@ TEST_F(WidgetsGarbageTest, WhatStartsProgramsThatAreGoneGoes) {
     std::vector<std::string> listed;
     for (const auto& node : m_module->rootNode()->childAtIndex(0)->children())
         listed.push_back(std::string(node->name()) + (node->ifEnabled() ? "" : " unchecked"));
-    EXPECT_THAT(listed, testing::UnorderedElementsAre("gone.app", "x.app unchecked", "gone.plist", "dangling.plist",
-                                                      "gone too.plist", "bare.plist", "away.plist unchecked"));
+    EXPECT_THAT(listed, UnorderedElementsAre("gone.app", "x.app unchecked", "gone.plist", "dangling.plist",
+                                             "gone too.plist", "bare.plist", "away.plist unchecked"));
     EXPECT_THAT(m_problems, Contains(HasSubstr("damaged.plist: ")));
     EXPECT_THAT(m_problems, Contains(HasSubstr("nothing.plist: names no program")));
     m_world.remove();
-    for (const auto& name :
-         {agents + "gone.plist", agents + "dangling.plist", daemons + "gone too.plist", daemons + "bare.plist"})
-        EXPECT_FALSE(m_world.exists(name)) << name;
-    for (const auto& name : {agents + "away.plist", daemons + "there.plist", daemons + "tool.plist",
-                             daemons + "own.plist", daemons + "nothing.plist", daemons + "damaged.plist"})
-        EXPECT_TRUE(m_world.exists(name)) << name;
+    EXPECT_THAT(
+        there({agents + "gone.plist", agents + "dangling.plist", daemons + "gone too.plist", daemons + "bare.plist"}),
+        IsEmpty());
+    const Paths kept{agents + "away.plist", daemons + "there.plist",   daemons + "tool.plist",
+                     daemons + "own.plist", daemons + "nothing.plist", daemons + "damaged.plist",
+                     "/there/program"};
+    EXPECT_EQ(there(kept), kept);
     EXPECT_EQ(m_loginItems.loginItemsList().size(), 3U) << "only that of the program that is gone was taken out";
-    EXPECT_TRUE(m_world.exists("/there/program"));
 }
 
 } // namespace
