@@ -136,9 +136,13 @@ std::string quoted(std::string text) {
 
 std::string fishScript(const CLI::App& app) {
     const std::string line = "complete -c sweeply-cli -n ";
+    // fish's own test for this takes the value of an option for a command.
+    const std::string before = line + quoted("not __fish_seen_subcommand_from " + joined(commandNames(app), " "));
     std::string script = kFishTemplate;
+    script += before + " -l root -r -a '(__fish_complete_directories)'\n";
+    script += before + " -l user -s u -x -a '(__sweeply_cli_users)'\n";
     for (const auto& option : kGlobalOptions) {
-        const std::string start = line + "__fish_use_subcommand -l " + std::string(option.name).substr(2);
+        const std::string start = before + " -l " + std::string(option.name).substr(2);
         if (!option.takesValue)
             script += start + "\n";
         else if (*option.values != '\0')
@@ -146,8 +150,7 @@ std::string fishScript(const CLI::App& app) {
     }
     for (const auto* command : commandsOf(app)) {
         const std::string seen = quoted("__fish_seen_subcommand_from " + command->get_name());
-        script += line + "__fish_use_subcommand -f -a " + command->get_name() + " -d " +
-                  quoted(command->get_description()) + "\n";
+        script += before + " -f -a " + command->get_name() + " -d " + quoted(command->get_description()) + "\n";
         if (!takesPaths(*command))
             script += line + seen + " -f\n";
         for (const auto& word : wordsOf(*command))

@@ -18,8 +18,9 @@ inline constexpr const char* kBashTemplate = R"(_sweeply_cli_plain() {
 }
 
 _sweeply_cli_words() {
-    compopt +o filenames 2>/dev/null
     local line
+    # Words are no files, unless files are offered beside them.
+    [[ ${#COMPREPLY[@]} -eq 0 ]] && compopt +o filenames 2>/dev/null
     while IFS= read -r line; do
         COMPREPLY+=("$line")
     done < <(compgen -W "$1" -- "$2")
@@ -178,8 +179,6 @@ function __sweeply_cli_users
     end
 end
 complete -c sweeply-cli -a '(__sweeply_cli_paths)'
-complete -c sweeply-cli -n __fish_use_subcommand -l root -r -a '(__fish_complete_directories)'
-complete -c sweeply-cli -n __fish_use_subcommand -l user -s u -x -a '(__sweeply_cli_users)'
 )";
 
 } // namespace sweeply
