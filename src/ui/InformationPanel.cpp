@@ -9,7 +9,6 @@
 #include "ui/Text.h"
 
 #include <QDateTime>
-#include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QPlainTextEdit>
@@ -87,17 +86,20 @@ InformationPanel::InformationPanel(const FileManager& files, TreeLock& treeLock,
     : m_files(files), m_treeLock(treeLock), m_units(units), m_nothing(new QLabel), m_details(new QWidget),
       m_name(new QLabel), m_path(new QLabel), m_kind(new QLabel), m_size(new QLabel), m_modified(new QLabel),
       m_why(new QLabel), m_removal(new QLabel), m_behindTitle(heading({})), m_behind(new QPlainTextEdit) {
-    auto* form = new QFormLayout;
-    form->setRowWrapPolicy(QFormLayout::WrapAllRows);
-    form->setVerticalSpacing(8);
-    const auto add = [&](const char* title, QLabel* label) {
+    // A form would give texts of several lines too little height.
+    auto* rows = new QVBoxLayout(m_details);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(4);
+    const auto add = [&](const char* key, QLabel* label) {
         label->setWordWrap(true);
         label->setTextFormat(Qt::PlainText);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        label->setAccessibleName(localized(title));
-        auto* row = heading(localized(title));
-        row->setBuddy(label);
-        form->addRow(row, label);
+        label->setAccessibleName(localized(key));
+        auto* title = heading(localized(key));
+        title->setBuddy(label);
+        rows->addWidget(title);
+        rows->addWidget(label);
+        rows->addSpacing(4);
     };
     add(translatable("Name"), m_name);
     add(translatable("Where"), m_path);
@@ -107,13 +109,12 @@ InformationPanel::InformationPanel(const FileManager& files, TreeLock& treeLock,
     add(translatable("Why it is listed"), m_why);
     add(translatable("What removing it means"), m_removal);
     auto* all = new QVBoxLayout(this);
-    m_details->setLayout(form);
-    form->setContentsMargins(0, 0, 0, 0);
     m_nothing->setText(localized("Select something to see more about it."));
     m_nothing->setWordWrap(true);
     m_behind->setAccessibleName(localized("What it stands for"));
     m_behind->setReadOnly(true);
     m_behind->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_behind->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding); // the panel stays as wide as it is
     m_behindTitle->setBuddy(m_behind);
     all->addWidget(m_nothing);
     all->addWidget(m_details);

@@ -178,7 +178,7 @@ TEST_F(WindowTest, InterfaceIsNeverBlockedByAScan) {
 #if defined(NDEBUG)
     EXPECT_LT(longest, 50) << "milliseconds";
 #else
-    EXPECT_LT(longest, 500) << "milliseconds, in a build for debugging";
+    EXPECT_LT(longest, 2000) << "milliseconds, in a build for debugging, beside others";
 #endif
 }
 
