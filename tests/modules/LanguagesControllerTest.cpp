@@ -79,6 +79,32 @@ TEST_F(LanguagesTest, UnwantedLanguagesOfABundleGoByLanguageAndTheRestStays) {
     EXPECT_TRUE(m_world.exists("/Users/sam/Library"));
 }
 
+TEST_F(LanguagesTest, LinkToALocalizationThatGoesGoesWithItAndWhatAKeptLanguageNeedsStays) {
+    const std::string resources = "/Applications/One.app/Contents/Resources/";
+    for (const char* folder : {"it", "es", "pt"})
+        writeLanguage("Resources/" + std::string(folder));
+    write("/Users/sam/ja.lproj/a", "mine");
+    for (const auto& [name, destination] : std::map<std::string, std::string>{{"it_CH", "./it.lproj/"},
+                                                                              {"Italian", "it_CH.lproj"},
+                                                                              {"French", "es.lproj"},
+                                                                              {"es_MX", "es.lproj"},
+                                                                              {"ja", "/Users/sam/ja.lproj"},
+                                                                              {"ko", "no.lproj"},
+                                                                              {"nl", "nl.lproj"},
+                                                                              {"pt_BR", "pt.lproj"}})
+        m_world.target.makeLink(resources + name + ".lproj", destination);
+    scan();
+    EXPECT_EQ(listed(), "[x] One 8000\n  [x] Italian 4000\n  [x] Portuguese 4000\n");
+    m_world.target.remove(resources + "pt_BR.lproj");
+    m_world.target.makeLink(resources + "pt_BR.lproj", "es.lproj"); // since the scan
+    m_world.remove();
+    std::vector<std::string> left;
+    for (const auto& entry : std::filesystem::directory_iterator(host(resources)))
+        left.push_back(entry.path().stem());
+    EXPECT_THAT(left, testing::UnorderedElementsAre("es", "es_MX", "French", "ja", "ko", "nl", "pt_BR"));
+    EXPECT_EQ(read("/Users/sam/ja.lproj/a"), "mine");
+}
+
 TEST_F(LanguagesTest, EnglishStaysAndOtherPreferredOnesAsTheUserChose) {
     m_keepList->toggle(2);
     m_keepList->toggle(1);

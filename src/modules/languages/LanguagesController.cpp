@@ -5,6 +5,7 @@
 #include "appcore/sizes/DiskSizes.h"
 #include "engine/IgnoreList.h"
 #include "modules/languages/LanguageKeepList.h"
+#include "modules/languages/LocalizationLinks.h"
 #include "platform/Alerts.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
@@ -15,6 +16,7 @@
 #include "platform/TargetPath.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace sweeply {
@@ -127,21 +129,48 @@ const LanguagesController::Language& LanguagesController::languageOf(const std::
 }
 
 LanguagesController::Localizations LanguagesController::languagesForApplicationAtPath(const std::string& path) {
-    Localizations found;
+    struct Folder {
+        std::string path;
+        MeasuredItem measured;
+    };
+    std::vector<Folder> folders;
+    LocalizationLinks links;
     auto walk = m_languages.files.enumeratorAtPath(path);
     while (const auto entry = walk.next()) {
-        // Links among them lead to folders that are found at their own places, or in circles.
-        if (entry->type != FileType::Directory || pathExtension(entry->path) != kExtension.substr(1))
+        if (pathExtension(entry->path) != kExtension.substr(1))
+            continue;
+        std::string item = joinedPath(path, entry->path);
+        if (entry->type == FileType::SymbolicLink)
+            links.add(m_languages.files, item);
+        if (entry->type != FileType::Directory)
             continue;
         walk.skipDescendants();
-        if (const auto& code = unwantedLanguage(lastPathComponent(entry->path)); !code.empty()) {
-            auto& localization = found[code];
-            localization.folders.push_back(joinedPath(path, entry->path));
-            localization.item += m_languages.sizes.measureFolderEntry(walk.folder(), localization.folders.back());
-            localization.item.identity.kind = ItemKind::Folder;
+        if (!unwantedLanguage(lastPathComponent(entry->path)).empty()) {
+            auto measured = m_languages.sizes.measureFolderEntry(walk.folder(), item);
+            folders.push_back({std::move(item), std::move(measured)});
         }
         if (stopped())
             break;
+    }
+    std::unordered_set<std::string> needed; // by languages that stay
+    for (const auto& [link, neighbour] : links.all()) {
+        if (unwantedLanguage(lastPathComponent(link)).empty())
+            needed.insert(links.endOf(link));
+    }
+    Localizations found;
+    std::unordered_map<std::string, Localization*> going; // by folder
+    for (auto& folder : folders) {
+        if (needed.contains(folder.path))
+            continue;
+        auto& localization = found[unwantedLanguage(lastPathComponent(folder.path))];
+        localization.item += folder.measured;
+        localization.item.identity.kind = ItemKind::Folder;
+        going.emplace(folder.path, &localization);
+        localization.folders.push_back(std::move(folder.path));
+    }
+    for (const auto& [link, neighbour] : links.all()) {
+        if (const auto folder = going.find(links.endOf(link)); folder != going.end())
+            folder->second->links.push_back(link);
     }
     if (const auto& failure = walk.failure())
         services().log.log(formatText("[Languages] Exception for app %@: %@", {path, failure->reason}));
@@ -219,18 +248,43 @@ const LanguagesController::Localization* LanguagesController::localizationOf(con
 std::vector<std::string> LanguagesController::pathsBehind(const Node& node) const {
     const std::lock_guard lock(services().treeLock);
     const auto* localization = localizationOf(node);
-    return localization ? localization->folders : std::vector<std::string>();
+    if (!localization)
+        return {};
+    auto paths = localization->folders;
+    paths.insert(paths.end(), localization->links.begin(), localization->links.end());
+    return paths;
 }
 
 ChangeOutcome LanguagesController::cleanThisNode(Node& node) {
+    Localization going;
+    {
+        const std::lock_guard lock(services().treeLock);
+        if (const auto* localization = localizationOf(node))
+            going = *localization;
+    }
     auto request = requestFor(node, Operation::Remove);
-    const std::string code = std::exchange(request.path, {});
-    request.parts = pathsBehind(node);
-    if (request.parts.empty())
-        return {OutcomeKind::Failed, {ErrorKind::Other, code, "no such language was found"}};
+    if (going.folders.empty())
+        return {OutcomeKind::Failed, {ErrorKind::Other, request.path, "no such language was found"}};
+    request.parts = going.folders;
     request.hasParts = request.isSeenByParts = true;
     request.path = request.parts.front();
-    return change(request);
+    const auto outcome = change(request);
+    if (outcome.isDone())
+        removeDanglingLinks(going.links, request);
+    return outcome;
+}
+
+void LanguagesController::removeDanglingLinks(const std::vector<std::string>& links, const ChangeRequest& language) {
+    for (const auto& link : links) {
+        // One that was given another destination since leads somewhere.
+        const auto neighbour = LocalizationLinks::neighbourOf(m_languages.files, link);
+        if (neighbour.empty() || !m_languages.files.isMissingAtPath(neighbour))
+            continue;
+        ChangeRequest request{Operation::Remove, link, ChangedKind::Link};
+        request.module = language.module;
+        request.why = language.why;
+        (void)change(request); // what stays is in the record and among the failures
+    }
 }
 
 } // namespace sweeply

@@ -28,7 +28,8 @@ class LanguagesController final : public ADScanControllerView {
     /// What one application has of a language.
     struct Localization {
         std::vector<std::string> folders;
-        MeasuredItem item = {}; ///< all of them together
+        std::vector<std::string> links; ///< to these folders, from beside them; they go with them
+        MeasuredItem item = {};         ///< of the folders together
     };
     /// By the language's code.
     using Localizations = std::map<std::string, Localization, std::less<>>;
@@ -74,6 +75,8 @@ class LanguagesController final : public ADScanControllerView {
     [[nodiscard]] Localizations languagesForApplicationAtPath(const std::string& path);
     void analyzeApplication(const std::string& path);
     [[nodiscard]] bool isListed(const std::string& application) const;
+    /// Those of a language that has just gone.
+    void removeDanglingLinks(const std::vector<std::string>& links, const ChangeRequest& language);
     /// Nothing for what is no language of a listed application. Under the tree lock.
     [[nodiscard]] const Localization* localizationOf(const Node& language) const;
 
