@@ -2,6 +2,7 @@
 
 #include "appcore/sizes/DiskSizes.h"
 #include "engine/IgnoreList.h"
+#include "platform/CompanionFiles.h"
 #include "platform/FileManager.h"
 #include "platform/SystemLog.h"
 #include "platform/TargetPath.h"
@@ -9,6 +10,25 @@
 #include <utility>
 
 namespace sweeply {
+
+namespace {
+
+bool isListed(const DirectoryEntry& entry) { return entry.name != ".DS_Store"; }
+
+/// The companions of listed entries.
+std::unordered_set<std::string> companionsAmong(const std::vector<DirectoryEntry>& entries, int folder) {
+    std::unordered_set<std::string> all;
+    for (const auto& entry : entries)
+        if (entry.type == FileType::Regular && isCompanionFile(folder, entry.name))
+            all.insert(entry.name);
+    std::unordered_set<std::string> companions;
+    for (const auto& entry : entries)
+        if (!all.empty() && isListed(entry))
+            companions.insert(all.extract(companionName(entry.name)));
+    return companions;
+}
+
+} // namespace
 
 RememberedNodes::RememberedNodes(const IgnoreList& ignoreList, std::string_view moduleKey, EvidenceRule rule)
     : m_evidence(rule) {
@@ -38,13 +58,18 @@ void scanEntriesOfFolder(std::string_view folderPath, ADScanController& module, 
         return;
     module.incTotalProcentageBy(static_cast<std::uint32_t>(entries->size()));
     const RememberedNodes nodes(services.ignoreList, rules.moduleKey, rules.rule);
+    std::unordered_set<std::string> companions;
+    if (rules.goesWhole)
+        companions = companionsAmong(*entries, folder->get());
     for (const auto& entry : *entries) {
         if (module.stopped())
             return;
-        if (entry.name != ".DS_Store") {
+        if (isListed(entry) && !companions.contains(entry.name)) {
             std::string item = joinedPath(path, entry.name);
             module.setCurrentItem(item);
-            const auto found = services.sizes.measureEntry(folder->get(), item);
+            auto found = services.sizes.measureEntry(folder->get(), item);
+            if (const auto companion = companionName(entry.name); !companions.empty() && companions.contains(companion))
+                found.size += services.sizes.measureEntry(folder->get(), joinedPath(path, companion)).size;
             if (found.size >= rules.smallestSize)
                 module.addChildNode(nodes.nodeFor(entry.name, std::move(item), found));
         }

@@ -29,6 +29,8 @@ struct EntryRules {
     std::string_view moduleKey; ///< under which unchecked items are remembered
     EvidenceRule rule;
     std::uint64_t smallestSize = 0; ///< charged bytes
+    /// Does an item go whole? Then its companion ("._NAME") goes with it, is charged with it, and is no item itself.
+    bool goesWhole = true;
 };
 
 /// Lists the direct entries of a folder, each one an item of `module`, however deep it goes. A folder that does not

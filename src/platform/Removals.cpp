@@ -44,24 +44,24 @@ Result<Removals::Place> Removals::placeFor(std::string_view path) const {
     std::string name(lastPathComponent(normalised));
 
     std::lock_guard lock(m_lastFolderMutex);
-    if (!m_lastFolder.fd || m_lastFolder.path != folder) {
+    if (!m_lastFolder.folder || m_lastFolder.path != folder) {
         std::string place = withoutKnownLinks(folder);
         UniqueFd fd(openInRoot(m_root.descriptor(), "." + place, O_PATH | O_DIRECTORY, MiddleLinks::Refuse));
         if (!fd)
             return errno == ELOOP || errno == ENOTDIR ? refused("a folder on the way is a link, or none any more")
                                                       : failed(path);
-        m_lastFolder = {std::string(folder), std::move(place), std::make_shared<const UniqueFd>(std::move(fd))};
+        m_lastFolder = {std::string(folder), std::move(place), std::make_shared<OpenFolder>(std::move(fd))};
     }
     if (m_lastFolder.place != folder) {
         if (auto reason = m_guard.reasonAgainst(joinedPath(m_lastFolder.place, name)); !reason.empty())
             return refused(std::move(reason));
     }
-    return Place{m_lastFolder.fd, std::move(name)};
+    return Place{m_lastFolder.folder, std::move(name)};
 }
 
 Result<void> Removals::refuseProtectedFolder(const Place& place, std::string_view path) const {
     struct stat status {};
-    if (::fstatat(place.parent->get(), place.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (::fstatat(place.parent(), place.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return failed(path);
     if (S_ISDIR(status.st_mode) && m_guard.isProtected({status.st_dev, status.st_ino}))
         return Failure(Error{ErrorKind::Protected, std::string(path), "a protected folder is never removed"});
@@ -74,7 +74,7 @@ Result<LocatedItem> Removals::locateForRemoval(std::string_view path) const {
         return Failure(place.error());
     if (auto allowed = refuseProtectedFolder(*place, path); !allowed)
         return Failure(allowed.error());
-    UniqueFd parent(::fcntl(place->parent->get(), F_DUPFD_CLOEXEC, 0));
+    UniqueFd parent(::fcntl(place->parent(), F_DUPFD_CLOEXEC, 0));
     if (!parent)
         return failed(path);
     return LocatedItem{std::move(parent), std::move(place->name)};
@@ -90,24 +90,44 @@ Result<UniqueFd> Removals::openReferenceForRemoval(std::string_view path) const 
     return fd;
 }
 
+std::optional<std::string> Removals::companionOf(const LocatedItem& item) const {
+    return CompanionFinder(item.parent.get()).companionOf(item.name);
+}
+
 Result<void> Removals::removeItemAtPath(std::string_view path) {
     const auto place = placeFor(path);
     if (!place)
         return Failure(place.error());
+    auto removed = removeAt(*place, path);
+    return removed ? removeCompanion(*place, path) : removed;
+}
+
+Result<void> Removals::removeAt(const Place& place, std::string_view path) {
     // What is no folder goes here; only of folders can one be protected under another name.
-    if (m_root.calls().unlinkat(place->parent->get(), place->name.c_str(), 0) == 0)
+    if (m_root.calls().unlinkat(place.parent(), place.name.c_str(), 0) == 0)
         return {};
     if (errno != EISDIR && errno != EPERM) // EPERM: a folder, in the words of some systems
         return failed(path);
-    if (auto allowed = refuseProtectedFolder(*place, path); !allowed)
+    if (auto allowed = refuseProtectedFolder(place, path); !allowed)
         return allowed;
-    auto removed = removeTree(place->parent->get(), place->name, m_root.calls());
+    auto removed = removeTree(place.parent(), place.name, m_root.calls());
     if (!removed) {
         Error error = removed.error();
         error.path = joinedPath(pathWithoutLastComponent(normalisedPath(path)), error.path);
         return Failure(std::move(error));
     }
     return {};
+}
+
+Result<void> Removals::removeCompanion(const Place& place, std::string_view path) {
+    std::optional<std::string> companion;
+    {
+        const std::lock_guard lock(m_lastFolderMutex);
+        companion = place.folder->companions.companionOf(place.name);
+    }
+    if (!companion || m_root.calls().unlinkat(place.parent(), companion->c_str(), 0) == 0 || errno == ENOENT)
+        return {};
+    return failed(joinedPath(pathWithoutLastComponent(normalisedPath(path)), *companion));
 }
 
 void Removals::forgetFoldersOfRemovals() {

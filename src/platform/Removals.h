@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/CompanionFiles.h"
 #include "platform/Error.h"
 #include "platform/RemovalGuard.h"
 #include "platform/TargetRoot.h"
@@ -9,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,15 +26,19 @@ class Removals final {
     /// `root` must outlive this.
     explicit Removals(const TargetRoot& root) : m_root(root) {}
 
-    /// Removes the item and all below it; a link goes as a link. Refuses what the guard protects, the root, mount
-    /// points and everything beyond one. Nothing at the path is NotFound. What could be removed of a tree is gone even
-    /// when the rest fails; the error is the first one met.
+    /// Removes the item and all below it; a link goes as a link. Once it is gone, its companion ("._NAME") goes too;
+    /// one that cannot is the error. Refuses what the guard protects, the root, mount points and everything beyond one.
+    /// Nothing at the path is NotFound. What could be removed of a tree is gone even when the rest fails; the error is
+    /// the first one met.
     Result<void> removeItemAtPath(std::string_view path);
 
     /// Finds the item for a removal by other means (a tool with more rights) after the same checks as removeItemAtPath.
     [[nodiscard]] Result<LocatedItem> locateForRemoval(std::string_view path) const;
     /// The same item without read or write access, a link as a link: for emptying it in place.
     [[nodiscard]] Result<UniqueFd> openReferenceForRemoval(std::string_view path) const;
+
+    /// The name, in the same folder, of the companion that is to go with the item once it is gone.
+    [[nodiscard]] std::optional<std::string> companionOf(const LocatedItem& item) const;
 
     /// What removals refuse.
     [[nodiscard]] RemovalGuard& guard() { return m_guard; }
@@ -46,13 +52,23 @@ class Removals final {
     void forgetFoldersOfRemovals();
 
   private:
+    struct OpenFolder {
+        explicit OpenFolder(UniqueFd opened) : fd(std::move(opened)) {}
+
+        const UniqueFd fd;
+        CompanionFinder companions{fd.get()}; ///< guarded by m_lastFolderMutex
+    };
     /// Where a removal takes place: the folder, held open, and the name in it.
     struct Place {
-        std::shared_ptr<const UniqueFd> parent;
+        std::shared_ptr<OpenFolder> folder;
         std::string name;
+
+        [[nodiscard]] int parent() const { return folder->fd.get(); }
     };
 
     [[nodiscard]] Result<Place> placeFor(std::string_view path) const;
+    [[nodiscard]] Result<void> removeAt(const Place& place, std::string_view path);
+    [[nodiscard]] Result<void> removeCompanion(const Place& place, std::string_view path);
     [[nodiscard]] Result<void> refuseProtectedFolder(const Place& place, std::string_view path) const;
     /// The path with its longest known beginning replaced by where that leads.
     [[nodiscard]] std::string withoutKnownLinks(std::string_view path) const;
@@ -66,7 +82,7 @@ class Removals final {
     struct LastFolder {
         std::string path;  ///< as it was asked for
         std::string place; ///< without known links
-        std::shared_ptr<const UniqueFd> fd;
+        std::shared_ptr<OpenFolder> folder;
     };
     mutable std::mutex m_lastFolderMutex;
     mutable LastFolder m_lastFolder; ///< guarded by m_lastFolderMutex

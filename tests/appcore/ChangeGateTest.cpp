@@ -130,6 +130,27 @@ TEST_F(ChangeGateTest, OddNamesAreRemovedAsTheyAre) {
     EXPECT_FALSE(m_gate.couldntRemoveSomething());
 }
 
+TEST_F(ChangeGateTest, CompanionGoesTheSameWayAsItsItem) {
+    const auto make = [&] {
+        m_target.makeFile("/work/locked/item", "1");
+        m_target.makeFile("/work/locked/._item", std::string("\0\5\26\7 more", 9));
+        m_target.makeFile("/work/locked/._text", "no companion");
+    };
+    make();
+    EXPECT_EQ(erase("/work/locked/item"), OutcomeKind::Erased);
+    EXPECT_EQ(read("/libexec/calls"), "-rfP|./item|-rfP|./._item|");
+    m_privileged.authorize();
+    make();
+    EXPECT_EQ(erase("/work/locked/item"), OutcomeKind::Erased);
+    EXPECT_THAT(m_rights.calls, ElementsAre("rm -rfP ./item", "rm -rfP ./._item"));
+    EXPECT_FALSE(exists("/work/locked/item") || exists("/work/locked/._item"));
+    EXPECT_TRUE(exists("/work/locked/._text"));
+    m_rights.isHelpless = true;
+    make();
+    EXPECT_EQ(erase("/work/locked/item"), OutcomeKind::Failed);
+    EXPECT_TRUE(exists("/work/locked/._item")) << "what it belongs to is still there";
+}
+
 TEST_F(ChangeGateTest, DoubleQuoteBreaksTheShellFormsAndOnlyThose) {
     const std::string path = "/work/a\"; touch pwned; \"b";
     m_target.makeFile(path, "1");

@@ -35,6 +35,21 @@ class CachesTest : public ModuleTest {
     CachesScanController* m_caches = nullptr;
 };
 
+TEST_F(CachesTest, CompanionIsPartOfItsItem) {
+    const std::string companion("\0\5\26\7 more", 9);
+    write(kUser + "/item");
+    write(kUser + "/._item", companion);
+    write(kUser + "/._lone", companion);
+    write(kUser + "/text");
+    write(kUser + "/._text", "no companion");
+    m_world.scan();
+    EXPECT_THAT(names(0), UnorderedElementsAre("item", "._lone", "text", "._text"));
+    EXPECT_EQ(found(0, kUser + "/item")->longSize(), 8000U);
+    EXPECT_EQ(found(0, kUser + "/text")->longSize(), 4000U);
+    m_world.remove();
+    EXPECT_TRUE(fs::is_empty(host(kUser)));
+}
+
 class CachesOfASystemTest : public CachesTest, public testing::WithParamInterface<const char*> {
   protected:
     CachesOfASystemTest() : CachesTest(GetParam()) {}

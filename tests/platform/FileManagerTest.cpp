@@ -130,6 +130,42 @@ TEST_F(FileManagerTest, RemovalNamesWhatCouldNotGoAndTakesTheRest) {
     EXPECT_FALSE(exists("/tree/other"));
 }
 
+TEST_F(FileManagerTest, CompanionGoesWithItsItemAndOnlyWithIt) {
+    const std::string companion("\0\5\26\7 more", 9);
+    // Few items are looked for one by one, many in a list.
+    for (const int others : {0, 100}) {
+        const std::string folder = "/folder" + std::to_string(others) + "/";
+        for (int i = 0; i < others; ++i) {
+            write(folder + std::to_string(i), "1");
+            EXPECT_TRUE(files().removeItemAtPath(folder + std::to_string(i)));
+            write(folder + "._item", companion); // it is there when the folder is listed
+        }
+        write(folder + "item/inside", "1");
+        write(folder + "._item", companion);
+        write(folder + "text", "1");
+        write(folder + "._text", "no companion");
+        write(folder + "short", "1");
+        write(folder + "._short", companion.substr(0, 3));
+        link(folder + "._link", "../victim");
+        write(folder + "link", "1");
+        write(folder + "._folder/file", "1");
+        makeFolder(folder + "folder");
+        write(folder + "._Item", companion);
+        write(folder + "._none", companion);
+        for (const char* name : {"item", "text", "short", "link", "folder"})
+            EXPECT_TRUE(files().removeItemAtPath(folder + name)) << name;
+        EXPECT_EQ(kindOf(files().removeItemAtPath(folder + "none")), ErrorKind::NotFound);
+        EXPECT_THAT(names(folder), UnorderedElementsAre("._text", "._short", "._link", "._folder", "._Item", "._none"));
+        files().removals().forgetFoldersOfRemovals();
+    }
+    write("/tree/locked/file", "1");
+    write("/._tree", companion);
+    std::filesystem::permissions(host("/tree/locked"), std::filesystem::perms::owner_read);
+    EXPECT_FALSE(files().removeItemAtPath("/tree"));
+    std::filesystem::permissions(host("/tree/locked"), std::filesystem::perms::owner_all);
+    EXPECT_TRUE(exists("/._tree")) << "what it belongs to is still there";
+}
+
 /// Removals with the folders of one user protected.
 class RemovalRefusalTest : public FileManagerTest {
   protected:

@@ -184,10 +184,9 @@ std::vector<std::string> ChangeGate::partsToKeep(const ChangeRequest& request) c
         break;
     }
     std::vector<std::string> parts{request.path};
-    auto companion =
-        joinedPath(pathWithoutLastComponent(request.path), "._" + std::string(lastPathComponent(request.path)));
-    if (m_services.files.attributesOfItemAtPath(companion, Links::DontFollow))
-        parts.push_back(std::move(companion));
+    const auto item = m_services.files.locate(request.path);
+    if (const auto companion = item ? m_services.files.removals().companionOf(*item) : std::nullopt)
+        parts.push_back(joinedPath(pathWithoutLastComponent(request.path), *companion));
     return parts;
 }
 

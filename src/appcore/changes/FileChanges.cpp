@@ -42,41 +42,57 @@ Result<void> FileChanges::remove(const std::string& path) {
         !m_privileged.isAuthorised())
         return removed;
     const auto item = m_files.removals().locateForRemoval(path);
-    if (!item)
-        return Failure(item.error());
+    if (!item) // the item itself is gone where its companion is what stayed
+        return item.error().kind == ErrorKind::NotFound ? removed : Failure(item.error());
     // From the item's own folder, held open: nobody can put another one in its place on the way to the tool.
-    if (!m_privileged.executeCommandWithPrivilidges("/bin/rm", {"-rf", seenFromItsFolder(item->name)},
-                                                    item->parent.get()))
+    const auto remove = [&](const std::string& name) {
+        return m_privileged.executeCommandWithPrivilidges("/bin/rm", {"-rf", seenFromItsFolder(name)},
+                                                          item->parent.get());
+    };
+    if (!remove(item->name))
         return removed;
     // The tool has ended, but a person was promised that what is reported as removed is gone.
     if (m_files.attributesOfItemAtPath(path, Links::DontFollow))
         return Failure(Error{ErrorKind::Other, path, "still there after a removal with administrator rights"});
-    return {};
+    return removeCompanion(path, *item, remove);
+}
+
+Result<void> FileChanges::removeCompanion(const std::string& path, const LocatedItem& item,
+                                          const std::function<bool(const std::string& name)>& remove) const {
+    const auto companion = m_files.removals().companionOf(item);
+    if (!companion || (remove(*companion) && !m_files.removals().companionOf(item)))
+        return {};
+    return Failure(Error{ErrorKind::Other, joinedPath(pathWithoutLastComponent(path), *companion),
+                         "still there after the item that it belongs to is gone"});
 }
 
 Result<void> FileChanges::overwrite(const std::string& path) {
     const auto item = m_files.removals().locateForRemoval(path);
     if (!item)
         return Failure(item.error());
-    if (m_privileged.isAuthorised()) {
-        if (!m_privileged.executeCommandWithPrivilidges("/bin/rm", {"-rfP", seenFromItsFolder(item->name)},
-                                                        item->parent.get()))
-            return Failure(Error{ErrorKind::Other, path, "could not be removed with administrator rights"});
-    } else {
-        if (item->name.find('"') != std::string::npos)
-            return breaksTheShellForm(path);
+    if (!m_privileged.isAuthorised() && item->name.find('"') != std::string::npos)
+        return breaksTheShellForm(path);
+    Error failure{ErrorKind::Other, path, "could not be removed with administrator rights"};
+    const auto erase = [&](const std::string& name) {
+        const std::string itself = seenFromItsFolder(name);
+        if (m_privileged.isAuthorised())
+            return m_privileged.executeCommandWithPrivilidges("/bin/rm", {"-rfP", itself}, item->parent.get());
         const auto rm = m_tools.programFor("/bin/rm");
-        if (!rm)
-            return Failure(rm.error());
-        const std::string command =
-            formatText("\"%@\" -rfP \"%@\"", {escapedForShell(*rm), escapedForShell(seenFromItsFolder(item->name))});
-        if (const auto erased = shell(command, item->parent.get(), {}); !erased)
-            return Failure(
-                Error{ErrorKind::Other, path, "could not be overwritten and removed: " + erased.error().reason});
-    }
+        const auto erased =
+            rm ? shell(formatText("\"%@\" -rfP \"%@\"", {escapedForShell(*rm), escapedForShell(itself)}),
+                       item->parent.get(), {})
+               : Failure(rm.error());
+        if (!erased)
+            failure =
+                rm ? Error{ErrorKind::Other, path, "could not be overwritten and removed: " + erased.error().reason}
+                   : rm.error();
+        return erased.has_value();
+    };
+    if (!erase(item->name))
+        return Failure(failure);
     if (m_files.attributesOfItemAtPath(path, Links::DontFollow))
         return Failure(Error{ErrorKind::Other, path, "still there after its removal"});
-    return {};
+    return removeCompanion(path, *item, erase);
 }
 
 Result<void> FileChanges::empty(const std::string& path) {

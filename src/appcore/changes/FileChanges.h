@@ -2,12 +2,14 @@
 
 #include "platform/Error.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace sweeply {
 
 class FileManager;
+struct LocatedItem;
 class PrivilegedExecution;
 class ToolTable;
 
@@ -28,6 +30,9 @@ class FileChanges final {
     Result<void> empty(const std::string& path);
 
   private:
+    /// An item is gone: its companion goes the same way.
+    Result<void> removeCompanion(const std::string& path, const LocatedItem& item,
+                                 const std::function<bool(const std::string& name)>& remove) const;
     /// Runs a shell command with a folder as the working directory. The error is what the command said.
     [[nodiscard]] Result<void> shell(const std::string& command, int workingDirectory,
                                      const std::vector<int>& inheritedDescriptors) const;

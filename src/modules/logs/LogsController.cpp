@@ -34,7 +34,7 @@ LogsController::LogsController(const ModuleServices& services, ScanCoordinator& 
 
 void LogsController::scanLogsInPath(const std::string& path, ADScanController& module, const ModuleServices& services) {
     scanEntriesOfFolder(services.folders.expandTilde(path), module, services,
-                        {kModuleKey, EvidenceRule::LogSize, kSmallestLog});
+                        {kModuleKey, EvidenceRule::LogSize, kSmallestLog, false});
 }
 
 ChangeRequest LogsController::rotationOf(ChangeRequest request) const {
