@@ -44,7 +44,7 @@ class ChangeRunsTest : public testing::Test {
         target.makeFile("/Applications/A.app/\xff odd\n\"name", "odd");
         target.makeLink("/Applications/A.app/link", "/nowhere");
         target.makeFile(kHome + "/Library/Preferences/org.a.plist", "preferences");
-        target.makeFile(kHome + "/Library/Preferences/._org.a.plist", "companion");
+        target.makeFile(kHome + "/Library/Preferences/._org.a.plist", std::string("\0\5\26\7 companion", 14));
         target.makeLink(kHome + "/Library/Caches/link", "/Applications");
         target.makeFile(kHome + "/Library/LaunchAgents/org.a.agent.plist", "launch");
         target.makeFile(kDatabase + "org.a.pkg.plist", "receipt");

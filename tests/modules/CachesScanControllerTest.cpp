@@ -44,8 +44,8 @@ TEST_F(CachesTest, CompanionIsPartOfItsItem) {
     write(kUser + "/._text", "no companion");
     m_world.scan();
     EXPECT_THAT(names(0), UnorderedElementsAre("item", "._lone", "text", "._text"));
-    EXPECT_EQ(found(0, kUser + "/item")->longSize(), 8000U);
-    EXPECT_EQ(found(0, kUser + "/text")->longSize(), 4000U);
+    EXPECT_EQ(found(kUser + "/item")->longSize(), 8000U);
+    EXPECT_EQ(found(kUser + "/text")->longSize(), 4000U);
     m_world.remove();
     EXPECT_TRUE(fs::is_empty(host(kUser)));
 }

@@ -4,6 +4,7 @@
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
 #include "platform/Process.h"
+#include "platform/TargetPath.h"
 #include "platform/ToolTable.h"
 
 #include <cerrno>
