@@ -13,10 +13,10 @@ AlertAnswer TerminalAlerts::runAlert(const Alert& alert) {
     const bool isQuestion = alert.buttons.size() > 1;
     const bool canAsk = isQuestion && m_terminal.isInteractive();
     if (canAsk || !m_isQuiet) {
-        std::cerr << escapedForDisplay(alert.title) << "\n";
+        std::cerr << escapedAroundNames(alert.title) << "\n";
         std::istringstream text(alert.text);
         for (std::string line; std::getline(text, line);)
-            std::cerr << escapedForDisplay(line) << "\n";
+            std::cerr << escapedAroundNames(line) << "\n";
     }
     AlertAnswer answer;
     answer.button = canAsk ? ask(alert) : alert.safeButton;

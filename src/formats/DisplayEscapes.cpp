@@ -36,9 +36,6 @@ void appendDigits(std::string& text, std::uint32_t number, int count) {
 
 void appendByte(std::string& text, unsigned char byte) {
     switch (byte) {
-    case '\\':
-        text += "\\\\";
-        return;
     case '\n':
         text += "\\n";
         return;
@@ -54,16 +51,17 @@ void appendByte(std::string& text, unsigned char byte) {
     }
 }
 
-} // namespace
-
-std::string escapedForDisplay(std::string_view text) {
+std::string escaped(std::string_view text, std::string_view backslash) {
     std::string result;
     result.reserve(text.size());
     while (!text.empty()) {
         const auto byte = static_cast<unsigned char>(text.front());
         const std::size_t length = utf8SequenceLength(text);
         if (length == 0 || isControl(byte) || byte == '\\') {
-            appendByte(result, byte);
+            if (byte == '\\')
+                result += backslash;
+            else
+                appendByte(result, byte);
             text.remove_prefix(1);
             continue;
         }
@@ -78,5 +76,11 @@ std::string escapedForDisplay(std::string_view text) {
     }
     return result;
 }
+
+} // namespace
+
+std::string escapedForDisplay(std::string_view text) { return escaped(text, "\\\\"); }
+
+std::string escapedAroundNames(std::string_view text) { return escaped(text, "\\"); }
 
 } // namespace sweeply

@@ -17,4 +17,7 @@ namespace sweeply {
 /// Shells read it back between $' and '.
 [[nodiscard]] std::string escapedForDisplay(std::string_view text);
 
+/// The same for a text of ours that holds names escaped already: its backslashes stay as they are.
+[[nodiscard]] std::string escapedAroundNames(std::string_view text);
+
 } // namespace sweeply

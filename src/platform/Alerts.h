@@ -6,7 +6,8 @@
 
 namespace sweeply {
 
-/// A question or a message for the person in front of the program. Texts are already translated.
+/// A question or a message for the person in front of the program. Texts are already translated, and the
+/// names in them escaped for display: a line of its own in a name would read as one of ours.
 struct Alert {
     enum class Style { Informational, Warning };
 

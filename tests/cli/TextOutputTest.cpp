@@ -64,6 +64,10 @@ TEST_F(CliTest, NamesAreEscapedWhereverTheyAreShown) {
             EXPECT_THAT(result.*row.shownOn, HasSubstr(kShown));
         }
     }
+    write(application + "/Contents/Info.plist", "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key>"
+                                                "<string>com.apple.x</string></dict></plist>");
+    EXPECT_THAT(runOnVolume({"uninstall", "--yes", application}).errors,
+                HasSubstr("\n\"" + std::string(kShown) + "\" seems to be a system application"));
     makeFolder("/../" + awkward);
     const auto lost = run({"--root", m_folder + "/" + awkward, "scan"});
     EXPECT_THAT(lost.errors, HasSubstr(kShown));

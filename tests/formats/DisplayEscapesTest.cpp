@@ -23,6 +23,7 @@ TEST(DisplayEscapes, NothingBreaksTheLineCommandsATerminalOrTurnsTheText) {
     };
     for (const auto& row : rows)
         EXPECT_EQ(escapedForDisplay(row.text), row.shown);
+    EXPECT_EQ(escapedAroundNames(escapedForDisplay("a\\b\n") + "\n"), "a\\\\b\\n\\n") << "names are escaped once";
 }
 
 } // namespace

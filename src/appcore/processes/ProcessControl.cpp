@@ -2,6 +2,7 @@
 
 #include "appcore/ADTaskRunner.h"
 #include "appcore/PrivilegedExecution.h"
+#include "formats/DisplayEscapes.h"
 #include "platform/Alerts.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
@@ -50,7 +51,7 @@ std::string namesOf(const std::vector<ProcessControl::Application>& applications
     std::string last;
     for (const auto& application : applications) {
         if (application.name != last)
-            names += application.name + "\n";
+            names += escapedForDisplay(application.name) + "\n";
         last = application.name;
     }
     return names;

@@ -1,6 +1,7 @@
 #include "modules/ignorelist/IgnoreListController.h"
 
 #include "appcore/SWApplicationCore.h"
+#include "formats/DisplayEscapes.h"
 #include "modules/ignorelist/IgnoreListPreferences.h"
 #include "platform/Alerts.h"
 #include "platform/MainThread.h"
@@ -100,7 +101,7 @@ bool IgnoreListController::applicationInListWithUserNotification(std::string_vie
     bool goesAhead = false;
     m_services.mainThread.runAndWait([&] {
         const auto answer = m_services.alerts.runAlert(
-            question(localizedFormat("%@ is in the ignore list", {nameWithoutExtension(path)}),
+            question(localizedFormat("%@ is in the ignore list", {escapedForDisplay(nameWithoutExtension(path))}),
                      localizedString("Are you sure you want to slim it?")));
         goesAhead = answer.button == 0;
     });

@@ -5,6 +5,7 @@
 #include "appcore/receipts/ReceiptFiles.h"
 #include "engine/ADScanControllerView.h"
 #include "engine/ScanCoordinator.h"
+#include "formats/DisplayEscapes.h"
 #include "platform/Alerts.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
@@ -43,7 +44,7 @@ bool UninstallSteps::confirmsSystemApplication(const Node& entry, ADScanControll
            asks(localizedString("Deleting system application"),
                 localizedFormat("\"%@\" seems to be a system application. Removing it can corrupt your system. \nDo "
                                 "you want to remove it anyway?",
-                                {item.name}),
+                                {escapedForDisplay(item.name)}),
                 localizedButton("Yes")) ||
            stays(entry, module, "stays: it is a system application, and its removal was not confirmed");
 }
@@ -114,7 +115,7 @@ ChangeOutcome UninstallSteps::removeItem(const Node& node, ADScanController& mod
               localizedFormat("Package \"%@\" serves multiple applications. Removing it will make impossible to "
                               "uninstall or fix other applications later. It's highly recommended to leave it. Do you "
                               "want to remove it anyway?",
-                              {item.name}),
+                              {escapedForDisplay(item.name)}),
               localizedButton("Yes")))
         return m_services.gate.stays(request,
                                      "stays: it serves several applications, and its removal was not confirmed");
