@@ -7,9 +7,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 
 constexpr const char* kTitle = "Sweeply automatical application uninstall";
 constexpr const char* kSuppressed = "DontShowAutomaticallAppUninstallAlert";

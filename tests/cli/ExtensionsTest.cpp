@@ -11,10 +11,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::UnorderedElementsAre;
+using namespace testing;
 
 /// On the sample volume, as people try it.
 class CliExtensionsTest : public CliTest {

@@ -8,9 +8,7 @@ namespace sweeply {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::HasSubstr;
-using testing::Not;
-using testing::UnorderedElementsAreArray;
+using namespace testing;
 using Paths = std::vector<std::string>;
 
 constexpr const char* kApplication = "/Applications/Ledger.app";

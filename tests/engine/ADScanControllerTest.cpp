@@ -7,10 +7,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::IsSupersetOf;
+using namespace testing;
 
 class ADScanControllerTest : public testing::Test {
   protected:

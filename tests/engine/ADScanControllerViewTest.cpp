@@ -9,9 +9,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 
 class ADScanControllerViewTest : public testing::Test {
   protected:

@@ -19,11 +19,7 @@ namespace sweeply {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
+using namespace testing;
 
 const std::string kHome = "/Users/sam";
 const std::string kLoginList = kHome + "/Library/Preferences/loginwindow.plist";

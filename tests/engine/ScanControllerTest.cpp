@@ -7,9 +7,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 
 constexpr const char* kRightsTitle = "Some items can only be removed by an administrator";
 constexpr const char* kSomethingStayed =

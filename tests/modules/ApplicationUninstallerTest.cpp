@@ -17,11 +17,7 @@ namespace sweeply {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
-using testing::UnorderedElementsAre;
+using namespace testing;
 
 class UninstallerTest : public UninstallWorldTest {
   protected:

@@ -8,10 +8,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
+using namespace testing;
 namespace fs = std::filesystem;
 
 const std::string kLibrary = "/Users/sam/Library/";
@@ -37,14 +34,14 @@ class ClaimsTest : public UninstallWorldTest {
         }
         throw std::runtime_error("not listed: " + path);
     }
-    /// "[x] RULE STRENGTH" and who claims the item, each after a "<".
+    /// "[x] RULE STRENGTH" and what claims the item is called, each after a "<".
     std::string judgement(const std::string& path) {
         const auto& node = item(path);
         std::string text = node.ifEnabled() ? "[x]" : "[ ]";
         if (const auto* evidence = node.evidence()) {
             text += " " + std::string(nameOf(evidence->rule)) + " " + std::string(nameOf(evidence->strength));
             for (const auto& claimant : evidence->alsoClaimedBy)
-                text += " < " + claimant;
+                text += " < " + std::string(nameWithoutExtension(claimant));
         }
         return text;
     }
@@ -62,11 +59,12 @@ class ClaimsTest : public UninstallWorldTest {
     ApplicationUninstaller* m_module = nullptr;
 };
 
-/// Applications, and what is found of the first of them: how it is judged, or "" for what is not listed.
+/// Applications, and what is found of the first of them in the user's Library: how it is judged, or "" for what is not
+/// listed.
 struct Volume {
     const char* name;
     struct Application {
-        const char* path;
+        const char* fileName;
         const char* identifier;
         const char* name;
     };
@@ -77,14 +75,16 @@ struct Volume {
 class ClaimedVolumeTest : public ClaimsTest, public testing::WithParamInterface<Volume> {};
 
 TEST_P(ClaimedVolumeTest, OnlyWhatNobodyElseClaimsGoesWithAnApplication) {
-    for (const auto& [path, identifier, name] : GetParam().applications)
-        install(path, identifier, name);
-    for (const auto& [path, expected] : GetParam().files)
-        write(path, "contents of " + path);
+    const auto bundle = [](const char* fileName) { return "/Applications/" + std::string(fileName) + ".app"; };
+    for (const auto& [fileName, identifier, name] : GetParam().applications)
+        install(bundle(fileName), identifier, name);
+    for (const auto& [file, judged] : GetParam().files)
+        write(kLibrary + file, "contents of " + file);
     auto expected = volume();
-    const std::string application = GetParam().applications.front().path;
+    const std::string application = bundle(GetParam().applications.front().fileName);
     drop(*m_module, {application});
-    for (const auto& [path, judged] : GetParam().files) {
+    for (const auto& [file, judged] : GetParam().files) {
+        const std::string path = kLibrary + file;
         if (!judged.empty()) {
             EXPECT_EQ(judgement(path), judged) << path;
         }
@@ -98,80 +98,68 @@ TEST_P(ClaimedVolumeTest, OnlyWhatNobodyElseClaimsGoesWithAnApplication) {
 
 INSTANTIATE_TEST_SUITE_P(
     , ClaimedVolumeTest,
-    testing::Values(
-        Volume{
-            "WordsOfOthersNames",
-            {{"/Applications/Notes.app", "com.acme.notes", "Notes"},
-             {"/Applications/Notes Pro.app", "com.acme.notespro", "Notes Pro"}},
-            {{kLibrary + "Preferences/com.acme.notes.plist", "[x] identifier certain"},
-             {kLibrary + "Caches/com.acme.notes", "[x] identifier certain"},
-             {kLibrary + "Application Support/Notes", "[x] name likely"},
-             {kLibrary + "Preferences/com.acme.notespro.plist", "[ ] identifier weak < /Applications/Notes Pro.app"},
-             {kLibrary + "Caches/com.acme.notespro", "[ ] identifier weak < /Applications/Notes Pro.app"},
-             {kLibrary + "LaunchAgents/com.acme.notespro.plist", "[ ] identifier weak < /Applications/Notes Pro.app"},
-             {kLibrary + "Application Support/Notes Pro", "[ ] name weak < /Applications/Notes Pro.app"},
-             {kLibrary + "Logs/Notes Pro", "[ ] name weak < /Applications/Notes Pro.app"},
-             {kLibrary + "Application Support/My Notes", "[ ] name weak"},
-             {kLibrary + "Notes Backup 2009", "[ ] name weak"},
-             {kLibrary + "Preferences/Notepad.plist", ""}}},
-        Volume{"IdentifierThatBeginsAnother",
-               {{"/Applications/Backup.app", "com.safe.backup", "Backup"},
-                {"/Applications/Backup Helper.app", "com.safe.backup.helper", "Backup Helper"}},
-               {{kLibrary + "Preferences/com.safe.backup.plist", "[x] identifier certain"},
-                {kLibrary + "Preferences/com.safe.backup.agent.plist", "[x] identifier likely"},
-                {kLibrary + "Preferences/com.safe.backup.helper.plist",
-                 "[ ] identifier likely < /Applications/Backup Helper.app"},
-                {kLibrary + "Preferences/com.safe.backup.helper.old.plist",
-                 "[ ] identifier likely < /Applications/Backup Helper.app"},
-                {kLibrary + "Preferences/ByHost/com.safe.backup.001f5b3a9c0d.plist", "[x] identifier certain"},
-                {kLibrary + "Preferences/ByHost/com.safe.backup.helper.001f5b3a9c0d.plist",
-                 "[ ] identifier likely < /Applications/Backup Helper.app"},
-                {kLibrary + "Application Support/Backup Helper", "[ ] name weak < /Applications/Backup Helper.app"}}},
-        Volume{"NamesThatBeginAlike",
-               {{"/Applications/Note.app", "com.acme.note", "Note"},
-                {"/Applications/Notes.app", "com.acme.notes", "Notes"}},
-               {{kLibrary + "Application Support/Note", "[x] name likely"},
-                {kLibrary + "Application Support/Notes", ""},
-                {kLibrary + "Caches/com.acme.notes", "[ ] identifier weak < /Applications/Notes.app"}}},
-        Volume{"SuiteOfOneMaker",
-               {{"/Applications/Acme.app", "com.acme.suite", "Acme"},
-                {"/Applications/Acme Writer.app", "com.acme.suite.writer", "Acme Writer"},
-                {"/Applications/Acme Painter.app", "com.acme.suite.painter", "Acme Painter"}},
-               {{kLibrary + "Preferences/com.acme.suite.shared.plist", "[x] identifier likely"},
-                {kLibrary + "Preferences/com.acme.suite.writer.plist",
-                 "[ ] identifier likely < /Applications/Acme Writer.app"},
-                {kLibrary + "Application Support/Acme", "[x] name likely"},
-                {kLibrary + "Application Support/Acme Fonts", "[ ] name weak"}}},
-        Volume{
-            "VendorFolderOfTwo",
-            {{"/Applications/Notes.app", "com.acme.notes", "Notes"},
-             {"/Applications/Tasks.app", "com.acme.tasks", "Tasks"}},
-            {{kLibrary + "Application Support/Acme/Notes/a", ""}, {kLibrary + "Application Support/Acme/Tasks/a", ""}}},
-        Volume{"OneLetterName",
-               {{"/Applications/X.app", "org.x", "X"}, {"/Applications/X Files.app", "org.xfiles.app", "X Files"}},
-               {{kLibrary + "Preferences/org.x.plist", "[x] identifier certain"},
-                {kLibrary + "Application Support/X", "[x] name likely"},
-                {kLibrary + "Application Support/Generation X", "[ ] name weak"},
-                {kLibrary + "Application Support/X Files", "[ ] name weak < /Applications/X Files.app"},
-                {kLibrary + "Preferences/org.xfiles.app.plist", ""}}},
-        Volume{"IdentifierInOtherLetters",
-               {{"/Applications/Notes.app", "com.acme.notes", "Notes"},
-                {"/Applications/Sync.app", "COM.Acme.Notes.Sync", "Sync"}},
-               {{kLibrary + "Preferences/com.acme.notes.sync.plist", "[ ] identifier likely < /Applications/Sync.app"},
-                {kLibrary + "Preferences/com.acme.notes.plist", "[x] identifier certain"}}},
-        Volume{"OldCopyOfOneThatStays",
-               {{"/Applications/Old/Notes.app", "com.acme.notes", "Notes"},
-                {"/Applications/Notes.app", "com.acme.notes", "Notes"}},
-               {{kLibrary + "Preferences/com.acme.notes.plist", "[ ] identifier certain < /Applications/Notes.app"},
-                {kLibrary + "Application Support/Notes", "[ ] name likely < /Applications/Notes.app"}}},
-        Volume{"TwoVersionsSideBySide",
-               {{"/Applications/Writer 1.app", "com.acme.writer1", "Writer"},
-                {"/Applications/Writer 2.app", "com.acme.writer2", "Writer"}},
-               {{kLibrary + "Preferences/com.acme.writer1.plist", "[x] identifier certain"},
-                {kLibrary + "Preferences/com.acme.writer2.plist", ""},
-                {kLibrary + "Application Support/Writer", "[ ] name likely < /Applications/Writer 2.app"},
-                {kLibrary + "Application Support/Writer 1", "[x] name likely"},
-                {kLibrary + "Application Support/Writer 2", "[ ] name weak < /Applications/Writer 2.app"}}}),
+    testing::Values(Volume{"WordsOfOthersNames",
+                           {{"Notes", "com.acme.notes", "Notes"}, {"Notes Pro", "com.acme.notespro", "Notes Pro"}},
+                           {{"Preferences/com.acme.notes.plist", "[x] identifier certain"},
+                            {"Caches/com.acme.notes", "[x] identifier certain"},
+                            {"Application Support/Notes", "[x] name likely"},
+                            {"Preferences/com.acme.notespro.plist", "[ ] identifier weak < Notes Pro"},
+                            {"Caches/com.acme.notespro", "[ ] identifier weak < Notes Pro"},
+                            {"LaunchAgents/com.acme.notespro.plist", "[ ] identifier weak < Notes Pro"},
+                            {"Application Support/Notes Pro", "[ ] name weak < Notes Pro"},
+                            {"Logs/Notes Pro", "[ ] name weak < Notes Pro"},
+                            {"Application Support/My Notes", "[ ] name weak"},
+                            {"Notes Backup 2009", "[ ] name weak"},
+                            {"Preferences/Notepad.plist", ""}}},
+                    Volume{"IdentifierThatBeginsAnother",
+                           {{"Backup", "com.safe.backup", "Backup"},
+                            {"Backup Helper", "com.safe.backup.helper", "Backup Helper"}},
+                           {{"Preferences/com.safe.backup.plist", "[x] identifier certain"},
+                            {"Preferences/com.safe.backup.agent.plist", "[x] identifier likely"},
+                            {"Preferences/com.safe.backup.helper.plist", "[ ] identifier likely < Backup Helper"},
+                            {"Preferences/com.safe.backup.helper.old.plist", "[ ] identifier likely < Backup Helper"},
+                            {"Preferences/ByHost/com.safe.backup.001f5b3a9c0d.plist", "[x] identifier certain"},
+                            {"Preferences/ByHost/com.safe.backup.helper.001f5b3a9c0d.plist",
+                             "[ ] identifier likely < Backup Helper"},
+                            {"Application Support/Backup Helper", "[ ] name weak < Backup Helper"}}},
+                    Volume{"NamesThatBeginAlike",
+                           {{"Note", "com.acme.note", "Note"}, {"Notes", "com.acme.notes", "Notes"}},
+                           {{"Application Support/Note", "[x] name likely"},
+                            {"Application Support/Notes", ""},
+                            {"Caches/com.acme.notes", "[ ] identifier weak < Notes"}}},
+                    Volume{"SuiteOfOneMaker",
+                           {{"Acme", "com.acme.suite", "Acme"},
+                            {"Acme Writer", "com.acme.suite.writer", "Acme Writer"},
+                            {"Acme Painter", "com.acme.suite.painter", "Acme Painter"}},
+                           {{"Preferences/com.acme.suite.shared.plist", "[x] identifier likely"},
+                            {"Preferences/com.acme.suite.writer.plist", "[ ] identifier likely < Acme Writer"},
+                            {"Application Support/Acme", "[x] name likely"},
+                            {"Application Support/Acme Fonts", "[ ] name weak"}}},
+                    Volume{"VendorFolderOfTwo",
+                           {{"Notes", "com.acme.notes", "Notes"}, {"Tasks", "com.acme.tasks", "Tasks"}},
+                           {{"Application Support/Acme/Notes/a", ""}, {"Application Support/Acme/Tasks/a", ""}}},
+                    Volume{"OneLetterName",
+                           {{"X", "org.x", "X"}, {"X Files", "org.xfiles.app", "X Files"}},
+                           {{"Preferences/org.x.plist", "[x] identifier certain"},
+                            {"Application Support/X", "[x] name likely"},
+                            {"Application Support/Generation X", "[ ] name weak"},
+                            {"Application Support/X Files", "[ ] name weak < X Files"},
+                            {"Preferences/org.xfiles.app.plist", ""}}},
+                    Volume{"IdentifierInOtherLetters",
+                           {{"Notes", "com.acme.notes", "Notes"}, {"Sync", "COM.Acme.Notes.Sync", "Sync"}},
+                           {{"Preferences/com.acme.notes.sync.plist", "[ ] identifier likely < Sync"},
+                            {"Preferences/com.acme.notes.plist", "[x] identifier certain"}}},
+                    Volume{"OldCopyOfOneThatStays",
+                           {{"Old/Notes", "com.acme.notes", "Notes"}, {"Notes", "com.acme.notes", "Notes"}},
+                           {{"Preferences/com.acme.notes.plist", "[ ] identifier certain < Notes"},
+                            {"Application Support/Notes", "[ ] name likely < Notes"}}},
+                    Volume{"TwoVersionsSideBySide",
+                           {{"Writer 1", "com.acme.writer1", "Writer"}, {"Writer 2", "com.acme.writer2", "Writer"}},
+                           {{"Preferences/com.acme.writer1.plist", "[x] identifier certain"},
+                            {"Preferences/com.acme.writer2.plist", ""},
+                            {"Application Support/Writer", "[ ] name likely < Writer 2"},
+                            {"Application Support/Writer 1", "[x] name likely"},
+                            {"Application Support/Writer 2", "[ ] name weak < Writer 2"}}}),
     [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST_F(ClaimsTest, WhatGoesInTheSameRunClaimsNothing) {
@@ -180,17 +168,17 @@ TEST_F(ClaimsTest, WhatGoesInTheSameRunClaimsNothing) {
     const std::string shared = kLibrary + "Preferences/com.safe.backup.helper.x.plist";
     write(shared);
     drop(*m_module, {"/Applications/Backup.app"});
-    EXPECT_EQ(judgement(shared), "[ ] identifier likely < /Applications/Backup Helper.app");
+    EXPECT_EQ(judgement(shared), "[ ] identifier likely < Backup Helper");
     drop(*m_module, {"/Applications/Backup Helper.app"});
     EXPECT_EQ(judgement(shared), "[x] identifier likely");
     auto& helper = item("/Applications/Backup Helper.app");
     m_module->toggleOutlineItem(helper);
-    EXPECT_EQ(judgement(shared), "[ ] identifier likely < /Applications/Backup Helper.app") << "it stays after all";
+    EXPECT_EQ(judgement(shared), "[ ] identifier likely < Backup Helper") << "it stays after all";
     m_module->toggleOutlineItem(item(shared));
     m_module->toggleOutlineItem(item("/Applications/Backup.app"));
     EXPECT_TRUE(item(shared).ifEnabled()) << "what a person checked stays checked";
     m_module->removeSelectedItems({m_module->rootNode()->childAtIndex(1)});
-    EXPECT_EQ(judgement(shared), "[x] identifier likely < /Applications/Backup Helper.app");
+    EXPECT_EQ(judgement(shared), "[x] identifier likely < Backup Helper");
 }
 
 TEST_F(ClaimsTest, OnlyAClickOnItselfChecksWhatIsClaimedOrWeak) {
@@ -206,11 +194,11 @@ TEST_F(ClaimsTest, OnlyAClickOnItselfChecksWhatIsClaimedOrWeak) {
     EXPECT_TRUE(item("/Applications/Notes.app").ifEnabled());
     EXPECT_EQ(m_module->totalSize(), item("/Applications/Notes.app").longSize()) << "what would go";
     EXPECT_EQ(judgement(weak), "[ ] name weak");
-    EXPECT_EQ(judgement(claimed), "[ ] name weak < /Applications/Notes Pro.app");
+    EXPECT_EQ(judgement(claimed), "[ ] name weak < Notes Pro");
     m_world.defaults->setBool(uninstaller::kCheckWeakMatches, true);
     m_module->reconsiderClaims();
     EXPECT_EQ(judgement(weak), "[x] name weak");
-    EXPECT_EQ(judgement(claimed), "[ ] name weak < /Applications/Notes Pro.app");
+    EXPECT_EQ(judgement(claimed), "[ ] name weak < Notes Pro");
     EXPECT_EQ(reasonAgainstChecking(*item(claimed).evidence()),
               "Not checked: it may belong to /Applications/Notes Pro.app.");
     m_world.defaults->setBool(uninstaller::kCheckWeakMatches, false);
@@ -244,15 +232,13 @@ TEST_F(ClaimsTest, ReceiptsPluginsAndLaunchItemsAreClaimedByThoseWhoShareThem) {
     drop(*m_module, {"/Applications/Notes.app"});
     EXPECT_EQ(judgement("/Applications/Notes.app"), "[x] bundle certain");
     EXPECT_EQ(judgement("/usr/local/lib/own"), "[x] receipt certain");
-    EXPECT_EQ(judgement("/usr/local/lib/shared"), "[ ] receipt certain < /Applications/Tasks.app");
-    EXPECT_EQ(judgement("/Applications/Extras.plugin"), "[ ] receipt certain < /Applications/Extras.plugin/Tool.app")
-        << "it would go with this";
+    EXPECT_EQ(judgement("/usr/local/lib/shared"), "[ ] receipt certain < Tasks");
+    EXPECT_EQ(judgement("/Applications/Extras.plugin"), "[ ] receipt certain < Tool") << "it would go with this";
     EXPECT_EQ(judgement("com.acme.notes.pkg"), "[x] receipt certain");
     EXPECT_EQ(judgement("/Library/QuickLook/Alone.qlgenerator"), "[x] brought-plugin certain");
-    EXPECT_EQ(judgement("/Library/QuickLook/Common.qlgenerator"),
-              "[ ] brought-plugin certain < /Applications/Tasks.app");
+    EXPECT_EQ(judgement("/Library/QuickLook/Common.qlgenerator"), "[ ] brought-plugin certain < Tasks");
     EXPECT_EQ(judgement(agents + "org.com.acme.notes.plist"), "[x] launch-item certain");
-    EXPECT_EQ(judgement(agents + "com.acme.notes.plist"), "[ ] identifier certain < /Applications/Tasks.app");
+    EXPECT_EQ(judgement(agents + "com.acme.notes.plist"), "[ ] identifier certain < Tasks");
     EXPECT_EQ(judgement(kLibrary + "Preferences/Inner"), "[x] nested-application likely");
     const auto entry = m_module->rootNode()->childAtIndex(0);
     EXPECT_EQ(entry->childWithEqualName("Startup Item")->evidence()->rule, EvidenceRule::LoginItem);

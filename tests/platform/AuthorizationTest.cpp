@@ -7,9 +7,7 @@
 namespace sweeply {
 namespace {
 
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
 /// A stand-in for sudo that writes down how it was called and does what files beside it say: "refuse" lets it deny
 /// everything, "wander" lets it start programs in "/", as a runcwd setting would.

@@ -10,9 +10,7 @@
 namespace sweeply {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
+using namespace testing;
 
 /// Keeps what came over the bus as lines of text.
 class Heard {
