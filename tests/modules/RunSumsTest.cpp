@@ -34,10 +34,11 @@ TEST_F(RunSumsTest, FreedIsWhatTheItemsSayAndWhatTheTotalGrowsByWhateverFails) {
                 write(item + (random() % 2 ? "" : "/inner" + std::to_string(random() % 3)),
                       std::string(random() % 30000, 'x'));
         }
+        write("/Users/sam/Library/Caches/busy/old");
         start();
         const auto totalBefore = m_world.statistics->numberTotalSizeSaved();
         m_world.scan();
-        write("/Users/sam/Library/Caches/item1/new"); // somebody goes on writing
+        write("/Users/sam/Library/Caches/busy/new" + std::to_string(round)); // somebody goes on writing
         const unsigned failing = 2 + static_cast<unsigned>(random() % 20);
         unsigned calls = 0;
         m_world.target.calls.whenCalled = [&](const char* call) {
