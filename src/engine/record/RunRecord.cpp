@@ -83,7 +83,11 @@ RecordedItem itemIn(const Json& json) {
 }
 
 void take(const Json& json, RunRecord& record) {
-    const auto& [key, value] = *json.items().begin();
+    if (!json.is_object() || json.empty())
+        throw std::invalid_argument("no line of a record");
+    const auto line = json.begin();
+    const std::string& key = line.key();
+    const Json& value = line.value();
     if (key == "keep") {
         record.kept.push_back(keptIn(value));
     } else if (key == "item") {
