@@ -3,6 +3,7 @@
 #include "platform/StringExtras.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 namespace sweeply {
@@ -30,11 +31,23 @@ std::string longestWord(std::string_view name) {
 ApplicationIndex::ApplicationIndex(std::vector<ApplicationTerms> applications)
     : m_applications(std::move(applications)), m_automaton([this] {
           std::vector<std::string> texts;
+          std::unordered_map<std::string, std::size_t> known;
+          const auto termOf = [&](std::string text, std::uint32_t application) -> Term& {
+              const auto [place, isNew] = known.try_emplace(std::move(text), texts.size());
+              if (isNew) {
+                  texts.push_back(place->first);
+                  m_terms.emplace_back();
+              }
+              auto& term = m_terms[place->second];
+              term.applications.push_back(application);
+              return term;
+          };
           m_lowercase.reserve(m_applications.size());
           for (std::uint32_t i = 0; i < m_applications.size(); ++i) {
               const auto& terms = m_lowercase.emplace_back(lowercase(m_applications[i]));
-              m_terms.insert(m_terms.end(), {{i, Kind::Identifier}, {i, Kind::FileName}, {i, Kind::Word}});
-              texts.insert(texts.end(), {terms.identifier, std::string(terms.fileName()), longestWord(terms.name)});
+              termOf(terms.identifier, i).isIdentifier = true;
+              termOf(std::string(terms.fileName()), i).isFileName = true;
+              termOf(longestWord(terms.name), i);
           }
           return TermAutomaton(texts);
       }()) {}
@@ -43,7 +56,7 @@ std::vector<ApplicationIndex::Owner> ApplicationIndex::ownersOf(const SearchedEn
     const SearchedEntry searched{lowercaseString(entry.name), lowercaseString(entry.realName), entry.terms};
     std::vector<std::uint32_t> candidates;
     m_automaton.forEachIn(searched.name, [&](std::size_t term, std::size_t) {
-        candidates.push_back(m_terms[term].application);
+        candidates.insert(candidates.end(), m_terms[term].applications.begin(), m_terms[term].applications.end());
         return true;
     });
     std::ranges::sort(candidates);
@@ -60,8 +73,7 @@ std::vector<ApplicationIndex::Owner> ApplicationIndex::ownersOf(const SearchedEn
 bool ApplicationIndex::hasOwnerOfPreferences(std::string_view name) const {
     bool isFound = false;
     m_automaton.forEachIn(lowercaseString(name), [&](std::size_t term, std::size_t begin) {
-        const auto kind = m_terms[term].kind;
-        isFound = kind == Kind::FileName || (kind == Kind::Identifier && begin == 0);
+        isFound = m_terms[term].isFileName || (m_terms[term].isIdentifier && begin == 0);
         return !isFound;
     });
     return isFound;

@@ -34,10 +34,11 @@ class ApplicationIndex final {
     [[nodiscard]] bool hasOwnerOfPreferences(std::string_view name) const;
 
   private:
-    enum class Kind : std::uint8_t { Identifier, FileName, Word };
+    /// What one text stands for: many applications may have it in common.
     struct Term {
-        std::uint32_t application;
-        Kind kind;
+        std::vector<std::uint32_t> applications;
+        bool isIdentifier = false;
+        bool isFileName = false;
     };
 
     std::vector<ApplicationTerms> m_applications;
