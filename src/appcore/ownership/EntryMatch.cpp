@@ -51,9 +51,10 @@ bool isHostSuffix(std::string_view suffix) {
 
 std::optional<EvidenceStrength> strengthByIdentifier(const SearchedEntry& entry, std::string_view identifier) {
     const std::string_view name = entry.name;
-    if (trimWhiteSpace(identifier).empty())
+    const auto at = identifier.empty() ? std::string_view::npos : name.find(identifier);
+    if (at == std::string_view::npos || trimWhiteSpace(identifier).empty())
         return std::nullopt;
-    if (name.starts_with(identifier)) {
+    if (at == 0) {
         const auto rest = name.substr(identifier.size());
         if (!tellsApplicationsApart(identifier))
             return rest.empty() || rest == ".plist" ? std::optional(EvidenceStrength::Certain) : std::nullopt;
@@ -63,9 +64,7 @@ std::optional<EvidenceStrength> strengthByIdentifier(const SearchedEntry& entry,
         if (std::string_view(".-_ ").find(rest.front()) != std::string_view::npos)
             return EvidenceStrength::Likely;
     }
-    if (tellsApplicationsApart(identifier) && name.find(identifier) != std::string_view::npos)
-        return EvidenceStrength::Weak;
-    return std::nullopt;
+    return tellsApplicationsApart(identifier) ? std::optional(EvidenceStrength::Weak) : std::nullopt;
 }
 
 std::optional<Evidence> matchByName(const SearchedEntry& entry, const ApplicationTerms& application) {
