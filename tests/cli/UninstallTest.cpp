@@ -117,10 +117,12 @@ TEST_F(CliUninstallTest, EveryItemOfEveryModuleSaysWhyItIsListed) {
                                   {"extensions", "--json"},
                                   {"erase", "--dry-run", "--json", "/Library/Logs"},
                                   {"uninstall", "--dry-run", "--json", "/Applications/Harbor Mail.app"}}) {
-        for (const auto& module : json(arguments)["modules"])
+        const auto shown = json(arguments);
+        for (const auto& module : shown["modules"])
             check(module["tree"]);
     }
-    for (const auto& item : json({"leftovers", "--json"})["items"])
+    const auto leftovers = json({"leftovers", "--json"});
+    for (const auto& item : leftovers["items"])
         EXPECT_FALSE(item["why"].is_null()) << item;
 }
 
