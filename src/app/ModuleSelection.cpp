@@ -46,13 +46,11 @@ Result<std::vector<std::string>> switchesNamed(const std::vector<std::string>& n
     return found;
 }
 
-std::vector<std::string> allSwitches() {
-    std::vector<std::string> all;
-    for (const auto& row : scanModules()) {
-        for (const auto& part : row.switches)
-            all.emplace_back(part.defaultsName);
-    }
-    return all;
+std::vector<std::string> everyModule() {
+    std::vector<std::string> names;
+    for (const auto& row : scanModules())
+        names.emplace_back(row.name);
+    return names;
 }
 
 void selectModules(ScanController& controller, const std::vector<std::string>& switches) {
@@ -62,6 +60,17 @@ void selectModules(ScanController& controller, const std::vector<std::string>& s
         }
     }
     controller.refreshInterface();
+}
+
+std::vector<std::string> selectedModules(const ScanController& controller) {
+    std::vector<std::string> names;
+    for (const auto& row : controller.rows()) {
+        for (const auto* module : row->correspondingScanController()->parts()) {
+            if (module->needToSetUserDefalts() && module->takesPartInScan())
+                names.emplace_back(module->moduleName());
+        }
+    }
+    return names;
 }
 
 } // namespace sweeply

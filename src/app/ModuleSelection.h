@@ -13,11 +13,14 @@ class ScanController;
 /// in the preferences, in the catalogue's order. An error names what is no module.
 [[nodiscard]] Result<std::vector<std::string>> switchesNamed(const std::vector<std::string>& names);
 
-/// Every switch there is.
-[[nodiscard]] std::vector<std::string> allSwitches();
+/// Every module that scans, by the names of the rows.
+[[nodiscard]] std::vector<std::string> everyModule();
 
 /// Has exactly these modules take part in the next scan, whatever the stored switches say, and stores nothing. Before
 /// the first scan; main thread.
 void selectModules(ScanController& controller, const std::vector<std::string>& switches);
+
+/// The modules that take part in the next scan, by the names of their switches.
+[[nodiscard]] std::vector<std::string> selectedModules(const ScanController& controller);
 
 } // namespace sweeply

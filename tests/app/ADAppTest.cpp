@@ -58,7 +58,7 @@ class ADAppTest : public VolumeTest {
     /// All but the modules' switches.
     std::vector<std::string> keys() const {
         std::vector<std::string> names;
-        const auto switches = allSwitches();
+        const auto switches = switchesNamed(everyModule()).value();
         const auto all = preferences();
         for (const auto& [key, value] : all.members()) {
             if (std::ranges::find(switches, key) == switches.end())
