@@ -1,10 +1,12 @@
 #include "cli/Commands.h"
 
 #include "cli/Interrupt.h"
+#include "cli/JsonOutput.h"
 #include "cli/Session.h"
 #include "cli/StandardOutput.h"
-
 #include "formats/DisplayEscapes.h"
+#include "platform/Localization.h"
+#include "platform/SystemLog.h"
 
 #include <cerrno>
 #include <iostream>
@@ -13,8 +15,15 @@ namespace sweeply {
 
 namespace {
 
+/// Does the command show something first and then ask whether to remove it?
+bool asksFirst(const CommandLine& line) {
+    return (line.command == Command::Clean || line.command == Command::Erase || line.command == Command::Uninstall) &&
+           !line.isDryRun && !line.saysYes;
+}
+
 ExitCode runOnTarget(const CommandLine& line) {
-    const auto session = Session::open(line);
+    SyslogLog log(line.isVerbose ? SyslogLog::Copy::StandardError : SyslogLog::Copy::None);
+    const auto session = Session::open(line, log, {printJson, complain});
     if (!session) {
         complain(session.error().message());
         return ExitCode::Usage;
@@ -22,43 +31,11 @@ ExitCode runOnTarget(const CommandLine& line) {
     if (!*session)
         return ExitCode::Done; // a reference that only prints
     interrupt::install();
-    switch (line.command) {
-    case Command::Scan:
-        return runScan(**session);
-    case Command::Clean:
-        return runClean(**session);
-    case Command::Erase:
-        return runErase(**session);
-    case Command::Uninstall:
-        return runUninstall(**session);
-    case Command::Receipts:
-        return runReceipts(**session);
-    case Command::Leftovers:
-        return runLeftovers(**session);
-    case Command::Extensions:
-        return runExtensions(**session);
-    case Command::Apps:
-        return runApps(**session);
-    case Command::Modules:
-        return runModules(**session);
-    case Command::Ignore:
-        return runIgnore(**session);
-    case Command::Prefs:
-        return runPrefs(**session);
-    case Command::History:
-        return runHistory(**session);
-    case Command::Kept:
-        return runKept(**session);
-    case Command::Undo:
-        return runUndo(**session);
-    case Command::Purge:
-        return runPurge(**session);
-    case Command::ShowFolders:
-    case Command::Size:
-    case Command::Sample:
-        break;
-    }
-    return ExitCode::Done;
+    const auto step = runCommand(**session);
+    if (!step.rest)
+        return step.outcome;
+    return step.rest(!step.isQuestion || line.saysYes ||
+                     TerminalAlerts::confirms(localizedString("Remove the checked items?")));
 }
 
 ExitCode run(const std::vector<std::string>& arguments) {
@@ -75,11 +52,56 @@ ExitCode run(const std::vector<std::string>& arguments) {
     case Command::Sample:
         return runSample(**line);
     default:
-        return runOnTarget(**line);
+        break;
     }
+    if (asksFirst(**line) && !Terminal::ofThisProcess().isInteractive()) {
+        complain("nobody here to ask; say --yes to remove without a question");
+        return ExitCode::Usage;
+    }
+    return runOnTarget(**line);
 }
 
 } // namespace
+
+Step runCommand(Session& session) {
+    switch (session.commandLine().command) {
+    case Command::Scan:
+        return runScan(session);
+    case Command::Clean:
+        return runClean(session);
+    case Command::Erase:
+        return runErase(session);
+    case Command::Uninstall:
+        return runUninstall(session);
+    case Command::Receipts:
+        return runReceipts(session);
+    case Command::Leftovers:
+        return runLeftovers(session);
+    case Command::Extensions:
+        return runExtensions(session);
+    case Command::Apps:
+        return runApps(session);
+    case Command::Modules:
+        return runModules(session);
+    case Command::Ignore:
+        return runIgnore(session);
+    case Command::Prefs:
+        return runPrefs(session);
+    case Command::History:
+        return runHistory(session);
+    case Command::Kept:
+        return runKept(session);
+    case Command::Undo:
+        return runUndo(session);
+    case Command::Purge:
+        return runPurge(session);
+    case Command::ShowFolders:
+    case Command::Size:
+    case Command::Sample:
+        break;
+    }
+    return ExitCode::Done;
+}
 
 void complain(std::string_view text) { std::cerr << "sweeply-cli: " + escapedForDisplay(text) + "\n"; }
 

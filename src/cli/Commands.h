@@ -1,18 +1,22 @@
 #pragma once
 
 #include "cli/CommandLine.h"
-#include "cli/ExitCode.h"
+#include "cli/Step.h"
 
 namespace sweeply {
 
 class Session;
 
-// One function for each command. Results go to standard output, problems to standard error, one line each.
+/// Runs the command that the session's command line names.
+Step runCommand(Session& session);
+
+// One function for each command. Texts go to standard output; the JSON object and what went wrong, one line each, to
+// the session.
 
 ExitCode runScan(Session& session);
-ExitCode runClean(Session& session);
-ExitCode runErase(Session& session);
-ExitCode runUninstall(Session& session);
+Step runClean(Session& session);
+Step runErase(Session& session);
+Step runUninstall(Session& session);
 ExitCode runReceipts(Session& session);
 ExitCode runLeftovers(Session& session);
 ExitCode runExtensions(Session& session);
@@ -28,7 +32,7 @@ ExitCode runPurge(Session& session);
 ExitCode runSize(const CommandLine& line);
 ExitCode runSample(const CommandLine& line);
 
-/// "sweeply-cli: TEXT" on standard error, escaped for display.
+/// "sweeply-cli: TEXT" on standard error, escaped for display. Any thread.
 void complain(std::string_view text);
 
 /// What main() does: reads the command line and runs the command.

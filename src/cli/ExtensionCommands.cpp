@@ -55,7 +55,7 @@ ExitCode runExtensions(Session& session) {
     auto& application = session.application();
     const auto lists = extensionLists(application);
     if (session.commandLine().wantsJson)
-        printJson({{"target", targetJson(application)}, {"modules", modulesJson(application, lists)}});
+        session.print({{"target", targetJson(application)}, {"modules", modulesJson(application, lists)}});
     else
         printResults(application, lists, session.style(), std::cout);
     return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Done;
@@ -80,7 +80,7 @@ ExitCode runLeftovers(Session& session) {
         loginItems.items.emplace_back(path, Evidence{EvidenceRule::DeadLoginItem, EvidenceStrength::Certain, path});
     const std::vector<Leftovers> leftovers{std::move(preferences), std::move(launchItems), std::move(loginItems)};
     if (session.commandLine().wantsJson) {
-        printJson(leftoversJson(application, leftovers));
+        session.print(leftoversJson(application, leftovers));
         return ExitCode::Done;
     }
     for (const auto& some : leftovers)

@@ -43,10 +43,10 @@ std::vector<std::string> runRow(const RunRecord& record, const std::string& stat
 
 /// One line for each item that did not go as it was meant to.
 template<typename Items>
-void complainOf(const Items& items, std::string_view done) {
+void complainOf(const Session& session, const Items& items, std::string_view done) {
     for (const auto& item : items) {
         if (item.outcome != done)
-            complain(item.path + ": " + item.outcome + (item.reason ? ": " + *item.reason : std::string()));
+            session.complain(item.path + ": " + item.outcome + (item.reason ? ": " + *item.reason : std::string()));
     }
 }
 
@@ -54,7 +54,7 @@ ExitCode showRun(Session& session, const std::string& run) {
     auto& runs = session.application().runs();
     auto found = runs.record(run);
     if (!found) {
-        complain(found.error().message());
+        session.complain(found.error().message());
         return ExitCode::Usage;
     }
     const auto record = runs.completed(*std::move(found));
@@ -63,7 +63,7 @@ ExitCode showRun(Session& session, const std::string& run) {
     if (session.commandLine().wantsJson) {
         auto json = runJson(record, state);
         json["items"] = itemsJson(record.items);
-        printJson(json);
+        session.print(json);
         return ExitCode::Done;
     }
     printColumns(std::cout, session.style(), {runRow(record, state, units)});
@@ -87,14 +87,14 @@ Result<std::vector<std::string>> namedItems(const Target& target, std::span<cons
     return items;
 }
 
-ExitCode refuse(const Error& error) {
-    complain(error.message());
+ExitCode refuse(const Session& session, const Error& error) {
+    session.complain(error.message());
     return error.kind == ErrorKind::Unavailable || error.kind == ErrorKind::NoSpace ? ExitCode::Incomplete
                                                                                     : ExitCode::Usage;
 }
 
-ExitCode nothingToUndo() {
-    complain("there is nothing to undo");
+ExitCode nothingToUndo(const Session& session) {
+    session.complain("there is nothing to undo");
     return ExitCode::Incomplete;
 }
 
@@ -102,7 +102,7 @@ ExitCode nothingToUndo() {
 
 ExitCode runHistory(Session& session) {
     auto& runs = session.application().runs();
-    runs.setReport([](const Error& error) { complain(error.message()); });
+    runs.setReport([&session](const Error& error) { session.complain(error.message()); });
     if (!session.commandLine().operands.empty())
         return showRun(session, session.commandLine().operands.front());
     Json list = Json::array();
@@ -114,7 +114,7 @@ ExitCode runHistory(Session& session) {
         rows.push_back(runRow(record, state, session.application().units()));
     }
     if (session.commandLine().wantsJson)
-        printJson({{"runs", list}});
+        session.print({{"runs", list}});
     else
         printColumns(std::cout, session.style(), rows);
     return ExitCode::Done;
@@ -122,7 +122,7 @@ ExitCode runHistory(Session& session) {
 
 ExitCode runKept(Session& session) {
     auto& runs = session.application().runs();
-    runs.setReport([](const Error& error) { complain(error.message()); });
+    runs.setReport([&session](const Error& error) { session.complain(error.message()); });
     const auto units = session.application().units();
     Json list = Json::array();
     std::vector<std::vector<std::string>> rows;
@@ -133,7 +133,7 @@ ExitCode runKept(Session& session) {
         total += item.size;
     }
     if (session.commandLine().wantsJson)
-        printJson({{"kept", list}, {"total", total}, {"totalText", stringSizeFromLong(total, units)}});
+        session.print({{"kept", list}, {"total", total}, {"totalText", stringSizeFromLong(total, units)}});
     else
         printColumns(std::cout, session.style(), rows);
     return ExitCode::Done;
@@ -142,7 +142,7 @@ ExitCode runKept(Session& session) {
 ExitCode runUndo(Session& session) {
     auto& application = session.application();
     auto& runs = application.runs();
-    runs.setReport([](const Error& error) { complain(error.message()); });
+    runs.setReport([&session](const Error& error) { session.complain(error.message()); });
     std::span<const std::string> operands = session.commandLine().operands;
     std::string run;
     if (!operands.empty() && operands.front().find('/') == std::string::npos && !operands.front().starts_with('~')) {
@@ -152,15 +152,15 @@ ExitCode runUndo(Session& session) {
         run = kept.front().run;
     } else {
         if (session.commandLine().wantsJson)
-            printJson({{"run", nullptr}, {"restored", 0}, {"items", Json::array()}});
-        return nothingToUndo();
+            session.print({{"run", nullptr}, {"restored", 0}, {"items", Json::array()}});
+        return nothingToUndo(session);
     }
     const auto paths = namedItems(application.target(), operands);
     if (!paths)
-        return refuse(paths.error());
+        return refuse(session, paths.error());
     const auto undone = session.undo(run, *paths);
     if (!undone)
-        return refuse(undone.error());
+        return refuse(session, undone.error());
     const auto restored = std::ranges::count(*undone, "restored", &UndoneItem::outcome);
     if (session.commandLine().wantsJson) {
         Json items = Json::array();
@@ -168,28 +168,28 @@ ExitCode runUndo(Session& session) {
             items.push_back({{"path", validUtf8(item.path)},
                              {"outcome", item.outcome},
                              {"reason", item.reason ? Json(validUtf8(*item.reason)) : Json(nullptr)}});
-        printJson({{"run", run}, {"restored", restored}, {"items", items}});
+        session.print({{"run", run}, {"restored", restored}, {"items", items}});
     } else if (restored > 0) {
         std::cout << localizedFormat("%i items are back in their places.", {static_cast<std::int64_t>(restored)})
                   << "\n";
     }
     if (undone->empty())
-        return nothingToUndo();
-    complainOf(*undone, "restored");
+        return nothingToUndo(session);
+    complainOf(session, *undone, "restored");
     return restored == std::ssize(*undone) ? ExitCode::Done : ExitCode::Incomplete;
 }
 
 ExitCode runPurge(Session& session) {
     const CommandLine& line = session.commandLine();
     auto& runs = session.application().runs();
-    runs.setReport([](const Error& error) { complain(error.message()); });
+    runs.setReport([&session](const Error& error) { session.complain(error.message()); });
     if (line.operands.empty() && !line.purgesAll && !line.purgesExpired) {
-        complain("say which: RUN..., --all, or --expired");
+        session.complain("say which: RUN..., --all, or --expired");
         return ExitCode::Usage;
     }
     for (const auto& run : line.operands) {
         if (const auto record = runs.record(run); !record)
-            return refuse(record.error());
+            return refuse(session, record.error());
     }
     auto entries = line.purgesExpired ? runs.expired() : runs.kept();
     if (!line.operands.empty())
@@ -198,19 +198,19 @@ ExitCode runPurge(Session& session) {
         });
     const auto purged = entries.empty() ? std::vector<RecordedItem>() : runs.purge(entries);
     if (!purged)
-        return refuse(purged.error());
+        return refuse(session, purged.error());
     std::uint64_t freed = 0;
     for (const auto& item : *purged)
         freed += item.outcome == "removed" ? item.size : 0;
     const auto text = stringSizeFromLong(freed, session.application().units());
     if (line.wantsJson)
-        printJson({{"run", runs.run() ? Json(*runs.run()) : Json(nullptr)},
-                   {"freed", freed},
-                   {"freedText", text},
-                   {"items", itemsJson(*purged)}});
+        session.print({{"run", runs.run() ? Json(*runs.run()) : Json(nullptr)},
+                       {"freed", freed},
+                       {"freedText", text},
+                       {"items", itemsJson(*purged)}});
     else
         std::cout << localizedFormat("%@ of what was kept is gone for good.", {text}) << "\n";
-    complainOf(*purged, "removed");
+    complainOf(session, *purged, "removed");
     return std::ranges::all_of(*purged, [](const auto& item) { return item.outcome == "removed"; })
                ? ExitCode::Done
                : ExitCode::Incomplete;

@@ -54,10 +54,10 @@ void printLists(Session& session) {
         Json items = Json::object();
         for (const auto& key : unchecked.moduleKeys())
             items[key] = unchecked.ignoreListForController(key);
-        printJson({{"target", targetJson(session.application())},
-                   {"items", items},
-                   {"applications", applications},
-                   {"sharedListVersion", list.currentIgnorelistVersion()}});
+        session.print({{"target", targetJson(session.application())},
+                       {"items", items},
+                       {"applications", applications},
+                       {"sharedListVersion", list.currentIgnorelistVersion()}});
     } else if (session.commandLine().ignoreAction == "list" && session.commandLine().ignoresApplications) {
         std::vector<std::vector<std::string>> rows;
         for (const auto& identifier : applications)
@@ -115,7 +115,7 @@ ExitCode runIgnore(Session& session) {
     if (line.ignoreAction != "list") {
         const auto paths = itemsMeant(session);
         if (!paths) {
-            complain(paths.error().message());
+            session.complain(paths.error().message());
             return ExitCode::Usage;
         }
         const auto changed =
@@ -123,7 +123,7 @@ ExitCode runIgnore(Session& session) {
         const auto saved = session.application().defaults().synchronize();
         for (const auto* step : {&changed, &saved}) {
             if (!*step) {
-                complain(step->error().message());
+                session.complain(step->error().message());
                 outcome = ExitCode::Incomplete;
             }
         }

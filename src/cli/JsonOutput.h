@@ -1,15 +1,12 @@
 #pragma once
 
+#include "cli/RunOutput.h"
 #include "cli/Session.h"
 #include "cli/ShownModules.h"
 
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace sweeply {
-
-/// The objects that --json prints. Keys keep their order; texts are valid UTF-8.
-using Json = nlohmann::ordered_json;
 
 [[nodiscard]] Json targetJson(const Application& application);
 /// Why an item is listed.

@@ -74,7 +74,7 @@ void print(Session& session, const std::vector<PreferenceKey>& keys) {
                                                   {"value", value ? jsonOf(*value) : Json(nullptr)},
                                                   {"meaning", key.meaning}};
         }
-        printJson({{"target", targetJson(session.application())}, {"preferences", preferences}});
+        session.print({{"target", targetJson(session.application())}, {"preferences", preferences}});
         return;
     }
     std::vector<std::vector<std::string>> rows;
@@ -98,19 +98,19 @@ ExitCode runPrefs(Session& session) {
     }
     const auto key = preferenceNamed(operands.front());
     if (!key) {
-        complain(key.error().message());
+        session.complain(key.error().message());
         return ExitCode::Usage;
     }
     if (operands.size() > 1) {
         auto value = preferenceValue(*key, operands[1]);
         if (!value) {
-            complain(value.error().message());
+            session.complain(value.error().message());
             return ExitCode::Usage;
         }
         auto& defaults = session.application().defaults();
         defaults.setObject(key->name, *std::move(value));
         if (const auto saved = defaults.synchronize(); !saved) {
-            complain(saved.error().message());
+            session.complain(saved.error().message());
             return ExitCode::Incomplete;
         }
         if (!session.commandLine().wantsJson)

@@ -22,7 +22,7 @@ ExitCode runReceipts(Session& session) {
                             {"type", static_cast<int>(package.type)},
                             {"applications", names}});
         }
-        printJson({{"target", targetJson(session.application())}, {"receipts", list}});
+        session.print({{"target", targetJson(session.application())}, {"receipts", list}});
         return ExitCode::Done;
     }
     std::vector<std::vector<std::string>> rows;

@@ -1,6 +1,5 @@
 #include "cli/Removing.h"
 
-#include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "cli/JsonOutput.h"
 #include "cli/Session.h"
@@ -9,20 +8,21 @@
 
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace sweeply {
 
 namespace {
 
 /// One line for each item that stayed.
-void printFailures(const ChangeGate& gate) {
-    for (const auto& report : gate.reports()) {
+void printFailures(Session& session) {
+    for (const auto& report : session.application().gate().reports()) {
         const auto& error = report.outcome.error;
         if (!report.outcome.isDone() && report.path.empty())
-            complain(error.message());
+            session.complain(error.message());
         else if (!report.outcome.isDone())
-            complain("could not remove " + report.path + ": " +
-                     (error.path == report.path ? error.reason : error.message()));
+            session.complain("could not remove " + report.path + ": " +
+                             (error.path == report.path ? error.reason : error.message()));
     }
 }
 
@@ -30,7 +30,7 @@ ExitCode finishClean(Session& session) {
     auto& application = session.application();
     const bool wasStopped = interrupt::wasRequested();
     if (session.commandLine().wantsJson) {
-        printJson(cleanJson(session, wasStopped));
+        session.print(cleanJson(session, wasStopped));
     } else {
         const auto sums = application.gate().sums();
         if (sums.kept > 0)
@@ -41,7 +41,7 @@ ExitCode finishClean(Session& session) {
                                                              application.units())})
                       << "\n";
     }
-    printFailures(application.gate());
+    printFailures(session);
     if (wasStopped)
         return ExitCode::Interrupted;
     return application.gate().couldntRemoveSomething() ? ExitCode::Incomplete : ExitCode::Done;
@@ -58,7 +58,7 @@ bool saysWhatCannotBeKept(Session& session, const ADScanController& module, cons
                 auto& application = session.application();
                 const auto request = application.uninstallSteps().requestFor(*child, module);
                 if (const auto reason = application.gate().reasonAgainstKeeping(request); !reason.empty()) {
-                    complain(request.path + ": cannot be kept: " + reason);
+                    session.complain(request.path + ": cannot be kept: " + reason);
                     isAny = true;
                 }
             }
@@ -84,38 +84,35 @@ void chooseKeeping(Session& session) {
         runs.setKeeping(Keeping::OnWherePossible);
 }
 
+ExitCode saysNothingWasRemoved(Session& session) {
+    if (session.commandLine().wantsJson)
+        session.print(cleanJson(session, interrupt::wasRequested()));
+    return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Incomplete;
+}
+
 } // namespace
 
-ExitCode removeAfterQuestion(Session& session, const std::function<void()>& remove) {
-    const CommandLine& line = session.commandLine();
-    if (!line.wantsJson)
+Step removeAfterQuestion(Session& session, std::function<void()> remove) {
+    if (!session.commandLine().wantsJson)
         printScan(session.application(), session.style(), std::cout);
     std::cout.flush(); // what cannot be shown is not removed
     if (interrupt::wasRequested())
         return finishClean(session);
     chooseKeeping(session);
-    if (!line.saysYes && totalsOf(shownModules(session.application())).filesFoundInEnabled > 0 &&
-        !TerminalAlerts::confirms(localizedString("Remove the checked items?"))) {
-        if (line.wantsJson)
-            printJson(cleanJson(session, interrupt::wasRequested()));
-        return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Incomplete;
-    }
-    remove();
-    return finishClean(session);
+    const auto rest = [&session, remove = std::move(remove)](bool isAgreed) {
+        if (!isAgreed)
+            return saysNothingWasRemoved(session);
+        remove();
+        return finishClean(session);
+    };
+    return {rest, totalsOf(shownModules(session.application())).filesFoundInEnabled > 0};
 }
 
 ExitCode afterScan(Session& session, ExitCode outcome) {
     if (outcome == ExitCode::Usage || session.application().target().files->problems().isEmpty())
         return outcome;
-    complain(localizedString("the scan was incomplete: some folders or files could not be read"));
+    session.complain(localizedString("the scan was incomplete: some folders or files could not be read"));
     return outcome == ExitCode::Done ? ExitCode::Incomplete : outcome;
-}
-
-bool canAskOrNeedNot(const Session& session) {
-    if (session.commandLine().saysYes || session.terminal().isInteractive())
-        return true;
-    complain("nobody here to ask; say --yes to remove without a question");
-    return false;
 }
 
 } // namespace sweeply

@@ -12,6 +12,7 @@
 #include <functional>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace sweeply {
 
@@ -21,13 +22,13 @@ namespace {
 bool find(Session& session) {
     const auto found = scopeOf(session).and_then([&](const Scope& scope) { return look(session, scope); });
     if (!found)
-        complain(found.error().message());
+        session.complain(found.error().message());
     return found.has_value();
 }
 
 void showFound(Session& session) {
     if (session.commandLine().wantsJson)
-        printJson(scanJson(session.application()));
+        session.print(scanJson(session.application()));
     else
         printScan(session.application(), session.style(), std::cout);
 }
@@ -47,7 +48,7 @@ Result<NamedItems> namedItems(const Session& session, const Application& applica
         if (attributes) {
             items.paths.push_back(std::move(path));
         } else {
-            complain(attributes.error().message());
+            session.complain(attributes.error().message());
             items.areAllThere = false;
         }
     }
@@ -57,19 +58,21 @@ Result<NamedItems> namedItems(const Session& session, const Application& applica
 /// Has `look` look at the named items, shows what it makes of them, and has `remove` take what its modules found unless
 /// that is only to be shown.
 template<typename Look, typename Remove>
-ExitCode removeNamedItems(Session& session, const Look& look, const Remove& remove) {
+Step removeNamedItems(Session& session, const Look& look, const Remove& remove) {
     const auto items = namedItems(session, session.application());
     if (!items) {
-        complain(items.error().message());
+        session.complain(items.error().message());
         return ExitCode::Usage;
     }
     const auto modules = look(items->paths);
-    ExitCode outcome = ExitCode::Done;
+    Step step = ExitCode::Done;
     if (session.commandLine().isDryRun)
         showFound(session);
     else
-        outcome = removeAfterQuestion(session, [&] { remove(modules); });
-    return outcome == ExitCode::Done && !items->areAllThere ? ExitCode::Incomplete : outcome;
+        step = removeAfterQuestion(session, [modules, remove] { remove(modules); });
+    return std::move(step).finishedBy([areAllThere = items->areAllThere](ExitCode outcome) {
+        return outcome == ExitCode::Done && !areAllThere ? ExitCode::Incomplete : outcome;
+    });
 }
 
 } // namespace
@@ -81,16 +84,15 @@ ExitCode runScan(Session& session) {
     return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Done;
 }
 
-ExitCode runClean(Session& session) {
-    if (!canAskOrNeedNot(session) || !find(session))
+Step runClean(Session& session) {
+    if (!find(session))
         return ExitCode::Usage;
-    return afterScan(session, removeAfterQuestion(session, [&] { session.removeChecked(); }));
+    return removeAfterQuestion(session, [&session] { session.removeChecked(); })
+        .finishedBy([&session](ExitCode outcome) { return afterScan(session, outcome); });
 }
 
-ExitCode runErase(Session& session) {
+Step runErase(Session& session) {
     const CommandLine& line = session.commandLine();
-    if (!line.isDryRun && !canAskOrNeedNot(session))
-        return ExitCode::Usage;
     auto& controller = session.application().scanController();
     controller.setUseSecureErase(line.isSecure || controller.useSecureErase());
     if (controller.useSecureErase() && !line.wantsJson)
@@ -106,22 +108,22 @@ ExitCode runErase(Session& session) {
             session.analyze(eraser, paths);
             return eraser;
         },
-        [&](const auto&) {
+        [&session](const auto&) {
             session.application().runs().setCommand("erase");
             session.removeChecked();
         });
 }
 
-ExitCode runUninstall(Session& session) {
+Step runUninstall(Session& session) {
     const CommandLine& line = session.commandLine();
-    if (!line.isDryRun && !canAskOrNeedNot(session))
-        return ExitCode::Usage;
     if (line.checksWeakMatches)
         session.application().ownership().checkWeakMatches();
-    const auto outcome = removeNamedItems(
+    auto step = removeNamedItems(
         session, [&](const auto& paths) { return lookToUninstall(session, paths); },
-        [&](const auto& modules) { session.uninstallChecked(modules); });
-    return line.isDryRun ? outcome : afterScan(session, outcome);
+        [&session](const auto& modules) { session.uninstallChecked(modules); });
+    if (line.isDryRun)
+        return step;
+    return std::move(step).finishedBy([&session](ExitCode outcome) { return afterScan(session, outcome); });
 }
 
 } // namespace sweeply

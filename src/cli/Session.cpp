@@ -1,7 +1,6 @@
 #include "cli/Session.h"
 
 #include "app/OwnProcess.h"
-#include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "cli/Progress.h"
 #include "engine/EngineEvents.h"
@@ -27,25 +26,24 @@ void showLanguagePreferences() {
 
 } // namespace
 
-Result<std::unique_ptr<Session>> Session::open(const CommandLine& line) {
-    auto log = std::make_unique<SyslogLog>(line.isVerbose ? SyslogLog::Copy::StandardError : SyslogLog::Copy::None);
-    auto target = openTarget(line.target, *log, std::cout);
+Result<std::unique_ptr<Session>> Session::open(const CommandLine& line, SystemLog& log, RunOutput output) {
+    auto target = openTarget(line.target, log, std::cout);
     if (!target)
         return Failure(target.error());
     if (!*target)
         return nullptr;
-    return std::make_unique<Session>(**std::move(target), line, std::move(log));
+    return std::make_unique<Session>(**std::move(target), line, log, std::move(output));
 }
 
-Session::Session(Target target, const CommandLine& line, std::unique_ptr<SyslogLog> log)
-    : m_commandLine(line), m_log(std::move(log)), m_alerts(m_terminal, line.wantsJson),
+Session::Session(Target target, const CommandLine& line, SystemLog& log, RunOutput output)
+    : m_commandLine(line), m_output(std::move(output)), m_alerts(m_terminal, line.wantsJson),
       m_application(std::move(target),
-                    {m_loop, m_alerts, m_notifications, *m_log, line.pace, besideProgram("libexec"),
+                    {m_loop, m_alerts, m_notifications, log, line.pace, besideProgram("libexec"),
                      besideProgram("share"), asksForRightsElsewhere(m_terminal), showLanguagePreferences}),
-      m_app(m_application, m_watchers, *m_log, line.arguments) {
+      m_app(m_application, m_watchers, log, line.arguments) {
     auto& center = m_application.notifications();
     m_subscriptions.push_back(
-        center.observe<ProblemFound>([](const ProblemFound& problem) { complain(problem.error.message()); }));
+        center.observe<ProblemFound>([this](const ProblemFound& problem) { complain(problem.error.message()); }));
     m_app.start(ADApp::Face::Terminal);
 }
 
@@ -113,7 +111,7 @@ std::optional<UpdateReport> Session::updateSharedList() {
 }
 
 void Session::waitFor(const std::function<bool()>& isRunning, const std::function<void()>& stop, const char* activity) {
-    Progress progress(m_application, activity, m_terminal.isErrorTerminal);
+    Progress progress(m_application, m_output.place + activity, m_terminal.isErrorTerminal);
     bool isStopping = false;
     m_loop.runUntil([&] { return !isRunning(); }, kTick,
                     [&] {

@@ -3,10 +3,10 @@
 #include "app/ADApp.h"
 #include "app/Application.h"
 #include "cli/CommandLine.h"
+#include "cli/RunOutput.h"
 #include "cli/TerminalAlerts.h"
 #include "cli/TextStyle.h"
 #include "platform/RunLoop.h"
-#include "platform/SystemLog.h"
 
 #include <functional>
 #include <memory>
@@ -15,13 +15,16 @@
 
 namespace sweeply {
 
+class SystemLog;
+
 /// One run of the program on one target: the application and the terminal around it. Main thread.
 class Session final {
   public:
     /// Nothing when the command line's references only wanted to be printed, which is done then.
-    static Result<std::unique_ptr<Session>> open(const CommandLine& line);
+    /// `log` outlives the session.
+    static Result<std::unique_ptr<Session>> open(const CommandLine& line, SystemLog& log, RunOutput output);
 
-    Session(Target target, const CommandLine& line, std::unique_ptr<SyslogLog> log);
+    Session(Target target, const CommandLine& line, SystemLog& log, RunOutput output);
 
     [[nodiscard]] Application& application() { return m_application; }
     [[nodiscard]] const Terminal& terminal() const { return m_terminal; }
@@ -29,6 +32,11 @@ class Session final {
     [[nodiscard]] const TextStyle& style() const { return m_style; }
     [[nodiscard]] const TerminalAlerts& alerts() const { return m_alerts; }
     [[nodiscard]] const CommandLine& commandLine() const { return m_commandLine; }
+
+    /// The object that --json prints; once.
+    void print(const Json& object) const { m_output.object(object); }
+    /// A line about something that went wrong. Any thread.
+    void complain(std::string_view text) const { m_output.complaint(text); }
 
     /// Scans the chosen modules and returns when that has ended, shows how far it is, and stops it at an interrupt.
     void scan();
@@ -51,7 +59,7 @@ class Session final {
     const CommandLine m_commandLine;
     const Terminal m_terminal = Terminal::ofThisProcess();
     const TextStyle m_style = styleFor(m_commandLine, m_terminal);
-    std::unique_ptr<SyslogLog> m_log;
+    const RunOutput m_output;
     RunLoop m_loop;
     TerminalAlerts m_alerts;
     TerminalNotifications m_notifications;

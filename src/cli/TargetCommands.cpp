@@ -69,7 +69,7 @@ ExitCode runApps(Session& session) {
     Json all = Json::array();
     for (const auto& path : application.applications().getAllApllicationArray())
         all.push_back(validUtf8(path));
-    printJson({{"filtered", applications}, {"all", all}});
+    session.print({{"filtered", applications}, {"all", all}});
     return ExitCode::Done;
 }
 
@@ -79,19 +79,19 @@ ExitCode runModules(Session& session) {
     for (const bool isOn : {true, false}) {
         const auto switched = switchModules(session, isOn ? line.modulesToEnable : line.modulesToDisable, isOn);
         if (!switched) {
-            complain(switched.error().message());
+            session.complain(switched.error().message());
             return ExitCode::Usage;
         }
     }
     ExitCode outcome = ExitCode::Done;
     if (!line.modulesToEnable.empty() || !line.modulesToDisable.empty()) {
         if (const auto saved = saveSettings(session); !saved) {
-            complain(saved.error().message());
+            session.complain(saved.error().message());
             outcome = ExitCode::Incomplete;
         }
     }
     if (line.wantsJson) {
-        printJson(moduleSwitchesJson(session.application(), defaults));
+        session.print(moduleSwitchesJson(session.application(), defaults));
         return outcome;
     }
     for (const auto& row : scanModules()) {
