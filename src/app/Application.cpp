@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <set>
 #include <utility>
 
 namespace sweeply {
@@ -144,9 +145,11 @@ std::string Application::supportFolder() const { return m_target.folders.expandT
 
 void Application::sweepTemporaryFiles() {
     m_gate.sweepSlimmings();
-    for (const auto& folder :
-         {m_target.folders.expandTilde("~/Library/Preferences"), m_target.folders.expandTilde("~/Library/LaunchAgents"),
-          std::string(pathWithoutLastComponent(m_target.preferencesFile))})
+    // Mostly two of them are the same one, and it may be a big one.
+    const std::set<std::string> folders{m_target.folders.expandTilde("~/Library/Preferences"),
+                                        m_target.folders.expandTilde("~/Library/LaunchAgents"),
+                                        std::string(pathWithoutLastComponent(m_target.preferencesFile))};
+    for (const auto& folder : folders)
         m_target.files->sweepTemporaryFilesAtPath(folder);
 }
 

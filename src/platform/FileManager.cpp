@@ -133,13 +133,16 @@ Result<std::string> FileManager::contentsAtPath(std::string_view path, std::size
     const auto fd = openForReading(path);
     if (!fd)
         return Failure(fd.error());
-    // The size is only a hint: the file may grow or shrink while it is read.
+    // The size would only be a hint: the file may grow or shrink while it is read. Most are property lists of less than
+    // the first chunk.
     std::string contents;
     for (;;) {
+        constexpr std::size_t kFirstChunk = 4 * 1024;
         constexpr std::size_t kChunk = 64 * 1024;
         const std::size_t before = contents.size();
-        contents.resize(before + kChunk);
-        const ssize_t length = ::read(fd->get(), contents.data() + before, kChunk);
+        const std::size_t chunk = before == 0 ? kFirstChunk : kChunk;
+        contents.resize(before + chunk);
+        const ssize_t length = ::read(fd->get(), contents.data() + before, chunk);
         contents.resize(before + static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
         if (length < 0 && errno == EINTR)
             continue;

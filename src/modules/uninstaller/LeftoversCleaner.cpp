@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
-#include <unordered_set>
 #include <utility>
 
 namespace sweeply {
@@ -88,12 +87,17 @@ LeftoversCleaner::PathSet LeftoversCleaner::getPrefsNotUsedForWeeks(int weeks) c
     return found;
 }
 
-LeftoversCleaner::PathSet LeftoversCleaner::getEqualPrefsFormLaunch() const {
+std::unordered_set<std::string> LeftoversCleaner::namesOfStayingLaunchFiles() const {
     std::unordered_set<std::string> names;
     for (const auto& path : m_allLaunchFiles) {
         if (!m_launchFilesToRemove.contains(path))
             names.insert(lowercaseName(path));
     }
+    return names;
+}
+
+LeftoversCleaner::PathSet LeftoversCleaner::getEqualPrefsFormLaunch() const {
+    const auto names = namesOfStayingLaunchFiles();
     PathSet found;
     std::ranges::copy_if(m_allPrefFiles, std::inserter(found, found.end()),
                          [&](const std::string& path) { return names.contains(lowercaseName(path)); });
@@ -102,11 +106,11 @@ LeftoversCleaner::PathSet LeftoversCleaner::getEqualPrefsFormLaunch() const {
 
 const LeftoversCleaner::PathSet& LeftoversCleaner::getPrefFilesToRemove() {
     if (!m_prefFilesToRemove) {
-        const auto equal = getEqualPrefsFormLaunch();
+        const auto names = namesOfStayingLaunchFiles();
         m_prefFilesToRemove = getPrefsOfNonexistentApps();
-        // Only files that are suspects are asked for their dates.
+        // Only suspects are looked at any further: most preferences belong to somebody.
         std::erase_if(*m_prefFilesToRemove, [&](const std::string& path) {
-            return equal.contains(path) || !isNotUsedForWeeks(path, kWeeksUnused);
+            return names.contains(lowercaseName(path)) || !isNotUsedForWeeks(path, kWeeksUnused);
         });
     }
     return *m_prefFilesToRemove;

@@ -8,6 +8,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace sweeply {
@@ -78,6 +79,7 @@ class LeftoversCleaner final {
 
   private:
     [[nodiscard]] Paths getAllPrefFiles() const;
+    [[nodiscard]] std::unordered_set<std::string> namesOfStayingLaunchFiles() const;
     [[nodiscard]] bool isNotUsedForWeeks(const std::string& path, int weeks) const;
     void deleteFile(const std::string& path);
 
