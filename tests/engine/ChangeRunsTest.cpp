@@ -371,6 +371,25 @@ TEST_F(ChangeRunsTest, ExpiredItemsArePurgedBeforeTheNextRunAndCountAsFreed) {
     EXPECT_FALSE(fs::exists(host("/Applications/A.app")));
 }
 
+TEST_F(ChangeRunsTest, PurgeThatFailsIsPurgedAgainAndNeverPutBack) {
+    keepAll();
+    const auto run = *runs().run();
+    const auto total = gate().sums().keptSize;
+    m_world->target.calls.whenCalled = [](const char* call) { return std::string_view(call) == "unlinkat" ? EIO : 0; };
+    EXPECT_THAT(runs().purge(runs().kept()).value(), Contains(Field(&RecordedItem::outcome, "failed")));
+    m_world->target.calls.whenCalled = {};
+    const auto left = runs().kept();
+    ASSERT_THAT(left, Not(IsEmpty())) << "it still takes space";
+    for (const auto& item : runs().undo(run, {}).value())
+        EXPECT_EQ(item.outcome, "missing") << item.path;
+    std::uint64_t freed = m_world->statistics->numberTotalSizeSaved();
+    EXPECT_THAT(runs().purge(left).value(), Each(Field(&RecordedItem::outcome, "removed")));
+    EXPECT_EQ(m_world->statistics->numberTotalSizeSaved(), total);
+    EXPECT_LT(freed, total);
+    EXPECT_THAT(runs().kept(), IsEmpty());
+    EXPECT_THAT(runs().undo(run, {}).value(), IsEmpty());
+}
+
 TEST_F(ChangeRunsTest, RunsOfOneUserDoNotMix) {
     ASSERT_TRUE(runs().begin("clean"));
     ChangeRuns other({m_world->files(), m_world->folders, gate(), *m_world->defaults, *m_world->notifications,

@@ -33,15 +33,13 @@ Keeping ChangeRuns::keeping() const {
     return m_services.defaults.unsignedForKey(coordinator::kKeepRemovedDays) > 0 ? Keeping::On : Keeping::Off;
 }
 
-RunHeader ChangeRuns::header(const std::string& command) const {
+unsigned ChangeRuns::daysOfKeeping() const {
     const auto days = m_services.defaults.unsignedForKey(coordinator::kKeepRemovedDays);
-    return {{},
-            command,
-            m_services.program,
-            m_services.root,
-            m_services.folders.userName,
-            {},
-            days > 0 ? static_cast<unsigned>(std::min<std::uint64_t>(days, UINT32_MAX)) : kUsualDays};
+    return days > 0 ? static_cast<unsigned>(std::min<std::uint64_t>(days, UINT32_MAX)) : kUsualDays;
+}
+
+RunHeader ChangeRuns::header(const std::string& command) const {
+    return {{}, command, m_services.program, m_services.root, m_services.folders.userName, {}, daysOfKeeping()};
 }
 
 Result<void> ChangeRuns::lock() {
@@ -63,6 +61,8 @@ Result<void> ChangeRuns::lock() {
 
 Result<void> ChangeRuns::begin(const std::string& usualCommand) {
     const std::string& command = m_command.empty() ? usualCommand : m_command;
+    const auto kept = keeping();
+    m_keeping.reset();
     m_run.reset();
     if (const auto locked = lock(); !locked) {
         m_services.gate.startRun();
@@ -71,7 +71,7 @@ Result<void> ChangeRuns::begin(const std::string& usualCommand) {
     if (const auto old = expired(); !old.empty() && (command == "clean" || command == "uninstall"))
         purgeLocked(old);
     m_writer.emplace(m_services.files, m_archive, header(command));
-    m_services.gate.startRun(&*m_writer, keeping());
+    m_services.gate.startRun(&*m_writer, kept);
     return {};
 }
 
@@ -90,7 +90,7 @@ void ChangeRuns::finish() {
 
 KeptStatus ChangeRuns::statusOf(const RunRecord& record, const KeptItem& item) const {
     if (record.purged.contains(item.number))
-        return KeptStatus::Purged;
+        return m_archive.holdsAnythingOf(record.header.run, item.number) ? KeptStatus::HalfPurged : KeptStatus::Purged;
     if (record.restored.contains(item.number))
         return KeptStatus::Restored;
     const bool isSaid = record.itemOfKept(item.number) != nullptr;
@@ -132,7 +132,8 @@ std::vector<KeptEntry> ChangeRuns::kept() const {
     for (const auto& record : records()) {
         const auto started = timeIn(record.header.started);
         for (const auto& item : record.kept) {
-            if (statusOf(record, item) == KeptStatus::Kept)
+            if (const auto status = statusOf(record, item);
+                status == KeptStatus::Kept || status == KeptStatus::HalfPurged)
                 entries.push_back(
                     {record.header.run, item, timeText(started.value_or(0) + record.header.keepDays * kDay)});
         }
@@ -149,7 +150,10 @@ std::vector<KeptEntry> ChangeRuns::expired() const {
 // The way back
 
 UndoneItem ChangeRuns::undo(const RunRecord& record, const KeptItem& item) {
-    if (statusOf(record, item) == KeptStatus::Missing)
+    const auto status = statusOf(record, item);
+    if (status == KeptStatus::HalfPurged)
+        return {item.path, "missing", "was being purged, and is not whole any more"};
+    if (status == KeptStatus::Missing)
         return {item.path, "missing", "is not kept any more, and not in its place either"};
     const auto& run = record.header.run;
     const auto back = m_services.gate.putBack(item, m_archive.folderOf(run, item.number));
@@ -184,7 +188,7 @@ Result<std::vector<UndoneItem>> ChangeRuns::undo(const std::string& run, const s
     // The last one first: a list is then as it was before each.
     for (auto item = record->kept.rbegin(); item != record->kept.rend(); ++item) {
         const auto status = statusOf(*record, *item);
-        if ((status != KeptStatus::Kept && status != KeptStatus::Missing) ||
+        if (status == KeptStatus::Restored || status == KeptStatus::Purged || status == KeptStatus::NotMoved ||
             (!paths.empty() && std::ranges::find(paths, item->path) == paths.end()))
             continue;
         const auto ready = m_writer->willChange();

@@ -28,6 +28,7 @@ enum class KeptStatus : std::uint8_t {
     Kept,
     Restored,
     Purged,
+    HalfPurged, ///< a purge of it did not come to its end: to be purged again, and not to be put back
     Missing,  ///< neither kept any more nor in its place
     NotMoved, ///< the run ended before that
 };
@@ -58,9 +59,11 @@ class ChangeRuns final {
 
     explicit ChangeRuns(Services services);
 
-    /// What the next runs do with what cannot be made again; without this the preferences decide.
+    /// What the next run does with what cannot be made again; without this the preferences decide.
     void setKeeping(Keeping keeping) { m_keeping = keeping; }
     [[nodiscard]] Keeping keeping() const;
+    /// For how long what is kept is.
+    [[nodiscard]] unsigned daysOfKeeping() const;
     /// What the next run is called in place of what its caller says: "erase", for one, is a clean to the coordinator.
     void setCommand(std::string command) { m_command = std::move(command); }
     /// Told of records that cannot be read; without this the log is.
@@ -86,7 +89,7 @@ class ChangeRuns final {
     [[nodiscard]] std::string stateOf(const RunRecord& record) const;
     /// With the items of an interrupted run that are kept though it could not say so any more.
     [[nodiscard]] RunRecord completed(RunRecord record) const;
-    /// Everything that is kept, of the newest run first.
+    /// Everything that takes space among what is kept, of the newest run first.
     [[nodiscard]] std::vector<KeptEntry> kept() const;
 
     // The way back; each is a run of its own

@@ -118,12 +118,17 @@ Result<void> RunArchive::append(const std::string& run, const std::string& line)
     return {};
 }
 
+bool RunArchive::holdsAnythingOf(const std::string& run, std::uint32_t number) const {
+    return m_files.attributesOfItemAtPath(folderOf(run, number), Links::DontFollow).has_value();
+}
+
 void RunArchive::prune() {
     const auto all = runs();
     for (std::size_t i = kRecordsKept; i < all.size(); ++i) {
         const auto old = record(all[i]);
         const bool hasKept = old && std::ranges::any_of(old->kept, [&](const KeptItem& item) {
-                                 return !old->restored.contains(item.number) && !old->purged.contains(item.number);
+                                 return !old->restored.contains(item.number) &&
+                                        (!old->purged.contains(item.number) || holdsAnythingOf(all[i], item.number));
                              });
         const auto place = m_files.locate(recordFile(all[i]));
         if (old && !hasKept && place)

@@ -25,6 +25,8 @@ class RunArchive final {
     [[nodiscard]] std::string recordFile(const std::string& run) const;
     /// The folder of one kept item.
     [[nodiscard]] std::string folderOf(const std::string& run, std::uint32_t number) const;
+    /// Is that folder still there?
+    [[nodiscard]] bool holdsAnythingOf(const std::string& run, std::uint32_t number) const;
 
     /// The newest first.
     [[nodiscard]] std::vector<RunRecord> records() const;
