@@ -63,7 +63,7 @@ Application::Application(Target target, const HostServices& host)
       m_processes({*m_target.files, m_tools, m_privileged, host.alerts, host.mainThread, host.log}),
       m_uninstallSteps({*m_target.files, m_processes, m_gate, host.alerts, host.mainThread, m_target.version},
                        m_treeLock),
-      m_http(host.libexecFolder + "/fetch"),
+      m_uninstallQuestion({host.alerts, m_runs, m_defaults, m_uninstallSteps}), m_http(host.libexecFolder + "/fetch"),
       m_ignoreList(
           {m_defaults, *m_target.files, m_applications, host.alerts, host.mainThread, host.log, m_http, m_tools,
            joinedPath(host.shareFolder, SharedIgnoreList::kFileName),
@@ -116,13 +116,13 @@ void Application::addModules(const HostServices& host) {
     auto extensions = std::make_unique<ExtensionsScanController>(
         services, m_scanController,
         ExtensionsScanController::Parts{WidgetsGarbage::Parts{m_loginItems, m_launchItems, m_uninstallSteps},
-                                        ADUninstallControllerView::Parts{m_uninstallSteps, host.alerts}, m_resources,
-                                        m_ownership, m_workspace});
+                                        ADUninstallControllerView::Parts{m_uninstallSteps, m_uninstallQuestion},
+                                        m_resources, m_ownership, m_workspace});
     m_extensions = extensions.get();
     m_scanController.addModule(rowFor(kExtensionsView), std::move(extensions));
     auto uninstaller = std::make_unique<ApplicationUninstaller>(
         services, m_scanController,
-        ApplicationUninstaller::Parts{m_resources, m_packages, m_uninstallSteps, m_ownership});
+        ApplicationUninstaller::Parts{m_resources, m_packages, m_uninstallSteps, m_uninstallQuestion, m_ownership});
     m_applicationUninstaller = uninstaller.get();
     m_scanController.addModule(rowFor(kUninstallerView), std::move(uninstaller));
     m_scanController.addModule(

@@ -24,6 +24,7 @@
 #include "modules/languages/LanguageKeepList.h"
 #include "modules/uninstaller/LeftoversCleaner.h"
 #include "modules/uninstaller/Ownership.h"
+#include "modules/uninstaller/UninstallQuestion.h"
 #include "modules/uninstaller/UninstallSteps.h"
 #include "platform/Authorization.h"
 #include "platform/HttpClient.h"
@@ -137,6 +138,7 @@ class Application final {
     Ownership m_ownership;
     ProcessControl m_processes;
     UninstallSteps m_uninstallSteps;
+    UninstallQuestion m_uninstallQuestion;
     HttpClient m_http;
     IgnoreListController m_ignoreList;
     LanguageKeepList m_languageKeepList;

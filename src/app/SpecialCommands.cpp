@@ -58,9 +58,9 @@ bool SpecialCommands::explain() {
     alert.buttons = {localizedButton("Ok"), localizedButton("Quit")};
     alert.safeButton = 1;
     if (canSuppress)
-        alert.suppression = localizedString("Do not show this message again");
+        alert.checkBox = {localizedString("Do not show this message again")};
     const auto answer = m_alerts.runAlert(alert);
-    if (answer.suppressed || !canSuppress)
+    if (answer.isBoxChecked || !canSuppress)
         m_defaults.setBool(coordinator::kDontShowUninstallAlert, true);
     (void)m_defaults.synchronize(); // a failure is logged by the preferences themselves
     return answer.button == 0;

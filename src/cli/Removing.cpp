@@ -47,26 +47,6 @@ ExitCode finishClean(Session& session) {
     return application.gate().couldntRemoveSomething() ? ExitCode::Incomplete : ExitCode::Done;
 }
 
-/// Says which checked items could not be kept in a run that keeps what cannot be made again. True if there are any.
-bool saysWhatCannotBeKept(Session& session, const ADScanController& module, const Node& node) {
-    bool isAny = false;
-    for (const auto* children : {&node.children(), &node.invisibleChildren()}) {
-        for (const auto& child : *children) {
-            if (child->hasChildren() || child->hasInvisibleChildren()) {
-                isAny = saysWhatCannotBeKept(session, module, *child) || isAny;
-            } else if (child->ifEnabled()) {
-                auto& application = session.application();
-                const auto request = application.uninstallSteps().requestFor(*child, module);
-                if (const auto reason = application.gate().reasonAgainstKeeping(request); !reason.empty()) {
-                    session.complain(request.path + ": cannot be kept: " + reason);
-                    isAny = true;
-                }
-            }
-        }
-    }
-    return isAny;
-}
-
 /// Settles whether the run keeps what cannot be made again; who says yes to our question was told what cannot be kept.
 void chooseKeeping(Session& session) {
     const CommandLine& line = session.commandLine();
@@ -75,13 +55,16 @@ void chooseKeeping(Session& session) {
         runs.setKeeping(*line.keepsRemoved ? Keeping::On : Keeping::Off);
     if (runs.keeping() == Keeping::Off)
         return;
-    bool isAny = false;
+    std::vector<Error> obstacles;
     for (const auto& shown : shownModules(session.application())) {
         if (shown.module.removesWhatCannotBeMadeAgain())
-            isAny = saysWhatCannotBeKept(session, shown.module, *shown.module.rootNode()) || isAny;
+            std::ranges::move(session.application().uninstallSteps().obstaclesToKeeping(shown.module),
+                              std::back_inserter(obstacles));
     }
-    if (isAny && !line.saysYes)
-        runs.setKeeping(Keeping::OnWherePossible);
+    for (const auto& obstacle : obstacles)
+        session.complain(obstacle.path + ": cannot be kept: " + obstacle.reason);
+    if (!line.saysYes)
+        runs.setKeeping(keepingDespite(obstacles));
 }
 
 ExitCode saysNothingWasRemoved(Session& session) {

@@ -6,6 +6,12 @@
 
 namespace sweeply {
 
+/// A box in an alert that the person may check or uncheck.
+struct AlertCheckBox {
+    std::string text;
+    bool isChecked = false;
+};
+
 /// A question or a message for the person in front of the program. Texts are already translated, and the
 /// names in them escaped for display: a line of its own in a name would read as one of ours.
 struct Alert {
@@ -18,13 +24,12 @@ struct Alert {
     std::vector<std::string> buttons;
     /// The button that changes nothing: what is answered where there is nobody to ask.
     std::size_t safeButton = 0;
-    /// The text of a box that suppresses the alert in future, where there is one.
-    std::optional<std::string> suppression = std::nullopt;
+    std::optional<AlertCheckBox> checkBox = std::nullopt;
 };
 
 struct AlertAnswer {
     std::size_t button = 0; ///< index into Alert::buttons
-    bool suppressed = false;
+    bool isBoxChecked = false; ///< as the person left it
     bool nobodyAnswered = false; ///< there was nobody to ask, and the safe button stands in for an answer
 };
 

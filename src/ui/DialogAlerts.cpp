@@ -30,8 +30,10 @@ AlertAnswer DialogAlerts::runAlert(const Alert& alert) {
                                         index == alert.safeButton ? QMessageBox::RejectRole : QMessageBox::AcceptRole));
     box.setDefaultButton(buttons.front());
     box.setEscapeButton(buttons[alert.safeButton]);
-    if (alert.suppression)
-        box.setCheckBox(new QCheckBox(QString::fromStdString(*alert.suppression)));
+    if (alert.checkBox) {
+        box.setCheckBox(new QCheckBox(QString::fromStdString(alert.checkBox->text)));
+        box.checkBox()->setChecked(alert.checkBox->isChecked);
+    }
     box.exec();
     AlertAnswer answer;
     answer.button = alert.safeButton;
@@ -39,7 +41,7 @@ AlertAnswer DialogAlerts::runAlert(const Alert& alert) {
         if (box.clickedButton() == buttons[index])
             answer.button = index;
     }
-    answer.suppressed = box.checkBox() && box.checkBox()->isChecked();
+    answer.isBoxChecked = box.checkBox() && box.checkBox()->isChecked();
     return answer;
 }
 

@@ -45,7 +45,7 @@ TEST_F(SpecialCommandsTest, PathsAfterThePseudoFileGoToTheUninstallerAfterTheExp
     auto commands = make();
     processTwo(commands, 0);
     EXPECT_THAT(m_done, ElementsAre("uninstall", "/Trash/One.app", "/Trash/Two.app"));
-    EXPECT_TRUE(m_world.alerts.shown[0].suppression);
+    EXPECT_TRUE(m_world.alerts.shown[0].checkBox);
     EXPECT_FALSE(m_world.defaults->boolForKey(kSuppressed));
     commands.processSpecialCommands();
     EXPECT_EQ(m_done.size(), 3U) << "the mode is over";
@@ -70,7 +70,7 @@ TEST_F(SpecialCommandsTest, SuppressedExplanationIsNotShown) {
 TEST_F(SpecialCommandsTest, OldestSystemExplainsOnceOnly) {
     auto commands = make("10.4.11");
     processTwo(commands, 0);
-    EXPECT_FALSE(m_world.alerts.shown[0].suppression);
+    EXPECT_FALSE(m_world.alerts.shown[0].checkBox);
     EXPECT_TRUE(m_world.defaults->boolForKey(kSuppressed));
 }
 

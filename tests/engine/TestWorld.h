@@ -35,7 +35,8 @@ class ScriptedAlerts final : public Alerts {
     AlertAnswer runAlert(const Alert& alert) override {
         shown.push_back(alert);
         const auto script = answers.find(alert.title);
-        return {script == answers.end() ? alert.safeButton : script->second, false};
+        const bool isChecked = alert.checkBox && boxAnswer.value_or(alert.checkBox->isChecked);
+        return {script == answers.end() ? alert.safeButton : script->second, isChecked};
     }
     /// "TITLE|TEXT" of each.
     std::vector<std::string> texts() const {
@@ -46,6 +47,7 @@ class ScriptedAlerts final : public Alerts {
     }
 
     std::map<std::string, std::size_t> answers;
+    std::optional<bool> boxAnswer; ///< boxes are left as they are without it
     std::vector<Alert> shown;
 };
 

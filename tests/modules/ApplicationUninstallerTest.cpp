@@ -22,9 +22,11 @@ using namespace testing;
 class UninstallerTest : public UninstallWorldTest {
   protected:
     explicit UninstallerTest(const char* version = "10.6.8") : UninstallWorldTest(version) {
-        m_module = &m_world.add(7, std::make_unique<ApplicationUninstaller>(
-                                       services(), *m_world.coordinator,
-                                       ApplicationUninstaller::Parts{m_finder, m_packages, m_steps, m_ownership}));
+        m_module =
+            &m_world.add(7, std::make_unique<ApplicationUninstaller>(
+                                services(), *m_world.coordinator,
+                                ApplicationUninstaller::Parts{m_finder, m_packages, m_steps, m_question, m_ownership}));
+        m_world.alerts.answers["Uninstall selected objects?"] = 0;
         makeApplication("Foo", "com.example.foo");
         write("/Applications/Foo.app/Contents/Info.plist",
               plist::writeXml(plist::Dictionary({{"CFBundleIdentifier", "com.example.foo"}, {"CFBundleName", "Foo"}})));
@@ -121,6 +123,31 @@ TEST_F(UninstallerTest, ShortOrMissingNamesSweepNothingUp) {
         drop(*m_module, {path});
         EXPECT_THAT(listed(), ElementsAre(path));
     }
+}
+
+TEST_F(UninstallerTest, PersonDecidesWhetherWhatGoesCanComeBack) {
+    const std::string path = "/Applications/Foo.app";
+    m_world.alerts.answers.clear();
+    m_world.alerts.boxAnswer.reset();
+    drop(*m_module, {path});
+    uninstall();
+    EXPECT_TRUE(m_world.exists(path)) << "the safe answer is no";
+    m_world.alerts.answers["Uninstall selected objects?"] = 0;
+    uninstall();
+    EXPECT_FALSE(m_world.exists(path));
+    const auto kept = m_world.runs->kept();
+    ASSERT_EQ(kept.size(), 1U);
+    ASSERT_TRUE(m_world.runs->undo(kept[0].run, {}));
+    EXPECT_TRUE(m_world.exists(path));
+    m_world.alerts.boxAnswer = false;
+    drop(*m_module, {path});
+    uninstall();
+    EXPECT_FALSE(m_world.exists(path));
+    EXPECT_THAT(m_world.runs->kept(), IsEmpty());
+    EXPECT_FALSE(m_world.defaults->boolForKey(uninstaller::kKeepUninstalled)) << "as it was left";
+    ASSERT_TRUE(m_world.alerts.shown.back().checkBox);
+    EXPECT_EQ(m_world.alerts.shown.back().checkBox->text,
+              "Keep for 30 days, so that it can be put back (frees no space until then)");
 }
 
 TEST_F(UninstallerTest, SystemApplicationsAndSharedPackagesAreAskedAbout) {

@@ -16,9 +16,11 @@ const std::string kLibrary = "/Users/sam/Library/";
 class ClaimsTest : public UninstallWorldTest {
   protected:
     explicit ClaimsTest() {
-        m_module = &m_world.add(7, std::make_unique<ApplicationUninstaller>(
-                                       services(), *m_world.coordinator,
-                                       ApplicationUninstaller::Parts{m_finder, m_packages, m_steps, m_ownership}));
+        m_module =
+            &m_world.add(7, std::make_unique<ApplicationUninstaller>(
+                                services(), *m_world.coordinator,
+                                ApplicationUninstaller::Parts{m_finder, m_packages, m_steps, m_question, m_ownership}));
+        m_world.alerts.answers["Uninstall selected objects?"] = 0;
     }
     ~ClaimsTest() override { m_world.end(); }
 

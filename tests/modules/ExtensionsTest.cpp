@@ -54,8 +54,7 @@ TEST_F(ExtensionsTest, WidgetGoesOnlyAfterYes) {
     uninstall();
     EXPECT_TRUE(m_world.exists(one)) << "the safe answer is no";
     EXPECT_THAT(m_world.alerts.texts(),
-                ElementsAre("Uninstall selected objects?|Are you sure you want to uninstall selected objects? "
-                            "Uninstalled objects cannot be restored."));
+                ElementsAre("Uninstall selected objects?|Are you sure you want to uninstall selected objects?"));
     m_world.alerts.answers["Uninstall selected objects?"] = 0;
     m_module->checkNone();
     uninstall();

@@ -9,6 +9,7 @@
 #include "modules/ModuleWorld.h"
 #include "modules/extensions/ExtensionsScanController.h"
 #include "modules/uninstaller/Ownership.h"
+#include "modules/uninstaller/UninstallQuestion.h"
 #include "modules/uninstaller/UninstallSteps.h"
 #include "platform/Workspace.h"
 
@@ -21,6 +22,7 @@ class UninstallWorldTest : public ModuleTest {
   protected:
     explicit UninstallWorldTest(const char* version = "10.6.8") : ModuleTest(version) {
         m_world.privileged.authorize();
+        m_world.alerts.boxAnswer = false; // what goes is gone
     }
     ~UninstallWorldTest() override { m_world.end(); }
 
@@ -33,6 +35,7 @@ class UninstallWorldTest : public ModuleTest {
         if (!std::exchange(m_knowsApplications, true))
             findApplications();
     }
+    /// Asks first, and the scripted answers say whether anything happens.
     void uninstall() {
         m_world.coordinator->setSelectedRow(0);
         m_world.coordinator->uninstall();
@@ -57,7 +60,7 @@ class UninstallWorldTest : public ModuleTest {
     /// Hands the row of all extensions to the coordinator.
     ExtensionsScanController& addExtensions() {
         const ExtensionsScanController::Parts parts{WidgetsGarbage::Parts{m_loginItems, m_launchItems, m_steps},
-                                                    {m_steps, m_world.alerts},
+                                                    {m_steps, m_question},
                                                     m_finder,
                                                     m_ownership,
                                                     m_workspace};
@@ -88,6 +91,7 @@ class UninstallWorldTest : public ModuleTest {
     Workspace m_workspace{m_world.files(), "/Applications"};
     UninstallSteps m_steps{{m_world.files(), m_processes, m_world.gate, m_world.alerts, m_world.loop, m_version},
                            m_world.treeLock};
+    UninstallQuestion m_question{{m_world.alerts, *m_world.runs, *m_world.defaults, m_steps}};
 };
 
 } // namespace sweeply

@@ -74,14 +74,16 @@ TEST_F(WindowTest, DroppedApplicationIsUninstalledAndDroppedFileErased) {
     drop(uninstaller, root() + "/Applications/Ledger.app");
     drop(uninstaller, "/etc/hostname");
     EXPECT_EQ(uninstaller.module().filesFound(), 2U) << "what is not on the Mac is not taken";
-    answer(QStringLiteral("No"));
-    answer(QStringLiteral("Ok"));
+    for (const char* button : {"Yes", "No", "Ok"})
+        answer(QLatin1String(button));
     tool("Uninstall")->trigger();
     ASSERT_TRUE(waitUntil([this] { return !controller().isRemoving(); }));
-    EXPECT_EQ(m_asked.value(0), QStringLiteral("Deleting system application"));
+    EXPECT_EQ(m_asked.value(0), QStringLiteral("Uninstall selected objects?"));
+    EXPECT_EQ(m_asked.value(1), QStringLiteral("Deleting system application"));
     EXPECT_TRUE(isThere("/Applications/Safari.app"));
     EXPECT_FALSE(isThere("/Applications/Ledger.app"));
     EXPECT_FALSE(isThere("/Users/sam/Library/Preferences/com.northbay.ledger.plist"));
+    EXPECT_TRUE(isThere("/Users/sam/Library/Application Support/Sweeply/Kept")) << "the box is checked the first time";
 
     auto& eraser = page(8);
     drop(eraser, root() + "/Users/sam/Library/Cookies/Cookies.plist");
@@ -89,7 +91,7 @@ TEST_F(WindowTest, DroppedApplicationIsUninstalledAndDroppedFileErased) {
     tool("Remove")->trigger();
     ASSERT_TRUE(waitUntil([this] { return !controller().isRemoving(); }));
     EXPECT_FALSE(isThere("/Users/sam/Library/Cookies/Cookies.plist"));
-    EXPECT_EQ(m_asked.size(), 2) << "what waits in the uninstaller is not even asked about";
+    EXPECT_EQ(m_asked.size(), 3) << "what waits in the uninstaller is not even asked about";
 }
 
 TEST_F(WindowTest, LaunchDatabaseIsRebuiltByItsButton) {

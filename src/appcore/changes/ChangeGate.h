@@ -28,6 +28,11 @@ enum class Keeping : std::uint8_t {
     OnWherePossible, ///< what cannot be kept goes for good: somebody was told and said yes
 };
 
+/// How a run keeps whose person was told what cannot be kept, and said yes.
+[[nodiscard]] inline Keeping keepingDespite(const std::vector<Error>& obstacles) {
+    return obstacles.empty() ? Keeping::On : Keeping::OnWherePossible;
+}
+
 /// The one way in which anything of a target is changed. Every request is held against what was seen, written down,
 /// carried out, and its outcome counted and written down; whatever that is, one line about what stays is logged.
 ///

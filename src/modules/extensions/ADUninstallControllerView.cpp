@@ -2,7 +2,6 @@
 
 #include "appcore/FolderConstants.h"
 #include "engine/ScanCoordinator.h"
-#include "platform/Alerts.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
@@ -36,13 +35,7 @@ void ADUninstallControllerView::analyzeFile(const std::string& path) {
 }
 
 void ADUninstallControllerView::startUninstallation() {
-    Alert alert;
-    alert.title = localizedString("Uninstall selected objects?");
-    alert.text =
-        localizedString("Are you sure you want to uninstall selected objects? Uninstalled objects cannot be restored.");
-    alert.buttons = {localizedButton("Yes"), localizedButton("Cancel")};
-    alert.safeButton = 1;
-    if (m_parts.alerts.runAlert(alert).button == 0)
+    if (m_parts.question.confirms(*this))
         globalScanController().uninstallWith({this});
 }
 

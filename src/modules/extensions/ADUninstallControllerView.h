@@ -2,6 +2,7 @@
 
 #include "engine/ADScanControllerView.h"
 #include "modules/ModuleServices.h"
+#include "modules/uninstaller/UninstallQuestion.h"
 #include "modules/uninstaller/UninstallSteps.h"
 
 #include <atomic>
@@ -10,7 +11,6 @@
 
 namespace sweeply {
 
-class Alerts;
 class DirectoryEnumerator;
 
 /// The base of the lists of installed extensions: each is filled as soon as it is shown, and removes only after an
@@ -19,7 +19,7 @@ class ADUninstallControllerView : public ADScanControllerView {
   public:
     struct Parts {
         UninstallSteps& steps;
-        Alerts& alerts;
+        UninstallQuestion& question;
     };
 
     /// `rootName` is a key of the localised texts.

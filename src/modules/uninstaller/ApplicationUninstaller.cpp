@@ -214,7 +214,10 @@ void ApplicationUninstaller::showDropImageView() {
 
 // Removing
 
-void ApplicationUninstaller::startUninstallation() { globalScanController().uninstallWith({this}); }
+void ApplicationUninstaller::startUninstallation() {
+    if (m_parts.question.confirms(*this))
+        globalScanController().uninstallWith({this});
+}
 
 bool ApplicationUninstaller::isRootNodeCleanable(Node& node) {
     if (!m_parts.steps.confirmsSystemApplication(node, *this))

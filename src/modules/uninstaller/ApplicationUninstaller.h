@@ -4,6 +4,7 @@
 #include "engine/ADScanControllerView.h"
 #include "modules/ModuleServices.h"
 #include "modules/uninstaller/Ownership.h"
+#include "modules/uninstaller/UninstallQuestion.h"
 #include "modules/uninstaller/UninstallSteps.h"
 
 #include <string>
@@ -20,6 +21,7 @@ class ApplicationUninstaller final : public ADScanControllerView {
         ResourceFinder& finder;
         PackageManager& packages;
         UninstallSteps& steps;
+        UninstallQuestion& question;
         const Ownership& ownership;
     };
 
@@ -35,6 +37,7 @@ class ApplicationUninstaller final : public ADScanControllerView {
     void analyzeFile(const std::string& path) override;
     /// There is nothing to scan.
     void startScan() override { finishScan(); }
+    /// Asks, and removes what is checked. Main thread.
     void startUninstallation() override;
     /// Shows the area to drop applications on, and forgets those that were dropped.
     void showDropImageView() override;

@@ -107,6 +107,28 @@ ChangeRequest UninstallSteps::requestFor(const Node& node, const ADScanControlle
     return request;
 }
 
+std::vector<Error> UninstallSteps::obstaclesToKeeping(const ADScanController& module) const {
+    const std::lock_guard lock(m_treeLock);
+    std::vector<Error> obstacles;
+    addObstacles(*module.rootNode(), module, obstacles);
+    return obstacles;
+}
+
+void UninstallSteps::addObstacles(const Node& node, const ADScanController& module,
+                                  std::vector<Error>& obstacles) const {
+    for (const auto* children : {&node.children(), &node.invisibleChildren()}) {
+        for (const auto& child : *children) {
+            if (child->hasChildren() || child->hasInvisibleChildren()) {
+                addObstacles(*child, module, obstacles);
+            } else if (child->ifEnabled()) {
+                const auto request = requestFor(*child, module);
+                if (auto reason = m_services.gate.reasonAgainstKeeping(request); !reason.empty())
+                    obstacles.push_back({ErrorKind::Unavailable, request.path, std::move(reason)});
+            }
+        }
+    }
+}
+
 ChangeOutcome UninstallSteps::removeItem(const Node& node, ADScanController& module) {
     auto request = requestFor(node, module);
     const auto item = itemOf(node);

@@ -48,6 +48,8 @@ class UninstallSteps final {
     [[nodiscard]] ChangeOutcome removeItem(const Node& item, ADScanController& module);
     /// What that would be, without the questions.
     [[nodiscard]] ChangeRequest requestFor(const Node& item, const ADScanController& module) const;
+    /// What is checked in the module and could not be kept, each with the reason.
+    [[nodiscard]] std::vector<Error> obstaclesToKeeping(const ADScanController& module) const;
     /// Counts an entry as one that stays, with the reason. Always false.
     bool stays(const Node& entry, ADScanController& module, const std::string& reason);
 
@@ -59,6 +61,7 @@ class UninstallSteps final {
     };
     [[nodiscard]] Item itemOf(const Node& node) const;
     void addCheckedItems(const Node& node, std::vector<Item>& items) const;
+    void addObstacles(const Node& node, const ADScanController& module, std::vector<Error>& obstacles) const;
     [[nodiscard]] bool isReceipt(const Item& item) const;
     [[nodiscard]] bool needsRights(const Item& item) const;
 
