@@ -6,7 +6,9 @@
 #include "cli/TextOutput.h"
 #include "platform/Localization.h"
 
+#include <algorithm>
 #include <iostream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <utility>
 
