@@ -1,5 +1,7 @@
 #include "tools/launchctl/Units.h"
 
+#include "formats/UnitFile.h"
+
 #include <algorithm>
 #include <charconv>
 
@@ -7,6 +9,8 @@ namespace launchctl {
 
 namespace {
 
+using sweeply::unitArgument;
+using sweeply::unitText;
 using sweeply::plist::Value;
 using Flaw = tl::unexpected<std::string>;
 
@@ -15,31 +19,6 @@ constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopq
 constexpr std::string_view kDigits = "0123456789abcdef";
 /// Escaped, it has to fit into a file name.
 constexpr std::size_t kLongestLabel = 60;
-
-bool hasControlCharacters(const std::string& text) {
-    return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; });
-}
-
-/// "%" introduces what the system fills in by itself.
-std::string withoutSpecifiers(const std::string& text) {
-    std::string escaped;
-    for (const char c : text)
-        escaped += c == '%' ? std::string("%%") : std::string(1, c);
-    return escaped;
-}
-
-/// One argument of a command, as it stands in a unit.
-std::string quoted(const std::string& argument) {
-    std::string escaped = "\"";
-    for (const char c : withoutSpecifiers(argument)) {
-        if (c == '"' || c == '\\')
-            escaped += '\\';
-        if (c == '$')
-            escaped += '$';
-        escaped += c;
-    }
-    return escaped + '"';
-}
 
 bool isTrue(const Value& configuration, const char* key) {
     const auto* value = configuration.find(key);
@@ -69,11 +48,11 @@ tl::expected<Job, std::string> jobIn(const Value& configuration) {
     job.startsOnMount = isTrue(configuration, "StartOnMount");
     job.runsAtLoad = isTrue(configuration, "RunAtLoad");
     for (const auto* texts : {&job.arguments, &job.watchedPaths}) {
-        if (std::ranges::any_of(*texts, hasControlCharacters))
-            return Flaw("a name with control characters");
+        if (!std::ranges::all_of(*texts, sweeply::fitsInUnitFile))
+            return Flaw("a name with control characters, or none in UTF-8");
     }
-    if (hasControlCharacters(job.label))
-        return Flaw("a label with control characters");
+    if (!sweeply::fitsInUnitFile(job.label))
+        return Flaw("a label with control characters, or none in UTF-8");
     return job;
 }
 
@@ -110,20 +89,20 @@ std::string labelOf(const std::string& unitName) {
 
 std::string serviceUnit(const Job& job) {
     // The manager refuses programs with some characters in their names, but hands any of them on as an argument.
-    std::string command = "/bin/sh -c " + quoted("exec \"$0\" \"$@\"");
+    std::string command = "/bin/sh -c " + unitArgument("exec \"$0\" \"$@\"");
     for (const auto& argument : job.arguments)
-        command += " " + quoted(argument);
-    return "[Unit]\nDescription=" + withoutSpecifiers(job.label) + "\n\n[Service]\nType=oneshot\nExecStart=" + command +
-           "\n" + (job.runsAtLoad ? "\n[Install]\nWantedBy=default.target\n" : "");
+        command += " " + unitArgument(argument);
+    return "[Unit]\nDescription=" + unitText(job.label) + "\n\n[Service]\nType=oneshot\nExecStart=" + command + "\n" +
+           (job.runsAtLoad ? "\n[Install]\nWantedBy=default.target\n" : "");
 }
 
 std::string pathUnit(const Job& job, const std::vector<std::string>& mountFolders) {
-    std::string unit = "[Unit]\nDescription=" + withoutSpecifiers(job.label) + "\n\n[Path]\n";
+    std::string unit = "[Unit]\nDescription=" + unitText(job.label) + "\n\n[Path]\n";
     for (const auto& path : job.watchedPaths)
-        unit += "PathModified=" + withoutSpecifiers(path) + "\n";
+        unit += "PathModified=" + unitText(path) + "\n";
     if (job.startsOnMount) {
         for (const auto& folder : mountFolders)
-            unit += "PathModified=" + withoutSpecifiers(folder) + "\n";
+            unit += "PathModified=" + unitText(folder) + "\n";
     }
     return unit + "\n[Install]\nWantedBy=paths.target\n";
 }

@@ -2,25 +2,21 @@
 //
 // Keeps launch agents as units of the user's own service manager: a service for the program and a path unit for what it
 // waits for.
-#include "platform/Process.h"
+#include "platform/UserUnits.h"
 #include "tools/Complaint.h"
 #include "tools/launchctl/Units.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
-#include <optional>
 #include <pwd.h>
 #include <sstream>
 #include <unistd.h>
 
 namespace {
 
-namespace fs = std::filesystem;
 using namespace sweeply;
 using launchctl::Job;
 
@@ -31,19 +27,6 @@ constexpr const char* kUsage = "usage: launchctl load|unload [-w] [-F] PATH...\n
 
 int complain(const std::string& text) { return printComplaint("launchctl: " + text); }
 
-std::string homeFolder() {
-    if (const char* home = std::getenv("HOME"); home && *home == '/')
-        return home;
-    const passwd* user = ::getpwuid(::getuid());
-    return user ? user->pw_dir : "/";
-}
-
-fs::path unitsFolder() {
-    const char* configured = std::getenv("XDG_CONFIG_HOME");
-    return fs::path(configured && *configured == '/' ? std::string(configured) : homeFolder() + "/.config") /
-           "systemd/user";
-}
-
 /// Where desktops and people mount volumes.
 std::vector<std::string> mountFolders() {
     const passwd* user = ::getpwuid(::getuid());
@@ -51,36 +34,9 @@ std::vector<std::string> mountFolders() {
     return {"/run/media/" + name, "/media/" + name, "/media", "/mnt"};
 }
 
-/// What systemctl said when it failed; nothing when it did its work.
-std::optional<std::string> systemctl(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "--user");
-    ProcessOptions options;
-    options.output = OutputTo::Discard;
-    options.errors = OutputTo::Capture;
-    const auto ended = runProcess("/usr/bin/systemctl", arguments, options);
-    if (!ended)
-        return "there is no service manager on this machine";
-    if (ended->succeeded())
-        return std::nullopt;
-    const std::string line = ended->errors.substr(0, ended->errors.find('\n'));
-    return line.empty() ? "the service manager refused" : line;
-}
-
-bool write(const fs::path& path, const std::string& contents) {
-    const fs::path fresh = path.string() + ".new";
-    std::ofstream file(fresh, std::ios::binary);
-    file << contents;
-    file.close();
-    std::error_code error;
-    if (file)
-        fs::rename(fresh, path, error);
-    return file && !error;
-}
-
-void removeUnits(const std::string& name) {
-    std::error_code ignored;
+void removeUnits(const UserUnits& units, const std::string& name) {
     for (const char* kind : {".path", ".service"})
-        fs::remove(unitsFolder() / (name + kind), ignored);
+        (void)units.remove(name + kind);
 }
 
 std::string unitThatWaits(const Job& job, const std::string& name) {
@@ -105,48 +61,50 @@ int load(const std::string& path) {
     const auto job = jobAt(path);
     if (!job)
         return complain(job.error());
+    const UserUnits units;
     const std::string name = launchctl::unitName(job->label);
-    std::error_code error;
-    fs::create_directories(unitsFolder(), error);
-    if (!write(unitsFolder() / (name + ".service"), launchctl::serviceUnit(*job)) ||
-        !write(unitsFolder() / (name + ".path"), launchctl::pathUnit(*job, mountFolders()))) {
-        removeUnits(name);
-        return complain(unitsFolder().string() + ": could not be written");
+    auto written = units.write(name + ".service", launchctl::serviceUnit(*job));
+    if (written)
+        written = units.write(name + ".path", launchctl::pathUnit(*job, mountFolders()));
+    if (!written) {
+        removeUnits(units, name);
+        return complain(written.error().message());
     }
     const std::string waiting = unitThatWaits(*job, name);
-    auto failure = systemctl({"daemon-reload"});
-    if (!failure && waiting.ends_with(".path"))
-        failure = systemctl({"enable", "--now", waiting});
-    if (!failure && job->runsAtLoad)
-        failure = systemctl({"enable", "--now", name + ".service"});
-    if (!failure)
+    auto done = units.manager({"daemon-reload"});
+    if (done && waiting.ends_with(".path"))
+        done = units.manager({"enable", "--now", waiting});
+    if (done && job->runsAtLoad)
+        done = units.manager({"enable", "--now", name + ".service"});
+    if (done)
         return 0;
-    removeUnits(name);
-    return complain(job->label + ": " + *failure);
+    removeUnits(units, name);
+    return complain(job->label + ": " + done.error().message());
 }
 
 int removeLabel(const std::string& label) {
+    const UserUnits units;
     const std::string name = launchctl::unitName(label);
-    std::error_code error;
-    if (!fs::exists(unitsFolder() / (name + ".service"), error)) {
+    if (!units.contents(name + ".service")) {
         complain("Error unloading: " + label);
         return 0; // as the Mac's own tool
     }
-    const auto failure = systemctl({"disable", "--now", name + ".path", name + ".service"});
-    removeUnits(name);
-    (void)systemctl({"daemon-reload"});
-    return failure ? complain(label + ": " + *failure) : 0;
+    const auto disabled = units.manager({"disable", "--now", name + ".path", name + ".service"});
+    removeUnits(units, name);
+    (void)units.manager({"daemon-reload"});
+    return disabled ? 0 : complain(label + ": " + disabled.error().message());
 }
 
 int list(const std::vector<std::string>& labels) {
+    const UserUnits units;
     if (!labels.empty())
-        return systemctl({"is-active", "--quiet", launchctl::unitName(labels[0]) + ".path"}) ? 1 : 0;
+        return units.manager({"is-active", "--quiet", launchctl::unitName(labels[0]) + ".path"}) ? 0 : 1;
     std::puts("PID\tStatus\tLabel");
     std::vector<std::string> found;
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(unitsFolder(), error)) {
-        if (entry.path().extension() == ".service" && !launchctl::labelOf(entry.path().stem().string()).empty())
-            found.push_back(launchctl::labelOf(entry.path().stem().string()));
+    for (const auto& unit : units.names()) {
+        const auto label = unit.ends_with(".service") ? launchctl::labelOf(unit.substr(0, unit.rfind('.'))) : "";
+        if (!label.empty())
+            found.push_back(label);
     }
     std::ranges::sort(found);
     for (const auto& label : found)
