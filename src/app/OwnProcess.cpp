@@ -32,10 +32,14 @@ void runScript(const char* script, std::vector<std::string> more) {
 
 } // namespace
 
-std::string besideProgram(const char* folder) {
+std::string ownProgram() {
     std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::string() : (program.parent_path().parent_path() / folder / "sweeply").string();
+    return std::filesystem::read_symlink("/proc/self/exe", error).string();
+}
+
+std::string besideProgram(const char* folder) {
+    const std::filesystem::path program = ownProgram();
+    return program.empty() ? std::string() : (program.parent_path().parent_path() / folder / "sweeply").string();
 }
 
 void killOurselves(const std::string& bundlePath, SystemLog& log) {

@@ -6,6 +6,9 @@ namespace sweeply {
 
 class SystemLog;
 
+/// The program that runs: an absolute path of this machine, empty where the system does not tell.
+[[nodiscard]] std::string ownProgram();
+
 /// Our folder in "libexec" or "share" beside the program's own, where what came with it lies: an absolute path of this
 /// machine.
 [[nodiscard]] std::string besideProgram(const char* folder);

@@ -50,6 +50,8 @@ Commands:
   kept                 list what was kept and can be put back
   undo [RUN] [PATH...] put back what a run kept (else: the newest that kept something)
   purge RUN...         remove what was kept for good; or --all of it, or what is --expired
+  schedule [MODULE...] clean every week, or when --monthly or --calendar says, without a person
+  schedule list        list what is scheduled; 'schedule remove [NAME...]' ends it
   prefs [KEY [VALUE]]  list, read or set Sweeply's own settings
   size PATH...         say how much space files and folders take
   sample DIR           write a small Mac OS X volume to try things on
@@ -164,6 +166,31 @@ void describeIgnore(CLI::App& ignore, CommandLine& line) {
     addActions(*apps, "Applications, or folders that hold some");
 }
 
+void describeSchedule(CLI::App& schedule, CommandLine& line) {
+    schedule.add_flag("--json", line.wantsJson, "Print one JSON object");
+    schedule.add_option("MODULE", line.operands,
+                        "Modules, by the names that 'modules' lists; none: those switched on that need no person");
+    auto* weekly = schedule.add_flag_callback(
+        "--weekly", [&line] { line.calendar = "weekly"; }, "In the night to Monday, as is done without an option");
+    auto* monthly = schedule.add_flag_callback(
+        "--monthly", [&line] { line.calendar = "monthly"; }, "In the night to the first of the month");
+    auto* calendar =
+        schedule.add_option("--calendar", line.calendar, "When, as systemd.time(7) writes times: 'Sat 03:00'");
+    calendar->each([&line](const std::string&) { line.hasOwnCalendar = true; });
+    weekly->excludes(monthly)->excludes(calendar);
+    monthly->excludes(calendar);
+    schedule.require_subcommand(0, 1);
+    const auto addAction = [&](const char* name, const char* description) {
+        auto* sub = schedule.add_subcommand(name, description);
+        sub->parse_complete_callback([&line, name] { line.scheduleAction = name; });
+        sub->add_flag("--json", line.wantsJson, "Print one JSON object");
+        return sub;
+    };
+    addAction("list", "List what is scheduled");
+    addAction("remove", "End schedules")
+        ->add_option("NAME", line.operands, "Schedules, as the list names them; none: every one");
+}
+
 void describeCommands(CLI::App& app, CommandLine& line) {
     app.require_subcommand(1);
     const auto add = [&](Command command, const char* name, const char* description) {
@@ -193,6 +220,8 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     auto* clean = add(Command::Clean, "clean", "Scan, show what was found, ask, and remove what is checked");
     addModules(clean);
     clean->add_flag("--yes", line.saysYes, "Remove without asking");
+    clean->add_flag("--notify", line.notifies,
+                    "Tell how it went by a note on the desktop, or in the system log where there is no desktop");
 
     auto* erase = add(Command::Erase, "erase", "Remove files and folders, overwritten first if that is wanted");
     addListing(erase);
@@ -255,6 +284,8 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     modules->add_option("--disable", line.modulesToDisable, "Switch a module off");
 
     describeIgnore(*add(Command::Ignore, "ignore", "The items that scans list unchecked"), line);
+
+    describeSchedule(*add(Command::Schedule, "schedule", "Clean again and again without a person"), line);
 
     auto* prefs = add(Command::Prefs, "prefs", "List, read or set Sweeply's own settings");
     addJson(prefs);

@@ -29,6 +29,7 @@ enum class Command {
     Kept,
     Undo,
     Purge,
+    Schedule,
     Size,
     Sample
 };
@@ -70,6 +71,13 @@ struct CommandLine {
     std::string ignoreAction;
     /// Applications, and not items, are listed, added or removed.
     bool ignoresApplications = false;
+    /// Tell how it went where somebody sees it who does not look at the terminal.
+    bool notifies = false;
+    /// When a schedule is due, as systemd writes it; not checked where it is the person's own.
+    std::string calendar = "weekly";
+    bool hasOwnCalendar = false;
+    /// What to do with schedules: "add", "list" or "remove".
+    std::string scheduleAction = "add";
     unsigned sampleScale = 1;
 };
 

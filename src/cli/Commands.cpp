@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/CleanNotice.h"
 #include "cli/Interrupt.h"
 #include "cli/JsonOutput.h"
 #include "cli/Session.h"
@@ -26,16 +27,20 @@ ExitCode runOnTarget(const CommandLine& line) {
     const auto session = Session::open(line, log, {printJson, complain});
     if (!session) {
         complain(session.error().message());
+        if (line.notifies)
+            tellThatCleanFailed(session.error().message(), log);
         return ExitCode::Usage;
     }
     if (!*session)
         return ExitCode::Done; // a reference that only prints
     interrupt::install();
     const auto step = runCommand(**session);
-    if (!step.rest)
-        return step.outcome;
-    return step.rest(!step.isQuestion || line.saysYes ||
-                     TerminalAlerts::confirms(localizedString("Remove the checked items?")));
+    const auto outcome = !step.rest ? step.outcome
+                                    : step.rest(!step.isQuestion || line.saysYes ||
+                                                TerminalAlerts::confirms(localizedString("Remove the checked items?")));
+    if (line.notifies)
+        tellHowCleanWent(**session, outcome, log);
+    return outcome;
 }
 
 ExitCode run(const std::vector<std::string>& arguments) {
@@ -51,6 +56,10 @@ ExitCode run(const std::vector<std::string>& arguments) {
         return runSize(**line);
     case Command::Sample:
         return runSample(**line);
+    case Command::Schedule:
+        if ((*line)->scheduleAction != "add")
+            return runInstalledSchedules(**line);
+        break;
     default:
         break;
     }
@@ -95,6 +104,8 @@ Step runCommand(Session& session) {
         return runUndo(session);
     case Command::Purge:
         return runPurge(session);
+    case Command::Schedule:
+        return runSchedule(session);
     case Command::ShowFolders:
     case Command::Size:
     case Command::Sample:

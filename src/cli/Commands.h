@@ -28,7 +28,9 @@ ExitCode runHistory(Session& session);
 ExitCode runKept(Session& session);
 ExitCode runUndo(Session& session);
 ExitCode runPurge(Session& session);
-/// These two need no target.
+ExitCode runSchedule(Session& session);
+/// These need no target.
+ExitCode runInstalledSchedules(const CommandLine& line);
 ExitCode runSize(const CommandLine& line);
 ExitCode runSample(const CommandLine& line);
 

@@ -52,7 +52,8 @@ Words wordsOf(const CLI::App& command) {
                 words.push_back(std::move(word));
         }
     }
-    if (command.get_name() == "scan" || command.get_name() == "clean" || command.get_name() == "modules") {
+    if (command.get_name() == "scan" || command.get_name() == "clean" || command.get_name() == "schedule" ||
+        command.get_name() == "modules") {
         for (const auto& row : scanModules()) {
             words.emplace_back(row.name);
             for (const auto& part : row.switches) {
@@ -71,6 +72,8 @@ Words wordsOf(const CLI::App& command) {
 }
 
 bool takesPaths(const CLI::App& command) {
+    if (command.get_name() == "schedule")
+        return false; // its modules stand for themselves
     const auto isPath = [](const CLI::Option* option) {
         const auto& name = option->get_name(true);
         return name.find("PATH") != std::string::npos || name.find("DIR") != std::string::npos ||

@@ -47,6 +47,17 @@ std::string pathOf(const std::string& address) {
     return path;
 }
 
+/// Desktops may read the text of a note as markup.
+std::string withoutMarkup(std::string_view text) {
+    std::string plain;
+    for (const char c : text)
+        plain += c == '&'   ? std::string("&amp;")
+                 : c == '<' ? std::string("&lt;")
+                 : c == '>' ? std::string("&gt;")
+                            : std::string(1, c);
+    return plain;
+}
+
 std::string addressOf(const std::string& file) {
     if (!file.starts_with('/'))
         return file;
@@ -204,8 +215,9 @@ Result<void> SessionBus::notify(const DesktopNotification& note) {
         const std::uint32_t replaces = 0;
         const std::int32_t byTheDesktop = -1;
         desktop->callMethod("Notify").onInterface(kDesktop).withArguments(
-            std::string("Sweeply"), replaces, std::string("sweeply"), note.title, note.description,
-            std::vector<std::string>(), Variants(), byTheDesktop);
+            std::string("Sweeply"), replaces, std::string("com.brindle.Sweeply"), note.title,
+            withoutMarkup(note.description), std::vector<std::string>(),
+            Variants{{"desktop-entry", std::string("com.brindle.Sweeply")}, {"category", note.name}}, byTheDesktop);
         return {};
     } catch (const sdbus::Error& error) {
         return failure(error);
