@@ -9,8 +9,8 @@ import sys
 root, count, lines, writer = sys.argv[1], int(sys.argv[2]), int(sys.argv[3]), sys.argv[4]
 receipts = f"{root}/private/var/db/receipts"
 os.makedirs(receipts)
-os.makedirs(f"{root}/System/Library/CoreServices")
-os.makedirs(f"{root}/Users/sam/Library/Preferences")
+os.makedirs(f"{root}/System/Library/CoreServices", exist_ok=True)
+os.makedirs(f"{root}/Users/sam/Library/Preferences", exist_ok=True)
 os.symlink("private/var", f"{root}/var")
 with open(f"{root}/System/Library/CoreServices/SystemVersion.plist", "w") as file:
     file.write('<plist version="1.0"><dict><key>ProductVersion</key><string>10.6.8</string></dict></plist>')

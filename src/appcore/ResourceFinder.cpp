@@ -10,6 +10,7 @@
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
+#include "platform/StringExtras.h"
 #include "platform/SystemLog.h"
 #include "platform/TargetPath.h"
 
@@ -90,15 +91,27 @@ void ResourceFinder::addJudged(Node::Pointer item, Evidence evidence, const Sear
     search.node.recalcSize();
 }
 
+std::shared_ptr<FolderListings> ResourceFinder::keepListings() {
+    const std::lock_guard lock(m_listingsMutex);
+    auto listings = m_listings.lock();
+    if (!listings) {
+        listings = std::make_shared<FolderListings>(m_services.files);
+        m_listings = listings;
+    }
+    return listings;
+}
+
 std::vector<ResourceFinder::Found> ResourceFinder::matchesIn(const std::string& folder, SearchTerms terms,
-                                                             const ApplicationTerms& application) const {
+                                                             const ApplicationTerms& application) {
     std::vector<Found> found;
-    const auto entries = m_services.files.contentsOfDirectoryAtPath(folder);
-    if (!entries)
-        return found;
-    for (const auto& entry : *entries) {
-        if (auto match = matchOf(searchedEntry(m_services.files, folder, entry, terms), application))
-            found.push_back({joinedPath(folder, entry.name), *std::move(match)});
+    // A name matches only where all of its words are.
+    const auto words = piecesBetweenSpaces(application.name);
+    const auto longest = std::ranges::max_element(words, {}, &std::string_view::size);
+    const auto listing = keepListings()->of(folder);
+    for (const auto* entry :
+         listing->withAnyOf({application.identifier, longest == words.end() ? std::string_view() : *longest})) {
+        if (auto match = matchOf(searchedEntry(m_services.files, folder, *entry, terms), application))
+            found.push_back({joinedPath(folder, entry->name), *std::move(match)});
     }
     moveIdentifiersFirst(found);
     return found;

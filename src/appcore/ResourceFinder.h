@@ -1,9 +1,11 @@
 #pragma once
 
 #include "appcore/ownership/Claims.h"
+#include "appcore/ownership/FolderListings.h"
 #include "engine/tree/Node.h"
 
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -56,6 +58,9 @@ class ResourceFinder final {
     ResourceFinder(const Services& services, std::recursive_mutex& treeLock)
         : m_services(services), m_treeLock(treeLock) {}
 
+    /// As long as somebody holds what this returns, each folder that is searched is listed once.
+    [[nodiscard]] std::shared_ptr<FolderListings> keepListings();
+
     /// Everything that belongs to the applications at these paths, the first of which is the node's own.
     void findAllResourcesForApplications(const Paths& paths, Node& node, const Judgement& judgement);
     /// The preference files of the bundle at `path`.
@@ -95,7 +100,7 @@ class ResourceFinder final {
 
     /// The entries of one folder that match, those by identifier first.
     [[nodiscard]] std::vector<Found> matchesIn(const std::string& folder, SearchTerms terms,
-                                               const ApplicationTerms& application) const;
+                                               const ApplicationTerms& application);
     void findInFolders(const SearchedFolders::Group& group, const Search& search, Look look);
     void add(std::vector<Found> found, const Search& search, Look look);
     /// Adds the item, or, where it is listed already, lets the better reason count.
@@ -103,6 +108,8 @@ class ResourceFinder final {
 
     const Services m_services;
     std::recursive_mutex& m_treeLock;
+    std::mutex m_listingsMutex;
+    std::weak_ptr<FolderListings> m_listings; ///< guarded by m_listingsMutex
 };
 
 } // namespace sweeply

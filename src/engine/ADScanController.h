@@ -81,11 +81,12 @@ class ADScanController : public ModuleResults, public ModuleHooks, public Module
     ChangeOutcome cleanThisNode(Node& node) override { return change(requestFor(node, Operation::Remove)); }
 
     ChangeOutcome change(const ChangeRequest& request);
+    /// Analyses what was dropped, on its thread.
+    virtual void analyzeFiles(const std::vector<std::string>& paths);
 
   private:
     void startThread(std::function<void()> work);
     void logExceptionsOf(const std::function<void()>& work);
-    void analyzeFiles(const std::vector<std::string>& paths);
     void cleanThread();
     /// Does this module or the coordinator clean? Then progress is that of the clean, even while others work.
     [[nodiscard]] bool ifAnyCleanRunning() const;

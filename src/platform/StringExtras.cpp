@@ -45,17 +45,6 @@ bool containsCharacter(std::string_view characters, std::string_view character) 
     return false;
 }
 
-std::vector<std::string_view> piecesOf(std::string_view text) {
-    std::vector<std::string_view> pieces;
-    for (;;) {
-        const auto space = text.find(' ');
-        pieces.push_back(text.substr(0, space));
-        if (space == std::string_view::npos)
-            return pieces;
-        text.remove_prefix(space + 1);
-    }
-}
-
 } // namespace
 
 std::string stringWithSubstitute(std::string_view text, std::string_view substitute, std::string_view characters) {
@@ -87,9 +76,20 @@ std::string_view ellipsizeAfterNWords(std::string_view text, std::size_t count) 
     return text.substr(0, end);
 }
 
+std::vector<std::string_view> piecesBetweenSpaces(std::string_view text) {
+    std::vector<std::string_view> pieces;
+    for (;;) {
+        const auto space = text.find(' ');
+        pieces.push_back(text.substr(0, space));
+        if (space == std::string_view::npos)
+            return pieces;
+        text.remove_prefix(space + 1);
+    }
+}
+
 int compareByWords(std::string_view text, std::string_view other) {
-    const auto mine = piecesOf(text);
-    const auto others = piecesOf(other);
+    const auto mine = piecesBetweenSpaces(text);
+    const auto others = piecesBetweenSpaces(other);
     const bool isSubset = std::all_of(mine.begin(), mine.end(), [&](std::string_view piece) {
         return std::find(others.begin(), others.end(), piece) != others.end();
     });

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sweeply {
 
@@ -20,6 +21,7 @@ class FileManager;
 [[nodiscard]] bool stringIsEmpty(std::optional<std::string_view> text);
 /// The first `count` pieces between single spaces. No ellipsis is added.
 [[nodiscard]] std::string_view ellipsizeAfterNWords(std::string_view text, std::size_t count);
+[[nodiscard]] std::vector<std::string_view> piecesBetweenSpaces(std::string_view text);
 /// 0 if every piece of `text` between single spaces is one of `other`, else -1. A test for a subset, not an order.
 [[nodiscard]] int compareByWords(std::string_view text, std::string_view other);
 /// `name` without its last extension, unless it is a folder in `folder`: a bundle keeps its own.

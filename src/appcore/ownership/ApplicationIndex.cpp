@@ -3,6 +3,7 @@
 #include "platform/StringExtras.h"
 
 #include <algorithm>
+#include <limits>
 #include <unordered_map>
 #include <utility>
 
@@ -10,20 +11,24 @@ namespace sweeply {
 
 namespace {
 
+constexpr std::size_t kLongest = std::numeric_limits<std::size_t>::max();
+
 ApplicationTerms lowercase(const ApplicationTerms& terms) {
     return {lowercaseString(terms.path), lowercaseString(terms.identifier), lowercaseString(terms.name)};
 }
 
-/// A name matches only where all of its words are; the longest is in the fewest names.
-std::string longestWord(std::string_view name) {
-    std::string_view longest;
-    while (!name.empty()) {
-        const auto end = std::min(name.find(' '), name.size());
-        if (end > longest.size())
-            longest = name.substr(0, end);
-        name.remove_prefix(std::min(end + 1, name.size()));
+/// How many applications have each word in their names.
+using Frequencies = std::unordered_map<std::string_view, std::size_t>;
+
+/// A name matches only where all of its words are: the one that tells most is enough to find candidates by.
+std::string_view rarestWord(std::string_view name, const Frequencies& frequencies) {
+    std::string_view rarest;
+    for (const auto word : piecesBetweenSpaces(name)) {
+        const auto rank = [&](std::string_view one) { return std::pair(frequencies.at(one), kLongest - one.size()); };
+        if (!word.empty() && (rarest.empty() || rank(word) < rank(rarest)))
+            rarest = word;
     }
-    return std::string(longest);
+    return rarest;
 }
 
 } // namespace
@@ -42,12 +47,17 @@ ApplicationIndex::ApplicationIndex(std::vector<ApplicationTerms> applications)
               term.applications.push_back(application);
               return term;
           };
+          Frequencies frequencies;
           m_lowercase.reserve(m_applications.size());
+          for (const auto& application : m_applications) {
+              for (const auto word : piecesBetweenSpaces(m_lowercase.emplace_back(lowercase(application)).name))
+                  ++frequencies[word];
+          }
           for (std::uint32_t i = 0; i < m_applications.size(); ++i) {
-              const auto& terms = m_lowercase.emplace_back(lowercase(m_applications[i]));
+              const auto& terms = m_lowercase[i];
               termOf(terms.identifier, i).isIdentifier = true;
               termOf(std::string(terms.fileName()), i).isFileName = true;
-              termOf(longestWord(terms.name), i);
+              termOf(std::string(rarestWord(terms.name, frequencies)), i);
           }
           return TermAutomaton(texts);
       }()) {}

@@ -21,6 +21,7 @@ bool PreferencePanesUnistaller::isExtensionAtPath(const std::string& path) const
 }
 
 void PreferencePanesUnistaller::rescan() {
+    const auto listings = m_finder.keepListings();
     const auto& folders = module().folders;
     for (const auto& folder : {folders.USERPREFERENCEPANESPATH, folders.SYSTEMPREFERENCEPANESPATH})
         scanFolder(normalisedPath(folders.expandTilde(folder)), "prefPane");

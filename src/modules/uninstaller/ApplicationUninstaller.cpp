@@ -34,6 +34,13 @@ ApplicationUninstaller::ApplicationUninstaller(const ModuleServices& services, S
 
 // Adding
 
+void ApplicationUninstaller::analyzeFiles(const std::vector<std::string>& paths) {
+    const auto listings = m_parts.finder.keepListings();
+    ADScanControllerView::analyzeFiles(paths);
+    if (childrenCount() > 1)
+        reconsiderClaims(); // what claimed something may go itself now
+}
+
 void ApplicationUninstaller::analyzeFile(const std::string& path) {
     const std::string item = normalisedPath(m_uninstaller.folders.expandTilde(path));
     std::vector<std::string> found;
@@ -68,8 +75,6 @@ void ApplicationUninstaller::analyzeFile(const std::string& path) {
         updateInterfaceAndWaitUntilDone(false);
         waitWhilePaused();
     }
-    if (childrenCount() > 1)
-        reconsiderClaims(); // what claimed something may go itself now
 }
 
 bool ApplicationUninstaller::isListed(const std::string& path) const {

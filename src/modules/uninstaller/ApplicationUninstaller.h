@@ -48,6 +48,7 @@ class ApplicationUninstaller final : public ADScanControllerView {
     void reconsiderClaims();
 
   protected:
+    void analyzeFiles(const std::vector<std::string>& paths) override;
     ChangeOutcome cleanThisNode(Node& node) override { return m_parts.steps.removeItem(node, *this); }
     void checkMarksChanged() override { reconsiderClaims(); }
 
