@@ -45,6 +45,16 @@ bool containsCharacter(std::string_view characters, std::string_view character) 
     return false;
 }
 
+/// Is `piece` one of the pieces between single spaces?
+bool hasPiece(std::string_view text, std::string_view piece) {
+    for (auto at = text.find(piece); at != std::string_view::npos; at = text.find(piece, at + 1)) {
+        const auto end = at + piece.size();
+        if ((at == 0 || text[at - 1] == ' ') && (end == text.size() || text[end] == ' '))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 std::string stringWithSubstitute(std::string_view text, std::string_view substitute, std::string_view characters) {
@@ -88,11 +98,8 @@ std::vector<std::string_view> piecesBetweenSpaces(std::string_view text) {
 }
 
 int compareByWords(std::string_view text, std::string_view other) {
-    const auto mine = piecesBetweenSpaces(text);
-    const auto others = piecesBetweenSpaces(other);
-    const bool isSubset = std::all_of(mine.begin(), mine.end(), [&](std::string_view piece) {
-        return std::find(others.begin(), others.end(), piece) != others.end();
-    });
+    const bool isSubset =
+        std::ranges::all_of(piecesBetweenSpaces(text), [&](std::string_view piece) { return hasPiece(other, piece); });
     return isSubset ? 0 : -1;
 }
 

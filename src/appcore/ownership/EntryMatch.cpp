@@ -70,8 +70,9 @@ std::optional<EvidenceStrength> strengthByIdentifier(const SearchedEntry& entry,
 std::optional<Evidence> matchByName(const SearchedEntry& entry, const ApplicationTerms& application) {
     const bool isTicket = entry.terms == SearchTerms::TicketName;
     const std::string_view shortName = isTicket ? nameWithoutExtension(entry.name) : std::string_view(entry.realName);
-    if (trimWhiteSpace(application.name).empty() || (isTicket ? entry.name.find(application.name) == std::string::npos
-                                                              : compareByWords(application.name, entry.realName) != 0))
+    const bool isFound = isTicket ? entry.name.find(application.name) != std::string::npos
+                                  : compareByWords(application.name, entry.realName) == 0;
+    if (!isFound || trimWhiteSpace(application.name).empty())
         return std::nullopt;
     const auto rule = isTicket ? EvidenceRule::Ticket : EvidenceRule::Name;
     for (const std::string_view whole : {std::string_view(application.name), application.fileName()}) {
