@@ -36,6 +36,8 @@ Commands:
   scan [MODULE...]     show what would be removed; changes nothing but Sweeply's own settings
   scan MODULE PATH...  the same for applications and folders
   clean [MODULE...]    scan, show, ask, remove
+  scan ... --plan FILE write down what would be removed, to look it through and change the checks; also uninstall
+  apply FILE           scan again, show, ask, and remove what is checked in the plan
   erase PATH...        show, ask, remove; overwrite first with --secure
   uninstall PATH...    remove applications, packages and extensions with everything that belongs to them
   extensions           list widgets, preference panes and plug-ins
@@ -213,15 +215,31 @@ void describeCommands(CLI::App& app, CommandLine& line) {
                         "looked at in place of a scan");
         sub->add_flag("--all", line.wantsAllModules, "Every module, also those switched off");
         addListing(sub);
+        return sub;
     };
 
-    addModules(add(Command::Scan, "scan", "Show what would be removed"));
+    const auto addPlan = [&](CLI::App* sub) {
+        auto* plan = sub->add_option("--plan", line.planFile,
+                                     "Write what would be removed to FILE (- is standard output), for 'apply'")
+                         ->type_name("FILE");
+        sub->add_flag("--force", line.replacesPlan, "Write the plan over an existing file")->needs(plan);
+        return plan;
+    };
+
+    addPlan(addModules(add(Command::Scan, "scan", "Show what would be removed")));
 
     auto* clean = add(Command::Clean, "clean", "Scan, show what was found, ask, and remove what is checked");
     addModules(clean);
     clean->add_flag("--yes", line.saysYes, "Remove without asking");
     clean->add_flag("--notify", line.notifies,
                     "Tell how it went by a note on the desktop, or in the system log where there is no desktop");
+
+    auto* apply = add(Command::Apply, "apply", "Scan again, show, ask, and remove what is checked in a plan");
+    addListing(apply);
+    apply->add_option("FILE", line.operands, "A plan that 'scan' or 'uninstall' wrote; - is standard input")
+        ->required()
+        ->expected(1);
+    apply->add_flag("--yes", line.saysYes, "Remove without asking");
 
     auto* erase = add(Command::Erase, "erase", "Remove files and folders, overwritten first if that is wanted");
     addListing(erase);
@@ -242,15 +260,17 @@ void describeCommands(CLI::App& app, CommandLine& line) {
     uninstall->add_flag("--dry-run", line.isDryRun, "Show what would be removed, and remove nothing");
     uninstall->add_flag("--weak", line.checksWeakMatches,
                         "Check also what matches weakly, where no other application claims it");
-    uninstall->add_flag("--yes", line.saysYes, "Remove without asking; other questions get their safe answers");
+    auto* yes =
+        uninstall->add_flag("--yes", line.saysYes, "Remove without asking; other questions get their safe answers");
 
-    for (auto* sub : {clean, uninstall}) {
+    for (auto* sub : {clean, uninstall, apply}) {
         sub->add_flag_callback(
             "--keep", [&line] { line.keepsRemoved = true; },
             "Keep what cannot be made again, so that 'undo' puts it back");
         sub->add_flag_callback(
             "--no-keep", [&line] { line.keepsRemoved = false; }, "Remove it for good, whatever else is said");
     }
+    addPlan(uninstall)->excludes(yes)->excludes("--keep")->excludes("--no-keep");
 
     auto* history = add(Command::History, "history", "List the runs that changed something, or the items of one");
     addJson(history);
@@ -356,6 +376,9 @@ Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::strin
         output << completionScript(app, line.operands.front());
         return std::nullopt;
     }
+    if (line.planFile == "-" && line.wantsJson)
+        return complaint("--json and --plan - would both write to standard output");
+    line.isDryRun = line.isDryRun || line.planFile;
     separatePaths(line);
     return line;
 }

@@ -16,6 +16,7 @@ enum class Command {
     ShowFolders,
     Scan,
     Clean,
+    Apply,
     Erase,
     Uninstall,
     Receipts,
@@ -61,6 +62,10 @@ struct CommandLine {
     /// Overwrite what is erased.
     bool isSecure = false;
     bool isDryRun = false;
+    /// The file to write down what would be removed; then nothing is.
+    std::optional<std::string> planFile;
+    /// Write it over an existing one.
+    bool replacesPlan = false;
     /// Keep what cannot be made again, or remove it at once; the preferences decide where nothing is said.
     std::optional<bool> keepsRemoved;
     bool purgesAll = false;

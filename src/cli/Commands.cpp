@@ -18,7 +18,8 @@ namespace {
 
 /// Does the command show something first and then ask whether to remove it?
 bool asksFirst(const CommandLine& line) {
-    return (line.command == Command::Clean || line.command == Command::Erase || line.command == Command::Uninstall) &&
+    return (line.command == Command::Clean || line.command == Command::Apply || line.command == Command::Erase ||
+            line.command == Command::Uninstall) &&
            !line.isDryRun && !line.saysYes;
 }
 
@@ -78,6 +79,8 @@ Step runCommand(Session& session) {
         return runScan(session);
     case Command::Clean:
         return runClean(session);
+    case Command::Apply:
+        return runApply(session);
     case Command::Erase:
         return runErase(session);
     case Command::Uninstall:

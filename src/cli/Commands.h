@@ -15,6 +15,7 @@ Step runCommand(Session& session);
 
 ExitCode runScan(Session& session);
 Step runClean(Session& session);
+Step runApply(Session& session);
 Step runErase(Session& session);
 Step runUninstall(Session& session);
 ExitCode runReceipts(Session& session);

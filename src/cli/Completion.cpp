@@ -77,7 +77,7 @@ bool takesPaths(const CLI::App& command) {
     const auto isPath = [](const CLI::Option* option) {
         const auto& name = option->get_name(true);
         return name.find("PATH") != std::string::npos || name.find("DIR") != std::string::npos ||
-               name.find("MODULE") != std::string::npos;
+               name.find("FILE") != std::string::npos || name.find("MODULE") != std::string::npos;
     };
     return std::ranges::any_of(command.get_options(), isPath) ||
            std::ranges::any_of(commandsOf(command), [](const CLI::App* inner) { return takesPaths(*inner); });

@@ -3,34 +3,52 @@
 #include "cli/Interrupt.h"
 #include "cli/JsonOutput.h"
 #include "cli/Looking.h"
+#include "cli/PlanWriting.h"
 #include "cli/Removing.h"
 #include "cli/Session.h"
 #include "cli/TargetPaths.h"
 #include "cli/TextOutput.h"
+#include "formats/DisplayEscapes.h"
 #include "platform/Localization.h"
 
 #include <functional>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <utility>
 
 namespace sweeply {
 
 namespace {
 
-/// What the command line of a scan asks for. False, with a complaint, when it is wrong.
-bool find(Session& session) {
-    const auto found = scopeOf(session).and_then([&](const Scope& scope) { return look(session, scope); });
-    if (!found)
-        session.complain(found.error().message());
-    return found.has_value();
+/// Looks at what the command line of a scan names, which is the answer; nothing, with a complaint, when it is wrong.
+std::optional<Scope> find(Session& session) {
+    auto scope = scopeOf(session);
+    const auto found = scope ? look(session, *scope) : Failure(scope.error());
+    if (found)
+        return *std::move(scope);
+    session.complain(found.error().message());
+    return std::nullopt;
 }
 
-void showFound(Session& session) {
-    if (session.commandLine().wantsJson)
+/// Shows what was found, and writes it into a plan where one is wanted. `arguments` have it found again.
+ExitCode showFound(Session& session, const std::vector<std::string>& arguments) {
+    const CommandLine& line = session.commandLine();
+    const bool wasStopped = interrupt::wasRequested();
+    auto outcome = ExitCode::Done;
+    if (line.planFile && !wasStopped)
+        outcome = writePlan(session, arguments);
+    else if (line.planFile)
+        session.complain("interrupted; no plan was written");
+    if (line.wantsJson)
         session.print(scanJson(session.application()));
-    else
+    else if (line.planFile != "-")
         printScan(session.application(), session.style(), std::cout);
+    if (line.planFile && line.planFile != "-" && !line.wantsJson && !wasStopped && outcome == ExitCode::Done)
+        std::cout << localizedFormat("The plan is in %@; \"apply\" carries it out.",
+                                     {escapedForDisplay(*line.planFile)})
+                  << "\n";
+    return interrupt::wasRequested() ? ExitCode::Interrupted : outcome;
 }
 
 /// The named items as paths of the target, without those that are not there. Says which those are.
@@ -67,7 +85,7 @@ Step removeNamedItems(Session& session, const Look& look, const Remove& remove) 
     const auto modules = look(items->paths);
     Step step = ExitCode::Done;
     if (session.commandLine().isDryRun)
-        showFound(session);
+        step = showFound(session, items->paths);
     else
         step = removeAfterQuestion(session, [modules, remove] { remove(modules); });
     return std::move(step).finishedBy([areAllThere = items->areAllThere](ExitCode outcome) {
@@ -78,10 +96,12 @@ Step removeNamedItems(Session& session, const Look& look, const Remove& remove) 
 } // namespace
 
 ExitCode runScan(Session& session) {
-    if (!find(session))
+    const auto scope = canWritePlan(session) ? find(session) : std::nullopt;
+    if (!scope)
         return ExitCode::Usage;
-    showFound(session);
-    return interrupt::wasRequested() ? ExitCode::Interrupted : ExitCode::Done;
+    auto arguments = scope->paths.empty() ? selectedModules(session.application().scanController()) : *scope->modules;
+    arguments.insert(arguments.end(), scope->paths.begin(), scope->paths.end());
+    return showFound(session, arguments);
 }
 
 Step runClean(Session& session) {
@@ -116,6 +136,8 @@ Step runErase(Session& session) {
 
 Step runUninstall(Session& session) {
     const CommandLine& line = session.commandLine();
+    if (!canWritePlan(session))
+        return ExitCode::Usage;
     if (line.checksWeakMatches)
         session.application().ownership().checkWeakMatches();
     auto step = removeNamedItems(

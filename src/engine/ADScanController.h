@@ -55,6 +55,10 @@ class ADScanController : public ModuleResults, public ModuleHooks, public Module
 
     /// What is to become of a node's item, as it was found. Any thread.
     [[nodiscard]] ChangeRequest requestFor(const Node& node, Operation operation) const;
+    /// Removes the item; what else is to become of it a module says itself.
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override {
+        return requestFor(node, Operation::Remove);
+    }
 
     // Runs
 
@@ -77,8 +81,7 @@ class ADScanController : public ModuleResults, public ModuleHooks, public Module
 
   protected:
     void scanThread() override { prepareForScan(); }
-    /// Removes the item; what else is to become of it a module says itself.
-    ChangeOutcome cleanThisNode(Node& node) override { return change(requestFor(node, Operation::Remove)); }
+    ChangeOutcome cleanThisNode(Node& node) override { return change(changeFor(node)); }
 
     ChangeOutcome change(const ChangeRequest& request);
     /// Analyses what was dropped, on its thread.

@@ -29,6 +29,8 @@ class ModuleHooks {
     /// Should the list refresh this module's row on a timer while it works?
     [[nodiscard]] virtual bool updateTimerNeeded() const { return true; }
     [[nodiscard]] virtual bool shouldCleanApplication(const std::string&) { return true; }
+    /// What a removal asks of the gate for a leaf's item, unless a question before says otherwise. Any thread.
+    [[nodiscard]] virtual ChangeRequest changeFor(const Node& node) const = 0;
 
     // Scanning; on the scan's thread, and never changing the disk
 

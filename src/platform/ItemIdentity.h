@@ -11,10 +11,14 @@ namespace sweeply {
 enum class ItemKind : std::uint8_t { None, File, Folder, Link, Other };
 
 [[nodiscard]] ItemKind itemKindOf(mode_t mode);
+/// "file" and so on: the words of scripts, which never change.
+[[nodiscard]] std::string_view nameOf(ItemKind kind);
 
 /// What an item was when somebody looked at it, so that a later look can tell whether it still is that: its kind, how
 /// many entries it is, when anything of it last changed, and a trace of every entry's name, size and time. Two words,
 /// because every entry of every list holds one.
+///
+/// The same look gives the same on every machine.
 ///
 /// Made of what the walk for an item's size sees anyway. Times are those of files' contents: what only gets other
 /// rights or another name elsewhere has not changed, and a folder is what is in it.

@@ -119,6 +119,20 @@ Result<void> TemporaryFile::replaceItem(std::string_view path) {
     return replaced;
 }
 
+Result<void> TemporaryFile::takeFreePlace(std::string_view path) {
+    const int folder = m_item.parent.get();
+    if (m_calls->fsync(m_file.get()) != 0)
+        return failed(path);
+    // A second name and not a new one: not every file system can rename without replacing.
+    if (m_calls->linkat(folder, m_name.c_str(), folder, m_item.name.c_str()) != 0 &&
+        (errno == EEXIST || m_calls->renameat2(folder, m_name.c_str(), folder, m_item.name.c_str()) != 0))
+        return failed(path);
+    m_calls->unlinkat(folder, m_name.c_str(), 0);
+    m_calls->fsync(folder);
+    m_file.reset();
+    return {};
+}
+
 void sweepTemporaryFiles(int folder, const std::function<bool(const std::string&)>& mayGo) {
     const UniqueFd listed(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!listed)

@@ -47,6 +47,8 @@ class TemporaryFile final {
     Result<void> write(std::string_view contents, std::string_view path) const;
     /// Puts it in the item's place, on the disk for good.
     Result<void> replaceItem(std::string_view path);
+    /// The same where nothing stands there; AlreadyExists otherwise.
+    Result<void> takeFreePlace(std::string_view path);
 
   private:
     TemporaryFile(SystemCalls& calls, LocatedItem item, std::string name, UniqueFd file)

@@ -2,11 +2,13 @@
 
 #include "appcore/PrivilegedExecution.h"
 #include "appcore/SlimmingRecord.h"
+#include "formats/MachOReader.h"
 #include "platform/Process.h"
 #include "platform/TargetPath.h"
 #include "platform/TemporaryFiles.h"
 #include "platform/ToolTable.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace sweeply {
@@ -61,6 +63,20 @@ Result<void> BinarySlimmer::slimBinaryAtPath(const std::string& path, const std:
         return Failure(Error{done.error().kind, path, done.error().reason});
     m_reached(Step::Replaced);
     return {};
+}
+
+bool BinarySlimmer::isSlim(const std::string& path, const std::vector<std::string>& keptSlices) const {
+    const auto start = m_files.beginningOfFileAtPath(path, macho::kFatHeaderSize);
+    if (!start || !macho::mayBeFat(*start))
+        return start.has_value(); // one for a single processor, or no executable any more
+    const auto attributes = m_files.attributesOfItemAtPath(path, Links::DontFollow);
+    const auto tableSize = macho::fatTableSize(*start).value_or(0);
+    const auto head = m_files.beginningOfFileAtPath(path, static_cast<std::size_t>(tableSize));
+    const auto fat = attributes && head ? macho::readFat(*head, attributes->size) : tl::unexpected(std::string());
+    return fat && std::ranges::all_of(fat->slices, [&](const macho::FatArch& slice) {
+               const auto* architecture = macho::architectureOf(slice);
+               return architecture && std::ranges::find(keptSlices, architecture->name) != keptSlices.end();
+           });
 }
 
 Result<void> BinarySlimmer::copy(const Task& task) const {

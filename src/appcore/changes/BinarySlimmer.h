@@ -33,6 +33,9 @@ class BinarySlimmer final {
     /// was.
     Result<void> slimBinaryAtPath(const std::string& path, const std::vector<std::string>& keptSlices);
 
+    /// Is there surely nothing that slimming would take away?
+    [[nodiscard]] bool isSlim(const std::string& path, const std::vector<std::string>& keptSlices) const;
+
     /// Takes away the copies that a kill left.
     void sweep();
 

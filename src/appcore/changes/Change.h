@@ -79,6 +79,12 @@ struct ChangeOutcome {
     }
 };
 
+/// A request that is not to be carried out, and why not.
+struct LeftAlone {
+    ChangeRequest request;
+    ChangeOutcome outcome;
+};
+
 /// A change as it was asked for and as it went.
 struct ChangeReport {
     std::string path;

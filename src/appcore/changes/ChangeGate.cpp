@@ -117,6 +117,35 @@ ChangeOutcome ChangeGate::change(const ChangeRequest& request) {
     return overParts(request, OutcomeKind::Removed, &FileChanges::remove);
 }
 
+ChangeOutcome ChangeGate::outcomeOfUnlisted(const ChangeRequest& request) const {
+    if (isPath(request)) {
+        if (const auto reason = m_services.files.removals().guard().reasonAgainst(request.path); !reason.empty())
+            return {OutcomeKind::Refused, {ErrorKind::Protected, request.path, reason}};
+    }
+    if (isNothingLeft(request))
+        return {OutcomeKind::Gone};
+    return {OutcomeKind::Refused, {ErrorKind::Other, request.path, "no longer found"}};
+}
+
+bool ChangeGate::isNothingLeft(const ChangeRequest& request) const {
+    if (request.operation == Operation::TakeOffList)
+        return !m_services.loginItems.isListed(request.path);
+    if (request.operation == Operation::ForgetReceipt)
+        return m_services.packages.checkPackageInDB(request.path).has_value(); // the answer names what is missing
+    const auto attributes = m_services.files.attributesOfItemAtPath(request.path, Links::DontFollow);
+    if (!attributes)
+        return attributes.error().kind == ErrorKind::NotFound;
+    if (request.operation == Operation::Slim)
+        return m_slimmer.isSlim(request.path, request.slices);
+    const auto isEmptied = [this](const std::string& path) { return m_changes.isEmptied(path); };
+    if (request.operation == Operation::Empty && !request.hasParts)
+        return isEmptied(request.path);
+    if (!request.hasParts || request.obstacle)
+        return false;
+    return request.operation == Operation::Empty ? std::ranges::all_of(request.parts, isEmptied)
+                                                 : request.parts.empty();
+}
+
 std::optional<ChangeOutcome> ChangeGate::differenceFromSeen(const ChangeRequest& request) const {
     if (!request.seen.isKnown())
         return std::nullopt;

@@ -57,6 +57,13 @@ class ChangeGate final {
     ChangeOutcome perform(const ChangeRequest& request);
     /// Counts an item that is left alone for another reason.
     ChangeOutcome stays(const ChangeRequest& request, const std::string& reason);
+    /// Counts an item of which somebody else found out what there is to say.
+    ChangeOutcome leave(const ChangeRequest& request, ChangeOutcome outcome) {
+        return reported(request, std::move(outcome));
+    }
+    /// What there is to say of an item that was listed once and is not any more: gone where nothing is left for the
+    /// request to change, refused otherwise. Changes nothing. Any thread.
+    [[nodiscard]] ChangeOutcome outcomeOfUnlisted(const ChangeRequest& request) const;
 
     /// Takes away what a kill left beside executables.
     void sweepSlimmings();
@@ -96,6 +103,7 @@ class ChangeGate final {
     [[nodiscard]] ChangeOutcome change(const ChangeRequest& request);
     /// Is the item still what was seen? Gone and changed are outcomes of their own.
     [[nodiscard]] std::optional<ChangeOutcome> differenceFromSeen(const ChangeRequest& request) const;
+    [[nodiscard]] bool isNothingLeft(const ChangeRequest& request) const;
     [[nodiscard]] ChangeOutcome overParts(const ChangeRequest& request, OutcomeKind done,
                                           Result<void> (FileChanges::*way)(const std::string&));
     [[nodiscard]] ChangeOutcome takeOffList(const ChangeRequest& request);

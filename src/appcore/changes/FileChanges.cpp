@@ -120,6 +120,11 @@ Result<void> FileChanges::empty(const std::string& path) {
     return {};
 }
 
+bool FileChanges::isEmptied(const std::string& path) const {
+    const auto attributes = m_files.attributesOfItemAtPath(path, Links::DontFollow);
+    return attributes && attributes->type == FileType::Regular && attributes->size <= 1;
+}
+
 Result<void> FileChanges::shell(const std::string& command, int workingDirectory,
                                 const std::vector<int>& inheritedDescriptors) const {
     ProcessOptions options;

@@ -28,6 +28,8 @@ class FileChanges final {
     Result<void> overwrite(const std::string& path);
     /// Leaves the file with a single new-line character, in place; nothing but a regular file is emptied.
     Result<void> empty(const std::string& path);
+    /// Is it a file as that leaves it, or with nothing in it?
+    [[nodiscard]] bool isEmptied(const std::string& path) const;
 
   private:
     /// An item is gone: its companion goes the same way.

@@ -59,6 +59,16 @@ Result<void> ChangeRuns::lock() {
     return {};
 }
 
+void ChangeRuns::setLeftAlone(std::vector<LeftAlone> items) {
+    m_leftAlone = std::move(items);
+    leaveAlone();
+}
+
+void ChangeRuns::leaveAlone() {
+    for (const auto& [request, outcome] : m_leftAlone)
+        m_services.gate.leave(request, outcome);
+}
+
 Result<void> ChangeRuns::begin(const std::string& usualCommand) {
     const std::string& command = m_command.empty() ? usualCommand : m_command;
     const auto kept = keeping();
@@ -68,7 +78,7 @@ Result<void> ChangeRuns::begin(const std::string& usualCommand) {
         m_services.gate.startRun();
         return locked;
     }
-    if (const auto old = expired(); !old.empty() && (command == "clean" || command == "uninstall"))
+    if (const auto old = expired(); !old.empty() && (command == "clean" || command == "uninstall" || command == "apply"))
         purgeLocked(old);
     m_writer.emplace(m_services.files, m_archive, header(command));
     m_services.gate.startRun(&*m_writer, kept);
@@ -76,6 +86,8 @@ Result<void> ChangeRuns::begin(const std::string& usualCommand) {
 }
 
 void ChangeRuns::finish() {
+    leaveAlone(); // at the end, for a run that changes nothing has no record
+    m_leftAlone.clear();
     const auto sums = m_services.gate.sums();
     m_services.gate.finishRun();
     if (m_writer) {

@@ -66,6 +66,8 @@ class ChangeRuns final {
     [[nodiscard]] unsigned daysOfKeeping() const;
     /// What the next run is called in place of what its caller says: "erase", for one, is a clean to the coordinator.
     void setCommand(std::string command) { m_command = std::move(command); }
+    /// Has the gate count these items now, and again with what the next run does: its record and its sums tell of them.
+    void setLeftAlone(std::vector<LeftAlone> items);
     /// Told of records that cannot be read; without this the log is.
     void setReport(std::function<void(const Error&)> report) { m_report = std::move(report); }
 
@@ -102,6 +104,7 @@ class ChangeRuns final {
 
   private:
     Result<void> lock();
+    void leaveAlone();
     [[nodiscard]] RunHeader header(const std::string& command) const;
     [[nodiscard]] UndoneItem undo(const RunRecord& record, const KeptItem& item);
     std::vector<RecordedItem> purgeLocked(const std::vector<KeptEntry>& entries);
@@ -110,6 +113,7 @@ class ChangeRuns final {
     RunArchive m_archive; ///< uses m_report
     std::optional<Keeping> m_keeping;
     std::string m_command;
+    std::vector<LeftAlone> m_leftAlone;
     std::function<void(const Error&)> m_report;
     std::optional<FileLock> m_lock;
     std::optional<RecordWriter> m_writer;

@@ -1,5 +1,7 @@
 #include "engine/record/RunRecord.h"
 
+#include "engine/record/BytesJson.h"
+#include "engine/record/NamedValue.h"
 #include "formats/Utf8.h"
 
 #include <algorithm>
@@ -14,29 +16,6 @@ using Json = nlohmann::ordered_json;
 
 constexpr const char* kFormat = "sweeply-run-";
 constexpr const char* kVersion = "1";
-
-/// Names are bytes and JSON is UTF-8: what is none is written as its bytes.
-Json bytesJson(std::string_view text) {
-    if (validUtf8(text) == text)
-        return std::string(text);
-    static constexpr std::string_view kDigits = "0123456789abcdef";
-    std::string hex;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        hex += {kDigits[byte >> 4U], kDigits[byte & 15U]};
-    }
-    return {{"hex", hex}};
-}
-
-std::string bytesIn(const Json& json) {
-    if (json.is_string())
-        return json.get<std::string>();
-    const auto hex = json.at("hex").get<std::string>();
-    std::string bytes;
-    for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
-        bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
-    return bytes;
-}
 
 std::string line(const char* key, Json value) { return Json{{key, std::move(value)}}.dump() + "\n"; }
 
@@ -55,12 +34,10 @@ KeptItem keptIn(const Json& json) {
     item.number = json.at("number").get<std::uint32_t>();
     item.path = bytesIn(json.at("path"));
     item.module = json.at("module").get<std::string>();
-    const auto kind = json.at("kind").get<std::string>();
-    while (nameOf(item.kind) != kind) {
-        if (item.kind == ChangedKind::Receipt)
-            throw std::invalid_argument("unknown kind");
-        item.kind = static_cast<ChangedKind>(static_cast<int>(item.kind) + 1);
-    }
+    const auto kind = valueNamed(json.at("kind").get<std::string>(), ChangedKind::Receipt);
+    if (!kind)
+        throw std::invalid_argument("unknown kind");
+    item.kind = *kind;
     item.size = json.at("size").get<std::uint64_t>();
     for (const auto& part : json.at("parts"))
         item.parts.push_back(bytesIn(part));

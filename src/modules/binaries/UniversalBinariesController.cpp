@@ -261,11 +261,15 @@ std::uint64_t UniversalBinariesController::getUBSize(const std::string& path) {
     return foreignBytesOf({&alone, 1}).front();
 }
 
-ChangeOutcome UniversalBinariesController::cleanThisNode(Node& node) {
+ChangeRequest UniversalBinariesController::changeFor(const Node& node) const {
     auto request = requestFor(node, Operation::Slim);
     request.kind = ChangedKind::Slices;
     request.slices = m_keptSlices;
-    auto outcome = change(request);
+    return request;
+}
+
+ChangeOutcome UniversalBinariesController::cleanThisNode(Node& node) {
+    auto outcome = change(changeFor(node));
     if (!outcome.isDone())
         return outcome;
     std::string finished;

@@ -42,6 +42,7 @@ class UniversalBinariesController final : public ADScanControllerView {
     /// Not one that the user wants left alone, nor one that was slimmed before.
     bool shouldCleanApplication(const std::string& path) override;
     void analyzeFile(const std::string& path) override;
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override;
 
     [[nodiscard]] const std::string& getMyArchitecture() const { return m_family; }
     /// The names of the slices that belong to a family; none for an unknown one.

@@ -89,7 +89,7 @@ void PhotoSyncCachesController::scanThread() {
     }
 }
 
-ChangeOutcome PhotoSyncCachesController::cleanThisNode(Node& node) {
+ChangeRequest PhotoSyncCachesController::changeFor(const Node& node) const {
     auto request = requestFor(node, Operation::Remove);
     request.hasParts = true;
     const auto entries = m_caches.files.contentsOfDirectoryAtPath(request.path);
@@ -99,7 +99,7 @@ ChangeOutcome PhotoSyncCachesController::cleanThisNode(Node& node) {
         if (!isBookkeeping(entry.name))
             request.parts.push_back(joinedPath(request.path, entry.name));
     }
-    return change(request);
+    return request;
 }
 
 } // namespace sweeply

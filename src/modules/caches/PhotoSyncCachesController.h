@@ -20,10 +20,10 @@ class PhotoSyncCachesController final : public ADScanController {
     [[nodiscard]] std::string_view moduleName() const override { return "photo-caches"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanPhotoSyncCache"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override;
 
   protected:
     void scanThread() override;
-    ChangeOutcome cleanThisNode(Node& node) override;
 
   private:
     [[nodiscard]] std::string className() const override { return "PhotoSyncCachesController"; }

@@ -44,8 +44,8 @@ void EraserController::showDropImageView() {
     refreshInterface();
 }
 
-ChangeOutcome EraserController::cleanThisNode(Node& node) {
-    return change(requestFor(node, m_usesSecureErase() ? Operation::Overwrite : Operation::Remove));
+ChangeRequest EraserController::changeFor(const Node& node) const {
+    return requestFor(node, m_usesSecureErase() ? Operation::Overwrite : Operation::Remove);
 }
 
 } // namespace sweeply

@@ -25,9 +25,7 @@ class EraserController final : public ADScanControllerView {
     void startScan() override { finishScan(); }
     /// Shows the area to drop files on, and forgets what was dropped.
     void showDropImageView() override;
-
-  protected:
-    ChangeOutcome cleanThisNode(Node& node) override;
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override;
 
   private:
     [[nodiscard]] std::string className() const override { return "EraserController"; }

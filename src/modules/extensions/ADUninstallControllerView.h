@@ -27,6 +27,9 @@ class ADUninstallControllerView : public ADScanControllerView {
                               const char* rootName);
 
     [[nodiscard]] bool removesWhatCannotBeMadeAgain() const override { return true; }
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override {
+        return m_parts.steps.requestFor(node, *this);
+    }
     [[nodiscard]] WorkMode workMode() const override { return WorkMode::Uninstaller; }
     /// Has a scan come to its end?
     [[nodiscard]] bool isScanned() const { return m_scanned; }

@@ -27,6 +27,9 @@ class WidgetsGarbage final : public ADScanControllerView {
     ~WidgetsGarbage() override { stopAndJoin(); }
 
     [[nodiscard]] bool removesWhatCannotBeMadeAgain() const override { return true; }
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override {
+        return m_parts.steps.requestFor(node, *this);
+    }
     [[nodiscard]] std::string_view moduleName() const override { return "widgets"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanWidgets"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }

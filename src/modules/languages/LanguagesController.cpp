@@ -168,6 +168,9 @@ LanguagesController::Localizations LanguagesController::languagesForApplicationA
         going.emplace(folder.path, &localization);
         localization.folders.push_back(std::move(folder.path));
     }
+    // A language is known by its first folder, in whatever order a volume lists them.
+    for (auto& [code, localization] : found)
+        std::ranges::sort(localization.folders);
     for (const auto& [link, neighbour] : links.all()) {
         if (const auto folder = going.find(links.endOf(link)); folder != going.end())
             folder->second->links.push_back(link);
@@ -255,22 +258,30 @@ std::vector<std::string> LanguagesController::pathsBehind(const Node& node) cons
     return paths;
 }
 
+ChangeRequest LanguagesController::changeFor(const Node& node) const {
+    const std::lock_guard lock(services().treeLock);
+    auto request = requestFor(node, Operation::Remove);
+    if (const auto* localization = localizationOf(node)) {
+        request.parts = localization->folders;
+        request.hasParts = request.isSeenByParts = true;
+        request.path = request.parts.front();
+    }
+    return request;
+}
+
 ChangeOutcome LanguagesController::cleanThisNode(Node& node) {
-    Localization going;
+    std::vector<std::string> links;
     {
         const std::lock_guard lock(services().treeLock);
         if (const auto* localization = localizationOf(node))
-            going = *localization;
+            links = localization->links;
     }
-    auto request = requestFor(node, Operation::Remove);
-    if (going.folders.empty())
+    const auto request = changeFor(node);
+    if (!request.hasParts)
         return {OutcomeKind::Failed, {ErrorKind::Other, request.path, "no such language was found"}};
-    request.parts = going.folders;
-    request.hasParts = request.isSeenByParts = true;
-    request.path = request.parts.front();
     const auto outcome = change(request);
     if (outcome.isDone())
-        removeDanglingLinks(going.links, request);
+        removeDanglingLinks(links, request);
     return outcome;
 }
 

@@ -45,6 +45,8 @@ class LanguagesController final : public ADScanControllerView {
     void analyzeFile(const std::string& path) override;
     /// A language's folders.
     [[nodiscard]] std::vector<std::string> pathsBehind(const Node& node) const override;
+    /// Of all the folders together, under the first one's path.
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override;
 
     static constexpr const char* kModuleKey = "CleanLanguageTranslations";
 

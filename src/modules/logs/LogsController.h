@@ -24,7 +24,7 @@ class LogsController final : public ADGroupScanController {
     static void scanLogsInPath(const std::string& path, ADScanController& module, const ModuleServices& services);
 
     /// What becomes of one entry of a log folder: it is emptied, or every file in it, in place; the folders of the
-    /// crash and hang reporters lose their entries instead. On the removal thread.
+    /// crash and hang reporters lose their entries instead. Any thread.
     [[nodiscard]] ChangeRequest rotationOf(ChangeRequest request) const;
 
   private:

@@ -18,8 +18,8 @@ void SystemLogsController::scanThread() {
     LogsController::scanLogsInPath(m_logs.folders.LIBRARYLOGSPATH, *this, m_logs);
 }
 
-ChangeOutcome SystemLogsController::cleanThisNode(Node& node) {
-    return change(m_group.rotationOf(requestFor(node, Operation::Empty)));
+ChangeRequest SystemLogsController::changeFor(const Node& node) const {
+    return m_group.rotationOf(requestFor(node, Operation::Empty));
 }
 
 } // namespace sweeply

@@ -21,10 +21,10 @@ class SystemLogsController final : public ADScanController {
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
     [[nodiscard]] bool userDefaultsDefaultValue() const override { return false; }
     [[nodiscard]] bool priviligesNeededToClean() const override { return true; }
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override;
 
   protected:
     void scanThread() override;
-    ChangeOutcome cleanThisNode(Node& node) override;
 
   private:
     [[nodiscard]] std::string className() const override { return "SystemLogsController"; }

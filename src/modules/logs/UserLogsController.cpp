@@ -18,8 +18,8 @@ void UserLogsController::scanThread() {
     LogsController::scanLogsInPath(m_logs.folders.HOMELOGSPATH, *this, m_logs);
 }
 
-ChangeOutcome UserLogsController::cleanThisNode(Node& node) {
-    return change(m_group.rotationOf(requestFor(node, Operation::Empty)));
+ChangeRequest UserLogsController::changeFor(const Node& node) const {
+    return m_group.rotationOf(requestFor(node, Operation::Empty));
 }
 
 } // namespace sweeply

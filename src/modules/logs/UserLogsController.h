@@ -19,10 +19,10 @@ class UserLogsController final : public ADScanController {
     [[nodiscard]] std::string_view moduleName() const override { return "user-logs"; }
     [[nodiscard]] std::string defaultsName() const override { return "CleanUserLogs"; }
     [[nodiscard]] bool needToSetUserDefalts() const override { return true; }
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override;
 
   protected:
     void scanThread() override;
-    ChangeOutcome cleanThisNode(Node& node) override;
 
   private:
     [[nodiscard]] std::string className() const override { return "UserLogsController"; }

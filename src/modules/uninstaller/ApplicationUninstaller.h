@@ -30,6 +30,9 @@ class ApplicationUninstaller final : public ADScanControllerView {
     ~ApplicationUninstaller() override { stopAndJoin(); }
 
     [[nodiscard]] bool removesWhatCannotBeMadeAgain() const override { return true; }
+    [[nodiscard]] ChangeRequest changeFor(const Node& node) const override {
+        return m_parts.steps.requestFor(node, *this);
+    }
     [[nodiscard]] std::string_view moduleName() const override { return "uninstaller"; }
     [[nodiscard]] bool shouldRespondToDragEvents() const override { return true; }
     [[nodiscard]] WorkMode workMode() const override { return WorkMode::Uninstaller; }
