@@ -101,8 +101,8 @@ TEST_F(CliTest, ShellsLearnTheCommandsThatThereAre) {
     const auto bash = run({"completion", "bash"});
     EXPECT_EQ(bash.exitStatus, 0);
     for (const char* known :
-         {"uninstall) words=\"--help --json --all-items --why --dry-run --weak --yes --keep --no-keep\"", "dev-junk",
-          "leftovers"})
+         {"uninstall) words=\"--help --json --all-items --why --dry-run --weak --yes --keep --no-keep --plan --force\"",
+          "dev-junk", "leftovers"})
         EXPECT_NE(bash.output.find(known), std::string::npos) << known;
     ProcessOptions options;
     EXPECT_TRUE(runProcess("/bin/bash", {"-n", "-c", bash.output}, options)->succeeded());

@@ -111,6 +111,21 @@ TEST_F(CliPlanTest, ApplyDoesWhatCleanWouldHaveDoneAndASecondTimeNothing) {
     EXPECT_EQ(json({"history", "--json"})["runs"].size(), 1U);
 }
 
+TEST_F(CliPlanTest, LooksAtNamedItemsAreRepeatedForTheSameProcessors) {
+    takeSample();
+    const std::vector<std::string> named{"languages", "binaries", "/Applications/Harbor Mail.app"};
+    auto command = named;
+    command.insert(command.begin(), "scan");
+    EXPECT_EQ(plan(command)["arguments"], Json(named));
+    expectNothing(2, "plan is for a Mac with intel processors, not ppc", {"--arch", "ppc"});
+    const auto applied = outcomes(apply(0));
+    EXPECT_GT(applied.size(), 3U);
+    for (const auto& [path, outcome] : applied) {
+        EXPECT_THAT(path, testing::StartsWith(named.back()));
+        EXPECT_THAT(outcome, testing::AnyOf("removed", "slimmed"));
+    }
+}
+
 TEST_F(CliPlanTest, NamesOfEveryKindComeBackAndOnlyWhatIsCheckedGoes) {
     const std::vector<std::string> names{"line\nend", "quo\"te'$(x)`y`", "\x1b[2J", "\xff\xfe", "b\\slash", "\u202e"};
     for (const auto& name : names)
@@ -123,6 +138,7 @@ TEST_F(CliPlanTest, NamesOfEveryKindComeBackAndOnlyWhatIsCheckedGoes) {
     planned["target"]["root"] = "/elsewhere"; // nothing to anybody
     planned["note"] = {{"approved", "by nobody"}};
     save(planned);
+    EXPECT_EQ(runOnVolume({"modules", "--disable", "user-caches"}).exitStatus, 0); // it took part then
     fs::rename(m_folder + "/root", m_folder + "/mounted elsewhere");
     const auto result = run({"--root", m_folder + "/mounted elsewhere", "apply", m_plan, "--yes", "--json"});
     EXPECT_EQ(result.exitStatus, 0) << result.errors;

@@ -1,7 +1,7 @@
 #include "engine/plan/Plan.h"
 
-#include <gmock/gmock.h>
 #include <cstdint>
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 namespace sweeply {
@@ -60,6 +60,9 @@ TEST(PlanTest, WhatIsNoPlanIsRefusedWithThePlaceAndTheReason) {
         return text.insert(text.find(what), what + ", ");
     };
     const std::string deep = std::string(100'000, '[');
+    std::string manyFields = "{";
+    for (int i = 0; i < 200'000; ++i)
+        manyFields += "\"" + std::to_string(i) + "\": 1, ";
     struct Case {
         std::string bytes;
         std::string reason;
@@ -72,6 +75,7 @@ TEST(PlanTest, WhatIsNoPlanIsRefusedWithThePlaceAndTheReason) {
         {std::string(100, '\0'), "is no JSON"},
         {deep, "nested too deeply"},
         {edited("/target/extra", Json::parse("[[[[[[[[[[]]]]]]]]]]")), "nested too deeply"},
+        {manyFields, "too many fields"},
         {"[]", "\"format\""},
         {"{}", "\"format\""},
         {edited("/format", 1), "\"format\""},

@@ -1,5 +1,6 @@
 #include "engine/plan/Plan.h"
 #include "engine/plan/PlanFormat.h"
+#include "engine/plan/StrictJson.h"
 #include "engine/record/BytesJson.h"
 #include "engine/record/NamedValue.h"
 #include "engine/record/RunRecord.h"
@@ -9,16 +10,12 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace sweeply {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-/// Plans are this deep; what is deeper is something else, and what is much deeper an attack.
-constexpr int kDeepest = 8;
 
 /// What is wrong with a plan, for its author.
 struct Flaw : std::runtime_error {
@@ -27,37 +24,6 @@ struct Flaw : std::runtime_error {
 
 Flaw wrongField(const char* name, const std::string& reason) {
     return Flaw("\"" + std::string(name) + "\": " + reason);
-}
-
-/// Parses, and refuses an object that says something twice: readers would not agree on which counts.
-Json parsed(std::string_view bytes) {
-    std::vector<std::unordered_set<std::string>> open;
-    const auto look = [&](int depth, Json::parse_event_t event, const Json& json) {
-        if (depth > kDeepest)
-            throw Flaw("it is nested too deeply");
-        switch (event) {
-        case Json::parse_event_t::object_start:
-            open.emplace_back();
-            break;
-        case Json::parse_event_t::object_end:
-            open.pop_back();
-            break;
-        case Json::parse_event_t::key:
-            if (!open.back().insert(json.get<std::string>()).second)
-                throw wrongField(json.get_ref<const std::string&>().c_str(), "is said twice");
-            break;
-        default:
-            break;
-        }
-        return true;
-    };
-    try {
-        return Json::parse(bytes, look);
-    } catch (const Json::parse_error& error) {
-        throw Flaw("byte " + std::to_string(error.byte) + " is no JSON, or the file was cut short");
-    } catch (const Json::exception&) {
-        throw Flaw("it has a number that is out of range");
-    }
 }
 
 // The fields of an object, each of one type
@@ -234,10 +200,12 @@ std::optional<std::int64_t> exactTimeIn(const std::string& text) {
 Result<Plan> parsePlan(std::string_view bytes) {
     if (bytes.size() > kLargestPlan)
         return Failure(Error{ErrorKind::TooLarge, {}, "too large for a plan"});
+    const auto json = strictJson(bytes);
+    if (!json)
+        return Failure(Error{ErrorKind::Damaged, {}, "no plan: " + json.error().reason});
     try {
-        const auto json = parsed(bytes);
-        const auto format = json.is_object() ? json.find("format") : json.end();
-        if (!json.is_object() || format == json.end() || !format->is_string() ||
+        const auto format = json->is_object() ? json->find("format") : json->end();
+        if (!json->is_object() || format == json->end() || !format->is_string() ||
             !format->get_ref<const std::string&>().starts_with(kPlanFormatFamily))
             return Failure(Error{ErrorKind::Damaged, {}, "no plan: its \"format\" is not \"sweeply-plan-1\""});
         if (*format != kPlanFormat)
@@ -245,7 +213,7 @@ Result<Plan> parsePlan(std::string_view bytes) {
                                  {},
                                  "a plan in the format of another version (" + format->get<std::string>() +
                                      "); this one reads " + kPlanFormat});
-        return planIn(json);
+        return planIn(*json);
     } catch (const Flaw& flaw) {
         return Failure(Error{ErrorKind::Damaged, {}, std::string("no plan: ") + flaw.what()});
     }
