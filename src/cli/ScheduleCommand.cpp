@@ -122,7 +122,7 @@ ExitCode runSchedule(Session& session) {
         return ExitCode::Usage;
     }
     const auto name = nameOf(*schedule);
-    const auto installed = InstalledSchedules().install(*schedule, ownProgram());
+    const auto installed = InstalledSchedules().install(*schedule, {ownProgram(), SudoSetting::ofThisProcess().isRoot});
     const bool isWritten = installed || installed.error().kind == ErrorKind::Unavailable;
     if (session.commandLine().wantsJson && isWritten)
         session.print({{"schedule", scheduleJson(name, *schedule, std::nullopt)}, {"active", installed.has_value()}});

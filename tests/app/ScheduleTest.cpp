@@ -57,7 +57,7 @@ TEST_F(ScheduleTest, SystemdReadsTheVeryPathsThatAreMeant) {
         {"/mnt/ü 中 ", R"("/mnt/ü 中 ")"},
     };
     for (const auto& [root, asShown] : rows) {
-        const auto units = unitsFor(scheduleOf(root), "/usr/bin/true");
+        const auto units = unitsFor(scheduleOf(root), {"/usr/bin/true"});
         ASSERT_TRUE(units) << units.error().message();
         const auto verified = verify(*units);
         EXPECT_EQ(verified.exitStatus, 0) << verified.errors;
@@ -69,6 +69,9 @@ TEST_F(ScheduleTest, SystemdReadsTheVeryPathsThatAreMeant) {
                                  std::string("StandardError: journal\n"), std::string("IOSchedulingClass: idle\n"),
                                  std::string("CPUSchedulingPolicy: idle\n"), std::string("Persistent: yes\n")})
             EXPECT_TRUE((verified.errors + verified.output).find(read) != std::string::npos) << read;
+        const auto ofRoot = unitsFor(scheduleOf(root), {"/usr/bin/true", true});
+        EXPECT_EQ(ofRoot->service.find("PrivateUsers"), std::string::npos)
+            << "root would lose its rights to others' files";
         const auto back = scheduleIn(*units);
         ASSERT_TRUE(back);
         EXPECT_EQ(back->root, root);
@@ -78,7 +81,7 @@ TEST_F(ScheduleTest, SystemdReadsTheVeryPathsThatAreMeant) {
 
 TEST_F(ScheduleTest, WhatNoUnitFileCanHoldIsRefusedByName) {
     const auto reasonFor = [](const Schedule& schedule, const std::string& program = "/usr/bin/true") {
-        return unitsFor(schedule, program).error().message();
+        return unitsFor(schedule, {program}).error().message();
     };
     for (const char* root : {"/mnt/a\nExecStart=/bin/false", "/mnt/\x1b[2J", "/mnt/\xff", "/mnt/\x7f"})
         EXPECT_EQ(reasonFor(scheduleOf(root)),
@@ -91,16 +94,16 @@ TEST_F(ScheduleTest, WhatNoUnitFileCanHoldIsRefusedByName) {
 
 TEST_F(ScheduleTest, SameModulesOfTheSameTargetAreScheduledOnce) {
     auto schedule = scheduleOf("/mnt/old mac");
-    ASSERT_TRUE(m_installed.install(schedule, "/usr/bin/true"));
+    ASSERT_TRUE(m_installed.install(schedule, {"/usr/bin/true"}));
     const auto name = nameOf(schedule);
     EXPECT_THAT(name, MatchesRegex("sweeply-old_mac-[0-9a-f]{8}"));
     EXPECT_THAT(m_heard,
                 ElementsAre(StartsWith("daemon-reload"), "enable " + name + ".timer", "restart " + name + ".timer"));
     schedule.calendar = "Sat 03:00";
-    ASSERT_TRUE(m_installed.install(schedule, "/usr/bin/true"));
+    ASSERT_TRUE(m_installed.install(schedule, {"/usr/bin/true"}));
     auto other = schedule;
     other.modules.pop_back();
-    ASSERT_TRUE(m_installed.install(other, "/usr/bin/true"));
+    ASSERT_TRUE(m_installed.install(other, {"/usr/bin/true"}));
     const auto all = m_installed.all();
     ASSERT_EQ(all.size(), 2U);
     for (const auto& each : all) {
@@ -109,14 +112,14 @@ TEST_F(ScheduleTest, SameModulesOfTheSameTargetAreScheduledOnce) {
     }
     m_answer = Failure(Error{ErrorKind::Unavailable, {}, "Failed to connect to bus"});
     EXPECT_EQ(m_installed.all().front().next, std::nullopt);
-    EXPECT_EQ(m_installed.install(other, "/usr/bin/true").error().kind, ErrorKind::Unavailable);
+    EXPECT_EQ(m_installed.install(other, {"/usr/bin/true"}).error().kind, ErrorKind::Unavailable);
     EXPECT_EQ(m_installed.all().size(), 2U) << "written all the same";
 }
 
 TEST_F(ScheduleTest, UnitsOfOthersStayAsTheyAre) {
     const auto schedule = scheduleOf("/mnt/mac");
     const auto name = nameOf(schedule);
-    ASSERT_TRUE(m_installed.install(schedule, "/usr/bin/true"));
+    ASSERT_TRUE(m_installed.install(schedule, {"/usr/bin/true"}));
     const auto ours = "config/systemd/user/" + name;
     const std::string theirs = "[Service]\nExecStart=/usr/bin/true\n";
     for (const char* other : {"sweeply-theirs.service", "sweeply-theirs.timer", "backup.service", "backup.timer"})
@@ -142,7 +145,7 @@ TEST_F(ScheduleTest, UnitsOfOthersStayAsTheyAre) {
     EXPECT_EQ(read("outside/kept"), "precious");
 
     write(ours + ".service", theirs);
-    EXPECT_EQ(m_installed.install(schedule, "/usr/bin/true").error().kind, ErrorKind::AlreadyExists);
+    EXPECT_EQ(m_installed.install(schedule, {"/usr/bin/true"}).error().kind, ErrorKind::AlreadyExists);
     EXPECT_EQ(unit(name + ".service"), theirs);
     EXPECT_FALSE(contains(ours + ".timer"));
 }

@@ -1,7 +1,5 @@
 #include "app/schedule/InstalledSchedules.h"
 
-#include "app/schedule/ScheduleUnits.h"
-
 #include <charconv>
 
 namespace sweeply {
@@ -45,8 +43,8 @@ std::vector<InstalledSchedule> InstalledSchedules::all() const {
     return schedules;
 }
 
-Result<void> InstalledSchedules::install(const Schedule& schedule, const std::string& program) const {
-    const auto units = unitsFor(schedule, program);
+Result<void> InstalledSchedules::install(const Schedule& schedule, const ScheduleRunner& runner) const {
+    const auto units = unitsFor(schedule, runner);
     if (!units)
         return Failure(units.error());
     const auto name = nameOf(schedule);

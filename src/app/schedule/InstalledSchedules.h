@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/schedule/Schedule.h"
+#include "app/schedule/ScheduleUnits.h"
 #include "platform/UserUnits.h"
 
 #include <cstdint>
@@ -28,7 +28,7 @@ class InstalledSchedules final {
     /// Writes the schedule's units, over those of the same modules of the same target, and has the manager start the
     /// timer. Nothing of it stays when they cannot be written. Unavailable, with the reason, when they are written but
     /// the manager did not start them.
-    Result<void> install(const Schedule& schedule, const std::string& program) const;
+    Result<void> install(const Schedule& schedule, const ScheduleRunner& runner) const;
 
     /// Stops these and takes them away; a name that is none of ours is NotFound, and nothing is removed then.
     Result<void> remove(const std::vector<std::string>& names) const;

@@ -17,9 +17,7 @@ constexpr const char* kExplanation =
     "# Written by \"sweeply-cli schedule\"; \"sweeply-cli schedule remove\" takes it away.\n";
 constexpr std::string_view kCalendar = "OnCalendar=";
 
-/// PrivateUsers is what lets a user's own manager set the others up.
 constexpr const char* kWalls = R"(NoNewPrivileges=yes
-PrivateUsers=yes
 ProtectSystem=strict
 ProtectControlGroups=yes
 ProtectKernelTunables=yes
@@ -30,6 +28,9 @@ LockPersonality=yes
 SystemCallArchitectures=native
 UnsetEnvironment=SUDO_ASKPASS
 )";
+/// What lets the manager of a user set the others up. Root's needs it not, and would lose its rights to the files of
+/// others.
+constexpr const char* kUsersWall = "PrivateUsers=yes\n";
 constexpr const char* kManners = R"(IOSchedulingClass=idle
 CPUSchedulingPolicy=idle
 Nice=19
@@ -65,7 +66,8 @@ std::optional<std::string_view> lineAfter(std::string_view contents, std::string
 
 } // namespace
 
-Result<ScheduleUnits> unitsFor(const Schedule& schedule, const std::string& program) {
+Result<ScheduleUnits> unitsFor(const Schedule& schedule, const ScheduleRunner& runner) {
+    const auto& program = runner.program;
     auto texts = argumentsOf(schedule);
     texts.push_back(program);
     texts.push_back(schedule.calendar);
@@ -85,7 +87,7 @@ Result<ScheduleUnits> unitsFor(const Schedule& schedule, const std::string& prog
     units.service = kExplanation + std::string(kMark) + markOf(schedule).dump() + "\n\n[Unit]\nDescription=Clean " +
                     what + "\n\n[Service]\nType=oneshot\nExecStart=" + command +
                     "\nStandardOutput=null\nStandardError=journal\n" + kManners + kWalls +
-                    "ReadWritePaths=" + unitWord("-" + schedule.root) + "\n";
+                    (runner.isRoot ? "" : kUsersWall) + "ReadWritePaths=" + unitWord("-" + schedule.root) + "\n";
     units.timer = kExplanation + std::string("\n[Unit]\nDescription=When to clean ") + what + "\n\n[Timer]\n" +
                   std::string(kCalendar) + unitText(schedule.calendar) +
                   "\nPersistent=yes\n\n[Install]\nWantedBy=timers.target\n";
