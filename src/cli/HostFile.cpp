@@ -23,12 +23,24 @@ Result<LocatedItem> located(const std::string& name) {
     const auto slash = name.rfind('/');
     const auto last = slash == std::string::npos ? name : name.substr(slash + 1);
     if (last.empty() || last == "." || last == "..")
-        return Failure(Error{ErrorKind::WrongType, name, "is no name for a file"});
+        return Failure(Error{ErrorKind::WrongType, name.empty() ? "''" : name, "is no name for a file"});
     const auto folder = slash == std::string::npos ? std::string(".") : name.substr(0, slash + 1);
     UniqueFd parent(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!parent)
         return Failure(systemError(errno, name));
     return LocatedItem{std::move(parent), last};
+}
+
+/// Neither a device nor a link to one may be lost to a plan.
+Result<void> mayTakePlace(const LocatedItem& item, const std::string& name, ExistingFile existing) {
+    struct stat there {};
+    if (::fstatat(item.parent.get(), item.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) != 0)
+        return {};
+    if (existing == ExistingFile::Stays)
+        return Failure(systemError(EEXIST, name));
+    if (!S_ISREG(there.st_mode))
+        return Failure(Error{ErrorKind::WrongType, name, "is no regular file, and is not written over"});
+    return {};
 }
 
 } // namespace
@@ -56,14 +68,7 @@ Result<std::string> readHostFile(const std::string& name, std::size_t limit) {
 Result<void> canWriteHostFile(const std::string& name, ExistingFile existing) {
     if (name == kStandard)
         return {};
-    const auto item = located(name);
-    if (!item)
-        return Failure(item.error());
-    struct stat there {};
-    if (existing == ExistingFile::Stays &&
-        ::fstatat(item->parent.get(), item->name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0)
-        return Failure(systemError(EEXIST, name));
-    return {};
+    return located(name).and_then([&](const LocatedItem& item) { return mayTakePlace(item, name, existing); });
 }
 
 Result<void> writeHostFile(const std::string& name, const std::string& contents, ExistingFile existing) {
@@ -74,6 +79,8 @@ Result<void> writeHostFile(const std::string& name, const std::string& contents,
     auto item = located(name);
     if (!item)
         return Failure(item.error());
+    if (const auto may = mayTakePlace(*item, name, existing); !may)
+        return may;
     auto file = TemporaryFile::make(SystemCalls::plain(), *std::move(item), kOwnerOnly, name);
     if (!file)
         return Failure(file.error());

@@ -18,8 +18,8 @@ enum class ExistingFile { Stays, IsReplaced };
 /// Could a file of that name be written? To find out before the work.
 [[nodiscard]] Result<void> canWriteHostFile(const std::string& name, ExistingFile existing);
 
-/// Writes the file whole or not at all, for its owner's eyes alone. A link of that name is replaced, not written
-/// through. AlreadyExists where something stands there that stays.
+/// Writes the file whole or not at all, for its owner's eyes alone. Only a regular file is replaced, and no link is
+/// written through. AlreadyExists where something stands there that stays.
 [[nodiscard]] Result<void> writeHostFile(const std::string& name, const std::string& contents, ExistingFile existing);
 
 } // namespace sweeply

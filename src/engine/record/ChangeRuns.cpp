@@ -76,6 +76,7 @@ Result<void> ChangeRuns::begin(const std::string& usualCommand) {
     m_run.reset();
     if (const auto locked = lock(); !locked) {
         m_services.gate.startRun();
+        leaveAlone();
         return locked;
     }
     if (const auto old = expired(); !old.empty() && (command == "clean" || command == "uninstall" || command == "apply"))
