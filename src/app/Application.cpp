@@ -34,6 +34,14 @@ std::unique_ptr<ScanObject> rowFor(std::uint8_t viewCode) {
                                         Icon::GenericFolder, Icon::GenericFolder, viewCode);
 }
 
+std::unique_ptr<const LaunchServices> registryOf(const Target& target, std::string file) {
+    if (target.share.applications)
+        return std::make_unique<KnownApplications>(*target.share.applications);
+    if (!target.version.isOnLeopardOrBetter())
+        return nullptr;
+    return std::make_unique<RegisteredApplicationsFile>(*target.files, std::move(file));
+}
+
 } // namespace
 
 Application::Application(Target target, const HostServices& host)
@@ -44,10 +52,9 @@ Application::Application(Target target, const HostServices& host)
       m_tools(host.libexecFolder, *m_target.files), m_authorization(SudoSetting::ofThisProcess()),
       m_privileged(m_authorization, m_tools, host.log), m_sizes(*m_target.files, m_target.version),
       m_workspace(*m_target.files, m_target.folders.APPLICATIONSPATH),
-      m_registry(*m_target.files, supportFolder() + "RegisteredApplications.plist"),
-      m_applications(*m_target.files, m_target.folders, m_target.version.isOnLeopardOrBetter() ? &m_registry : nullptr,
-                     host.log),
-      m_tasks(m_tools, host.log), m_loginItems(*m_target.files, m_target.folders, host.log),
+      m_registry(registryOf(m_target, supportFolder() + "RegisteredApplications.plist")),
+      m_applications(*m_target.files, m_target.folders, m_registry.get(), host.log), m_tasks(m_tools, host.log),
+      m_loginItems(*m_target.files, m_target.folders, host.log),
       m_launchItems(*m_target.files, m_target.folders, m_tasks, host.log),
       m_packages({*m_target.files, m_target.folders, m_target.version, m_tools, m_privileged, host.alerts,
                   host.mainThread, host.log}),
@@ -71,12 +78,18 @@ Application::Application(Target target, const HostServices& host)
            [this] { return m_locale.formatDateAndTime(std::time(nullptr)); },
            makersServers(m_target.version,
                          appleLanguages(*m_target.files, m_target.folders).value_or(std::vector<std::string>()))}),
-      m_languageKeepList(m_defaults, [this] { return appleLanguages(*m_target.files, m_target.folders); }),
+      m_languageKeepList(m_defaults,
+                         [this] {
+                             return m_target.share.languages ? *m_target.share.languages
+                                                             : appleLanguages(*m_target.files, m_target.folders);
+                         }),
       m_authorisation(m_privileged, host.alerts, host.mainThread, host.log,
                       SudoSetting::ofThisProcess().isRoot || host.asksForRightsElsewhere),
       m_reports(host.alerts, host.desktopNotifications, m_units), m_statistics(m_services),
       m_scanController(m_services, {m_gate, m_runs, m_authorisation, m_reports, m_statistics, m_ignoreList,
                                     [this] { return m_locale.formatDate(std::time(nullptr)); }}) {
+    for (const auto& [key, value] : m_target.share.preferences)
+        m_defaults.hold(key, value);
     for (const auto& folder : m_target.folders.protectedFolders())
         m_target.files->removals().guard().protect(folder);
     m_target.files->removals().guard().protectTree(m_runs.keptFolder());
@@ -96,11 +109,13 @@ Application::~Application() {
 }
 
 void Application::addModules(const HostServices& host) {
-    const std::string leoUserCacheDir =
-        m_target.version.isOnLeopardOrBetter() ? userCacheDirectory(*m_target.files, m_target.folders) : std::string();
+    const std::string leoUserCacheDir = m_target.version.isOnLeopardOrBetter() && m_target.share.hasOwnerOfItsOwn
+                                            ? userCacheDirectory(*m_target.files, m_target.folders)
+                                            : std::string();
     if (!leoUserCacheDir.empty())
         m_target.files->removals().guard().protect(leoUserCacheDir);
-    const ModuleServices services{m_services, *m_target.files, m_sizes, m_target.folders, m_ignoreList, m_applications};
+    const ModuleServices services{m_services,     *m_target.files,    m_sizes, m_target.folders, m_ignoreList,
+                                  m_applications, m_target.share.part};
     m_scanController.addModule(rowFor(kCachesView), std::make_unique<CachesScanController>(
                                                         services, m_scanController, m_workspace, leoUserCacheDir));
     m_scanController.addModule(rowFor(kLogsView), std::make_unique<LogsController>(services, m_scanController));
@@ -137,8 +152,8 @@ void Application::addModules(const HostServices& host) {
 }
 
 LeftoversCleaner Application::leftoversCleaner(std::function<void(const Error&)> reportProblem) {
-    return LeftoversCleaner(
-        {*m_target.files, m_gate, m_applications, m_installed, m_loginItems, m_launchItems, std::move(reportProblem)});
+    return LeftoversCleaner({*m_target.files, m_gate, m_applications, m_installed, m_loginItems, m_launchItems,
+                             std::move(reportProblem), m_target.share.part});
 }
 
 std::string Application::supportFolder() const { return m_target.folders.expandTilde(kSupportFolder); }

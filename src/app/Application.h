@@ -124,7 +124,7 @@ class Application final {
 
     DiskSizes m_sizes;
     Workspace m_workspace;
-    RegisteredApplicationsFile m_registry;
+    const std::unique_ptr<const LaunchServices> m_registry; ///< none where the generation has none
     SWApplicationCore m_applications;
     ADTaskRunner m_tasks;
     LoginItems m_loginItems;

@@ -10,20 +10,20 @@ namespace sweeply {
 namespace {
 
 constexpr std::array kCaches{
-    ModuleSwitch{"user-caches", "CleanCaches", true},
-    ModuleSwitch{"photo-caches", "CleanPhotoSyncCache", true},
-    ModuleSwitch{"system-caches", "CleanSystemCaches", false},
+    ModuleSwitch{"user-caches", "CleanCaches", true, FindsIn::UsersOwn},
+    ModuleSwitch{"photo-caches", "CleanPhotoSyncCache", true, FindsIn::UsersOwn},
+    ModuleSwitch{"system-caches", "CleanSystemCaches", false, FindsIn::Machines},
 };
 
 constexpr std::array kLogs{
-    ModuleSwitch{"user-logs", "CleanUserLogs", true},
-    ModuleSwitch{"system-logs", "CleanSystemLogs", false},
+    ModuleSwitch{"user-logs", "CleanUserLogs", true, FindsIn::UsersOwn},
+    ModuleSwitch{"system-logs", "CleanSystemLogs", false, FindsIn::Machines},
 };
-constexpr std::array kLanguages{ModuleSwitch{"languages", "CleanLanguageTranslations", true}};
-constexpr std::array kBinaries{ModuleSwitch{"binaries", "CleanUniversalBinaries", true}};
-constexpr std::array kDevJunk{ModuleSwitch{"dev-junk", "CleanDevJunk", true}};
+constexpr std::array kLanguages{ModuleSwitch{"languages", "CleanLanguageTranslations", true, FindsIn::Both}};
+constexpr std::array kBinaries{ModuleSwitch{"binaries", "CleanUniversalBinaries", true, FindsIn::Both}};
+constexpr std::array kDevJunk{ModuleSwitch{"dev-junk", "CleanDevJunk", true, FindsIn::Both}};
 
-constexpr std::array kWidgets{ModuleSwitch{"widgets", "CleanWidgets", true}};
+constexpr std::array kWidgets{ModuleSwitch{"widgets", "CleanWidgets", true, FindsIn::Both}};
 
 constexpr std::array kRows{
     ModuleRow{"caches", translatable("Caches"), translatable("Files that applications can make again"), kCachesView,

@@ -16,11 +16,16 @@ inline constexpr std::uint8_t kExtensionsView = 6;
 inline constexpr std::uint8_t kUninstallerView = 7;
 inline constexpr std::uint8_t kEraserView = 8;
 
+/// In which part of a target with several users a module finds things: in what is one user's, in what all of them
+/// share, or in each.
+enum class FindsIn : std::uint8_t { UsersOwn, Machines, Both };
+
 /// A module that has a switch of its own, by the names that people and preferences give it.
 struct ModuleSwitch {
     std::string_view name;         ///< on the command line
     std::string_view defaultsName; ///< its key in the preferences
     bool isOnByDefault;
+    FindsIn findsIn;
 };
 
 /// One row of the module list.

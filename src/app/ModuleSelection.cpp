@@ -1,6 +1,7 @@
 #include "app/ModuleSelection.h"
 
 #include "app/ModuleCatalog.h"
+#include "appcore/TargetPart.h"
 #include "engine/ADScanControllerView.h"
 #include "engine/ScanController.h"
 #include "platform/Suggestion.h"
@@ -60,6 +61,28 @@ void selectModules(ScanController& controller, const std::vector<std::string>& s
         }
     }
     controller.refreshInterface();
+}
+
+std::vector<std::string> switchesFor(const TargetPart& part, std::vector<std::string> switches) {
+    for (const auto& row : scanModules()) {
+        for (const auto& module : row.switches) {
+            if ((module.findsIn == FindsIn::UsersOwn && !part.includesUsersOwn()) ||
+                (module.findsIn == FindsIn::Machines && !part.includesMachines()))
+                std::erase(switches, module.defaultsName);
+        }
+    }
+    return switches;
+}
+
+void narrowSelection(ScanController& controller, const TargetPart& part) {
+    std::vector<std::string> switches;
+    for (const auto& row : controller.rows()) {
+        for (const auto* module : row->correspondingScanController()->parts()) {
+            if (module->takesPartInScan() && !module->defaultsName().empty())
+                switches.push_back(module->defaultsName());
+        }
+    }
+    selectModules(controller, switchesFor(part, std::move(switches)));
 }
 
 std::vector<std::string> selectedModules(const ScanController& controller) {

@@ -8,6 +8,7 @@
 namespace sweeply {
 
 class ScanController;
+class TargetPart;
 
 /// Which switches a person means by these module names: a row's name stands for all of its switches. The switches' keys
 /// in the preferences, in the catalogue's order. An error names what is no module.
@@ -19,6 +20,11 @@ class ScanController;
 /// Has exactly these modules take part in the next scan, whatever the stored switches say, and stores nothing. Before
 /// the first scan; main thread.
 void selectModules(ScanController& controller, const std::vector<std::string>& switches);
+
+/// Has modules that find nothing in that part of the target take no part in the next scan.
+void narrowSelection(ScanController& controller, const TargetPart& part);
+/// Those of the switches whose modules find something in that part.
+[[nodiscard]] std::vector<std::string> switchesFor(const TargetPart& part, std::vector<std::string> switches);
 
 /// The modules that take part in the next scan, by the names of their switches.
 [[nodiscard]] std::vector<std::string> selectedModules(const ScanController& controller);

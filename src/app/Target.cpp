@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <pwd.h>
+#include <set>
 #include <unistd.h>
 #include <utility>
 
@@ -34,6 +35,8 @@ FolderConstants caller() {
     return folders;
 }
 
+constexpr const char* kNoUsers = ": no user's home with a Library in /Users";
+
 /// The only user of a foreign volume; several, or none, must be told apart by the person.
 Result<FolderConstants> onlyUserOf(const FileManager& files) {
     std::vector<std::string> users;
@@ -46,14 +49,24 @@ Result<FolderConstants> onlyUserOf(const FileManager& files) {
     if (users.size() == 1)
         return FolderConstants(users.front());
     if (users.empty())
-        return complaint(files.rootPath() +
-                         ": no user's home with a Library in /Users; say whose files are meant with -u");
+        return complaint(files.rootPath() + kNoUsers + "; say whose files are meant with -u");
     std::ranges::sort(users);
     std::string list;
     for (const auto& user : users)
         list += (list.empty() ? "" : ", ") + user;
     return complaint(files.rootPath() + ": several users (" + list + "); say whose files are meant with -u");
 }
+
+/// In the user's Library, as on a Mac. A machine that is none has its own place for settings.
+std::string preferencesFileFor(const FileManager& files, const FolderConstants& folders) {
+    if (!files.isHostRoot() || files.directoryExistsAtPath(folders.expandTilde("~/Library/Preferences")))
+        return folders.expandTilde("~/Library/Preferences/") + kPreferencesName;
+    const char* configured = std::getenv("XDG_CONFIG_HOME");
+    const std::string base = configured && *configured == '/' ? configured : folders.expandTilde("~/.config");
+    return joinedPath(base, std::string("sweeply/") + kPreferencesName);
+}
+
+} // namespace
 
 Result<SystemVersion> versionOf(const FileManager& files, const TargetOptions& options) {
     if (options.osVersion) {
@@ -72,16 +85,33 @@ Result<SystemVersion> versionOf(const FileManager& files, const TargetOptions& o
     return complaint("no Mac OS X system on this machine; name the folder that holds one with --root");
 }
 
-/// In the user's Library, as on a Mac. A machine that is none has its own place for settings.
-std::string preferencesFileFor(const FileManager& files, const FolderConstants& folders) {
-    if (!files.isHostRoot() || files.directoryExistsAtPath(folders.expandTilde("~/Library/Preferences")))
-        return folders.expandTilde("~/Library/Preferences/") + kPreferencesName;
-    const char* configured = std::getenv("XDG_CONFIG_HOME");
-    const std::string base = configured && *configured == '/' ? configured : folders.expandTilde("~/.config");
-    return joinedPath(base, std::string("sweeply/") + kPreferencesName);
+Result<std::vector<TargetUser>> usersOf(const FileManager& files) {
+    auto entries = files.contentsOfDirectoryAtPath("/Users");
+    if (!entries)
+        return entries.error().kind == ErrorKind::NotFound ? complaint(files.rootPath() + kNoUsers)
+                                                           : Failure(entries.error());
+    // A home that another one's name is a link to goes by its own name.
+    std::ranges::sort(*entries, {}, [](const DirectoryEntry& entry) {
+        return std::pair(entry.type == FileType::SymbolicLink, std::string_view(entry.name));
+    });
+    std::vector<TargetUser> users;
+    std::set<std::pair<std::uint64_t, std::uint64_t>> homes; // by device and number
+    for (const auto& [name, type] : *entries) {
+        const std::string home = "/Users/" + name;
+        const auto attributes = files.attributesOfItemAtPath(home, Links::Follow);
+        if (attributes && (attributes->type != FileType::Directory || files.isMissingAtPath(home + "/Library")))
+            continue;
+        if (attributes ? !homes.emplace(attributes->device, attributes->inode).second : files.isMissingAtPath(home))
+            continue;
+        const auto library = files.openDirectory(home + "/Library");
+        users.push_back(
+            {name, library ? std::nullopt : std::optional(library.error()), attributes ? attributes->owner : 0});
+    }
+    if (users.empty())
+        return complaint(files.rootPath() + kNoUsers);
+    std::ranges::sort(users, {}, &TargetUser::name);
+    return users;
 }
-
-} // namespace
 
 Result<std::optional<Target>> openTarget(const TargetOptions& options, SystemLog& log, std::ostream& output) {
     auto files = FileManager::open(options.root.value_or("/"));

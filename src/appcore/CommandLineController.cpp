@@ -95,6 +95,11 @@ std::vector<std::string_view> CommandLineController::folderReferences() {
     return references;
 }
 
+bool CommandLineController::isUsersFolder(std::string_view reference) {
+    const auto* known = folderReference(reference);
+    return known != nullptr && (FolderConstants({}).*known->folder).starts_with('~');
+}
+
 bool CommandLineController::takesValue(std::string_view reference) {
     return isUser(reference) || folderReference(reference) != nullptr;
 }

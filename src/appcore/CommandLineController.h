@@ -32,6 +32,8 @@ class CommandLineController final {
     [[nodiscard]] static bool isReference(std::string_view argument);
     /// Those that redirect a folder, each with a value.
     [[nodiscard]] static std::vector<std::string_view> folderReferences();
+    /// Does the reference redirect a folder that each user has?
+    [[nodiscard]] static bool isUsersFolder(std::string_view reference);
     /// Is the argument after the reference part of it?
     [[nodiscard]] static bool takesValue(std::string_view reference);
 

@@ -85,13 +85,14 @@ SWApplicationCore::Paths SWApplicationCore::filtered(const Paths& registered) co
 
 SWApplicationCore::Paths SWApplicationCore::createApplicationsArrayForController(const WorkControl* control) const {
     // Without a controller the token is one that never asks.
-    const std::stop_token stop = control != nullptr ? control->stopToken() : std::stop_token();
-    {
-        std::unique_lock lock(m_mutex);
-        m_listIsReady.wait(lock, stop, [this] { return m_appArrayCreated; });
-    }
+    auto applications = waitForApplications(control != nullptr ? control->stopToken() : std::stop_token());
     tellProblemsOfList();
-    std::lock_guard lock(m_mutex);
+    return applications;
+}
+
+SWApplicationCore::Paths SWApplicationCore::waitForApplications(const std::stop_token& stop) const {
+    std::unique_lock lock(m_mutex);
+    m_listIsReady.wait(lock, stop, [this] { return m_appArrayCreated; });
     return m_filteredApps;
 }
 

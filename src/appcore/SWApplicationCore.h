@@ -42,6 +42,9 @@ class SWApplicationCore final {
     /// The applications offered to the user, once they are known; what is known so far (nothing, mostly) when `control`
     /// is stopped meanwhile. Null waits without end.
     [[nodiscard]] Paths createApplicationsArrayForController(const WorkControl* control) const;
+    /// The same without an end to the waiting, for somebody who does not work with the list himself: what is missing
+    /// from it is no problem of his.
+    [[nodiscard]] Paths applicationsOnceKnown() const { return waitForApplications({}); }
     /// Everything the registry knew, unfiltered and with repetitions, or the list offered to the user when the registry
     /// was not asked. Does not wait.
     [[nodiscard]] Paths getAllApllicationArray() const;
@@ -66,6 +69,7 @@ class SWApplicationCore final {
   private:
     Paths findApplications(std::string_view folder, const std::stop_token& stop, WorkControl* control,
                            ReadProblems& problems) const;
+    [[nodiscard]] Paths waitForApplications(const std::stop_token& stop) const;
     /// Who works with the list works with what is missing from it.
     void tellProblemsOfList() const;
     [[nodiscard]] std::optional<Paths> readRegistry() const;

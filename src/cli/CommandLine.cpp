@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 
 #include "appcore/CommandLineController.h"
+#include "cli/AllUsers.h"
 #include "cli/Completion.h"
 #include "cli/sample/SampleVolume.h"
 #include "platform/FileManager.h"
@@ -11,6 +12,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <ostream>
 
 namespace sweeply {
@@ -23,7 +25,10 @@ Usage: sweeply-cli [OPTION...] [REFERENCE PATH...] COMMAND ...
 
 Options, before the command:
   --root DIR           the Mac's disk, image or backup is in DIR (else: this machine)
+  --roots-from FILE    work on every root that FILE (-: standard input) names, one a line
+  --jobs N             so many of them at a time (else: one)
   -u, --user NAME      whose files are meant (else: the only user there)
+  --all-users          scan, clean, leftovers, history: every user in turn, and what they share
   --os VERSION         which system it is: 10.4, 10.5, 10.6 (else: as it says itself)
   --arch intel|ppc     which processors the Mac has (else: as its system tells)
   --pace full|gentle   full speed, or with rests between the items
@@ -79,6 +84,14 @@ void printReferences(std::ostream& output) {
     (void)CommandLineController(folders, **files, silence, output).parseArguments({"sweeply-cli", "-h"});
 }
 
+/// More at a time are of no use to any disk.
+constexpr unsigned kMostJobs = 64;
+
+bool readJobs(const std::string& text, unsigned& jobs) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), jobs);
+    return error == std::errc() && end == text.data() + text.size() && jobs >= 1 && jobs <= kMostJobs;
+}
+
 /// Reads what stands before the command and takes it off `arguments`. False when that asked for help or the version.
 Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine& line, std::ostream& output) {
     std::size_t next = 1;
@@ -88,6 +101,7 @@ Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine&
         return arguments[next++];
     };
     while (next < arguments.size() && arguments[next].starts_with('-')) {
+        const auto first = static_cast<std::ptrdiff_t>(next);
         std::string option = arguments[next++];
         if (const auto equals = option.find('='); option.starts_with("--") && equals != std::string::npos) {
             arguments.insert(arguments.begin() + static_cast<std::ptrdiff_t>(next), option.substr(equals + 1));
@@ -104,6 +118,17 @@ Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine&
         }
         if (option == "--verbose") {
             line.isVerbose = true;
+        } else if (option == "--all-users") {
+            line.isForAllUsers = true;
+        } else if (option == "--roots-from" || option == "--jobs") {
+            auto value = valueOf(option);
+            if (!value)
+                return Failure(value.error());
+            if (option == "--roots-from")
+                line.rootsFrom = *std::move(value);
+            else if (!readJobs(*value, line.jobs))
+                return complaint(formatText("--jobs: '%@' is not a number from 1 to %i", {*value, kMostJobs}));
+            continue;
         } else if (option == "--root" || option == "--os" || option == "--arch" || option == "--pace" ||
                    option == "--color") {
             auto value = valueOf(option);
@@ -138,8 +163,12 @@ Result<bool> readGlobalOptions(std::vector<std::string>& arguments, CommandLine&
             return complaint(
                 formatText("'%@' is unknown reference. Enter -h or --help for detailed information", {option}));
         }
+        line.perTarget.push_back(option);
+        line.perTarget.insert(line.perTarget.end(), arguments.begin() + first + 1,
+                              arguments.begin() + static_cast<std::ptrdiff_t>(next));
     }
     arguments.erase(arguments.begin() + 1, arguments.begin() + static_cast<std::ptrdiff_t>(next));
+    line.perTarget.insert(line.perTarget.end(), arguments.begin() + 1, arguments.end());
     return true;
 }
 
@@ -339,6 +368,45 @@ void separatePaths(CommandLine& line) {
     line.operands.erase(paths.begin(), paths.end());
 }
 
+bool worksOnTarget(Command command) {
+    return command != Command::ShowFolders && command != Command::Schedule && command != Command::Size &&
+           command != Command::Sample;
+}
+
+/// What stands before the command and what stands after it must go together.
+Result<void> checkCombinations(const CommandLine& line) {
+    if (line.jobs > 1 && !line.rootsFrom)
+        return complaint("--jobs goes with --roots-from");
+    if (line.rootsFrom && line.target.root)
+        return complaint("--roots-from and --root exclude each other");
+    if (line.rootsFrom && !worksOnTarget(line.command))
+        return complaint("--roots-from: that works on no target");
+    if (line.rootsFrom && asksFirst(line))
+        return complaint("nobody answers for every target; say --yes to remove without a question");
+    if (line.notifies && (line.rootsFrom || line.isForAllUsers))
+        return complaint("--notify tells of one user's clean");
+    if (!line.isForAllUsers)
+        return {};
+    if (!goesForAllUsers(line.command))
+        return complaint("--all-users goes with scan, clean, leftovers and history");
+    if (!line.paths.empty())
+        return complaint("--all-users goes with whole scans, not with single paths");
+    if (line.command == Command::History && !line.operands.empty())
+        return complaint("--all-users goes with the list of all runs; for one of them say whose it is with -u");
+    // Two users with one folder would both have what is in it.
+    const auto& references = line.target.references;
+    for (auto reference = references.begin(); reference != references.end(); ++reference) {
+        if (*reference == "-u" || *reference == "--user")
+            return complaint("--all-users and -u exclude each other");
+        if (!CommandLineController::takesValue(*reference))
+            return complaint("--all-users and -s exclude each other");
+        if (CommandLineController::isUsersFolder(*reference++) && !reference->starts_with("~/"))
+            return complaint(
+                formatText("with --all-users a folder for '%@' must begin with '~/'", {*std::prev(reference)}));
+    }
+    return {};
+}
+
 } // namespace
 
 Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::string>& arguments, std::ostream& output) {
@@ -353,8 +421,10 @@ Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::strin
     const bool onlyShowsFolders = std::ranges::find(line.target.references, "-s") != line.target.references.end();
     if (rest.size() <= 1 && !onlyShowsFolders)
         return complaint("no command. Enter -h or --help for detailed information");
-    if (rest.size() <= 1)
-        return line;
+    if (rest.size() <= 1) {
+        const auto goTogether = checkCombinations(line);
+        return goTogether ? Result<std::optional<CommandLine>>(line) : Failure(goTogether.error());
+    }
 
     CLI::App app("sweeply-cli", "sweeply-cli");
     describeCommands(app, line);
@@ -380,7 +450,15 @@ Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::strin
         return complaint("--json and --plan - would both write to standard output");
     line.isDryRun = line.isDryRun || line.planFile;
     separatePaths(line);
+    if (const auto goTogether = checkCombinations(line); !goTogether)
+        return Failure(goTogether.error());
     return line;
+}
+
+bool asksFirst(const CommandLine& line) {
+    return (line.command == Command::Clean || line.command == Command::Apply || line.command == Command::Erase ||
+            line.command == Command::Uninstall) &&
+           !line.isDryRun && !line.saysYes;
 }
 
 TextStyle styleFor(const CommandLine& line, const Terminal& terminal) {

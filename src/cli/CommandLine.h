@@ -43,6 +43,13 @@ struct CommandLine {
     Pace pace = Pace::full();
     bool isVerbose = false;
     ColorWhen color = ColorWhen::Auto;
+    /// Every user of the target in turn, and what they share.
+    bool isForAllUsers = false;
+    /// A list of roots to work on in place of one, a path of this machine or "-", and how many of them at a time.
+    std::optional<std::string> rootsFrom;
+    unsigned jobs = 1;
+    /// The arguments without the program's name and those two: what is to be done with each target.
+    std::vector<std::string> perTarget;
 
     Command command = Command::ShowFolders;
     bool wantsJson = false;
@@ -90,6 +97,9 @@ struct CommandLine {
 /// stands on `output`. An error is one line for standard error.
 [[nodiscard]] Result<std::optional<CommandLine>> parseCommandLine(const std::vector<std::string>& arguments,
                                                                   std::ostream& output);
+
+/// Does the command show something first and then ask whether to remove it?
+[[nodiscard]] bool asksFirst(const CommandLine& line);
 
 /// How standard output is to look, as the person asked for it and `terminal` allows.
 [[nodiscard]] TextStyle styleFor(const CommandLine& line, const Terminal& terminal);

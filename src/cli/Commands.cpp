@@ -1,8 +1,10 @@
 #include "cli/Commands.h"
 
+#include "cli/AllUsers.h"
 #include "cli/CleanNotice.h"
 #include "cli/Interrupt.h"
 #include "cli/JsonOutput.h"
+#include "cli/ManyRoots.h"
 #include "cli/Session.h"
 #include "cli/StandardOutput.h"
 #include "formats/DisplayEscapes.h"
@@ -16,25 +18,15 @@ namespace sweeply {
 
 namespace {
 
-/// Does the command show something first and then ask whether to remove it?
-bool asksFirst(const CommandLine& line) {
-    return (line.command == Command::Clean || line.command == Command::Apply || line.command == Command::Erase ||
-            line.command == Command::Uninstall) &&
-           !line.isDryRun && !line.saysYes;
-}
-
-ExitCode runOnTarget(const CommandLine& line) {
-    SyslogLog log(line.isVerbose ? SyslogLog::Copy::StandardError : SyslogLog::Copy::None);
-    const auto session = Session::open(line, log, {printJson, complain});
-    if (!session) {
-        complain(session.error().message());
-        if (line.notifies)
-            tellThatCleanFailed(session.error().message(), log);
-        return ExitCode::Usage;
-    }
+/// An error says why the target cannot be worked on.
+Result<ExitCode> runOnTarget(const CommandLine& line, SystemLog& log, const RunOutput& output) {
+    if (line.isForAllUsers)
+        return runForAllUsers(line, log, output);
+    const auto session = Session::open(line, log, output);
+    if (!session)
+        return Failure(session.error());
     if (!*session)
         return ExitCode::Done; // a reference that only prints
-    interrupt::install();
     const auto step = runCommand(**session);
     const auto outcome = !step.rest ? step.outcome
                                     : step.rest(!step.isQuestion || line.saysYes ||
@@ -68,7 +60,18 @@ ExitCode run(const std::vector<std::string>& arguments) {
         complain("nobody here to ask; say --yes to remove without a question");
         return ExitCode::Usage;
     }
-    return runOnTarget(**line);
+    SyslogLog log((*line)->isVerbose ? SyslogLog::Copy::StandardError : SyslogLog::Copy::None);
+    interrupt::install();
+    const auto onTarget = [&log](const CommandLine& each, const RunOutput& output) {
+        return runOnTarget(each, log, output);
+    };
+    const auto outcome = (*line)->rootsFrom ? runOnRoots(**line, onTarget) : onTarget(**line, {printJson, complain});
+    if (outcome)
+        return *outcome;
+    complain(outcome.error().message());
+    if ((*line)->notifies)
+        tellThatCleanFailed(outcome.error().message(), log);
+    return ExitCode::Usage;
 }
 
 } // namespace

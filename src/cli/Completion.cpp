@@ -14,22 +14,17 @@ namespace sweeply {
 
 namespace {
 
-/// What stands before the command. The scripts know how to complete --root and --user.
+/// What stands before the command. The scripts know how to complete --root, --roots-from and --user.
 struct GlobalOption {
     const char* name;
     bool takesValue;
     const char* values;
 };
 constexpr GlobalOption kGlobalOptions[]{
-    {"--root", true, ""},
-    {"--user", true, ""},
-    {"--os", true, "10.4 10.5 10.6"},
-    {"--arch", true, "intel ppc"},
-    {"--pace", true, "full gentle"},
-    {"--color", true, "auto always never"},
-    {"--verbose", false, ""},
-    {"--version", false, ""},
-    {"--help", false, ""},
+    {"--root", true, ""},          {"--roots-from", true, ""},      {"--jobs", true, "1 2 4"},
+    {"--user", true, ""},          {"--all-users", false, ""},      {"--os", true, "10.4 10.5 10.6"},
+    {"--arch", true, "intel ppc"}, {"--pace", true, "full gentle"}, {"--color", true, "auto always never"},
+    {"--verbose", false, ""},      {"--version", false, ""},        {"--help", false, ""},
 };
 
 using Words = std::vector<std::string>;
@@ -143,6 +138,7 @@ std::string fishScript(const CLI::App& app) {
     const std::string before = line + quoted("not __fish_seen_subcommand_from " + joined(commandNames(app), " "));
     std::string script = kFishTemplate;
     script += before + " -l root -r -a '(__fish_complete_directories)'\n";
+    script += before + " -l roots-from -r -F\n";
     script += before + " -l user -s u -x -a '(__sweeply_cli_users)'\n";
     for (const auto& option : kGlobalOptions) {
         const std::string start = before + " -l " + std::string(option.name).substr(2);

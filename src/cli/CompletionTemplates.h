@@ -129,6 +129,7 @@ _sweeply_cli() {
     root=${root%/}
     case $option in
     --root) _files -/; return ;;
+    --roots-from) _files; return ;;
     -u | --user) compadd -- $root/Users/*(/N:t); return ;;
 @OPTION_VALUES@    esac
     case $command in

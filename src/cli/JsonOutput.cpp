@@ -36,13 +36,15 @@ Json nodesJson(const std::vector<Node::Pointer>& nodes, SizeUnits units) {
 
 Json evidenceJson(const Evidence& evidence) { return Json::parse(evidenceText(&evidence)); }
 
+const char* nameOfUnits(SizeUnits units) { return units == SizeUnits::Decimal ? "decimal" : "binary"; }
+
 Json targetJson(const Application& application) {
     const Target& target = application.target();
     return {{"root", validUtf8(target.files->rootPath())},
             {"home", validUtf8(target.folders.home)},
             {"user", validUtf8(target.folders.userName)},
             {"version", target.version.productVersion()},
-            {"units", application.units() == SizeUnits::Decimal ? "decimal" : "binary"}};
+            {"units", nameOfUnits(application.units())}};
 }
 
 Json modulesJson(Application& application, const std::vector<ShownModule>& modules) {
@@ -114,6 +116,24 @@ Json itemJson(const RecordedItem& item) {
             {"outcome", item.outcome},
             {"reason", item.reason ? Json(validUtf8(*item.reason)) : Json(nullptr)},
             {"why", Json::parse(item.why)}};
+}
+
+void addFigures(Json& sums, const Json& object, SizeUnits units) {
+    constexpr std::string_view kText = "Text";
+    for (const auto& [key, value] : object.items()) {
+        if (value.is_boolean()) {
+            sums[key] = sums.value(key, false) || value.get<bool>();
+        } else if (value.is_number_unsigned()) {
+            sums[key] = sums.value(key, std::uint64_t{0}) + value.get<std::uint64_t>();
+        } else if (value.is_object() && key != "target") {
+            if (!sums.contains(key))
+                sums[key] = Json::object();
+            addFigures(sums[key], value, units);
+        } else if (key.ends_with(kText)) {
+            if (const auto size = sums.find(key.substr(0, key.size() - kText.size())); size != sums.end())
+                sums[key] = stringSizeFromLong(size->get<std::uint64_t>(), units);
+        }
+    }
 }
 
 void printJson(const Json& json) { std::cout << json.dump(2) << "\n"; }

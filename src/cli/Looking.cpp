@@ -2,6 +2,7 @@
 
 #include "app/ModuleCatalog.h"
 #include "app/ModuleSelection.h"
+#include "appcore/TargetPart.h"
 #include "cli/Session.h"
 #include "cli/TargetPaths.h"
 
@@ -50,6 +51,12 @@ Result<void> look(Session& session, const Scope& scope) {
         if (!switches)
             return Failure(switches.error());
         selectModules(session.application().scanController(), *switches);
+    }
+    const auto& part = session.application().target().share.part;
+    if (!part.isEverything()) {
+        narrowSelection(session.application().scanController(), part);
+        if (selectedModules(session.application().scanController()).empty())
+            return {};
     }
     if (scope.paths.empty()) {
         session.scan();

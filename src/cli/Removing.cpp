@@ -34,14 +34,8 @@ ExitCode finishClean(Session& session) {
     if (session.commandLine().wantsJson) {
         session.print(cleanJson(session, wasStopped));
     } else {
-        const auto sums = application.gate().sums();
-        if (sums.kept > 0)
-            std::cout << localizedFormat("%i items are kept; \"undo\" puts them back.", {sums.kept}) << "\n";
-        if (sums.removed > 0)
-            std::cout << localizedFormat("Sweeply has cleaned %@ from your Mac!",
-                                         {stringSizeFromLong(application.statistics().currentRemovedAmountOfSpace(),
-                                                             application.units())})
-                      << "\n";
+        printRemoved(application.gate().sums(), application.statistics().currentRemovedAmountOfSpace(),
+                     application.units(), std::cout);
     }
     printFailures(session);
     if (wasStopped)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <mutex>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
@@ -19,6 +20,23 @@ struct RunOutput {
     std::function<void(std::string_view)> complaint;
     /// What progress begins with, where there are several runs; escaped.
     std::string place = {};
+};
+
+/// Remembers the last of several complaints. Thread-safe.
+class LastComplaint final {
+  public:
+    void set(std::string_view text) {
+        const std::lock_guard lock(m_mutex);
+        m_text = text;
+    }
+    [[nodiscard]] std::string text() const {
+        const std::lock_guard lock(m_mutex);
+        return m_text;
+    }
+
+  private:
+    mutable std::mutex m_mutex;
+    std::string m_text;
 };
 
 } // namespace sweeply

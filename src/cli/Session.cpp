@@ -26,12 +26,14 @@ void showLanguagePreferences() {
 
 } // namespace
 
-Result<std::unique_ptr<Session>> Session::open(const CommandLine& line, SystemLog& log, RunOutput output) {
+Result<std::unique_ptr<Session>> Session::open(const CommandLine& line, SystemLog& log, RunOutput output,
+                                               TargetShare share) {
     auto target = openTarget(line.target, log, std::cout);
     if (!target)
         return Failure(target.error());
     if (!*target)
         return nullptr;
+    (*target)->share = std::move(share);
     return std::make_unique<Session>(**std::move(target), line, log, std::move(output));
 }
 

@@ -21,8 +21,9 @@ class SystemLog;
 class Session final {
   public:
     /// Nothing when the command line's references only wanted to be printed, which is done then.
-    /// `log` outlives the session.
-    static Result<std::unique_ptr<Session>> open(const CommandLine& line, SystemLog& log, RunOutput output);
+    /// `share` is what is looked at, by default all there is for one user. `log` outlives the session.
+    static Result<std::unique_ptr<Session>> open(const CommandLine& line, SystemLog& log, RunOutput output,
+                                                 TargetShare share = {});
 
     Session(Target target, const CommandLine& line, SystemLog& log, RunOutput output);
 

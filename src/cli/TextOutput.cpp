@@ -101,9 +101,18 @@ void printResults(Application& application, const std::vector<ShownModule>& modu
 void printScan(Application& application, const TextStyle& style, std::ostream& output) {
     const auto modules = shownModules(application);
     printResults(application, modules, style, output);
-    output << localizedFormat("Sweeply can clean %@ from your Mac!",
-                              {stringSizeFromLong(totalsOf(modules).foundSize, application.units())})
-           << "\n";
+    printFound(totalsOf(modules).foundSize, application.units(), output);
+}
+
+void printFound(std::uint64_t size, SizeUnits units, std::ostream& output) {
+    output << localizedFormat("Sweeply can clean %@ from your Mac!", {stringSizeFromLong(size, units)}) << "\n";
+}
+
+void printRemoved(const ChangeSums& sums, std::uint64_t freed, SizeUnits units, std::ostream& output) {
+    if (sums.kept > 0)
+        output << localizedFormat("%i items are kept; \"undo\" puts them back.", {sums.kept}) << "\n";
+    if (sums.removed > 0)
+        output << localizedFormat("Sweeply has cleaned %@ from your Mac!", {stringSizeFromLong(freed, units)}) << "\n";
 }
 
 } // namespace sweeply

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "appcore/TargetPart.h"
 #include "engine/EngineServices.h"
+
+#include <string>
+#include <vector>
 
 namespace sweeply {
 
@@ -8,6 +12,7 @@ class DiskSizes;
 class FileManager;
 class IgnoreList;
 class SWApplicationCore;
+class WorkControl;
 struct FolderConstants;
 
 /// What the scan modules work with; all of it outlives them.
@@ -18,6 +23,11 @@ struct ModuleServices {
     const FolderConstants& folders;
     IgnoreList& ignoreList;
     const SWApplicationCore& applications;
+    /// What of the target a scan looks at.
+    TargetPart part = {};
+
+    /// The applications in that part, once they are known; what is known so far when `control` is stopped meanwhile.
+    [[nodiscard]] std::vector<std::string> applicationsToScan(const WorkControl* control) const;
 };
 
 } // namespace sweeply

@@ -3,6 +3,7 @@
 #include "platform/FileManager.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sweeply {
@@ -14,6 +15,17 @@ class LaunchServices {
 
     /// The target paths of all registered applications, in the registry's order, double ones included. Thread-safe.
     [[nodiscard]] virtual Result<std::vector<std::string>> copyAllApplicationURLs() const = 0;
+};
+
+/// A list that was made already, by whom all others can be asked.
+class KnownApplications final : public LaunchServices {
+  public:
+    explicit KnownApplications(std::vector<std::string> paths) : m_paths(std::move(paths)) {}
+
+    [[nodiscard]] Result<std::vector<std::string>> copyAllApplicationURLs() const override { return m_paths; }
+
+  private:
+    const std::vector<std::string> m_paths;
 };
 
 /// The registry as our lsregister writes it: a property list that holds an array of paths.

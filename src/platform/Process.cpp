@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <functional>
 #include <optional>
 #include <poll.h>
 #include <spawn.h>
@@ -168,15 +169,20 @@ class StopPipe final {
 };
 
 /// Reads both pipes side by side: a child that fills one while we wait on the other would wait for ever.
-int readBoth(UniqueFd& output, UniqueFd& errors, int stopped, ProcessResult& result, std::size_t limit) {
+/// `atStop` is called when `stopped` becomes readable, and says whether to read on.
+int readBoth(UniqueFd& output, UniqueFd& errors, int stopped, const std::function<bool()>& atStop,
+             ProcessResult& result, std::size_t limit) {
     while (output || errors) {
         // poll passes over descriptors that are negative.
         std::array<pollfd, 3> waiting{pollfd{output.get(), POLLIN, 0}, pollfd{errors.get(), POLLIN, 0},
                                       pollfd{stopped, POLLIN, 0}};
         if (::poll(waiting.data(), waiting.size(), -1) < 0 && errno != EINTR)
             return errno;
-        if (waiting[2].revents != 0)
-            return ECANCELED;
+        if (waiting[2].revents != 0) {
+            if (!atStop())
+                return ECANCELED;
+            stopped = -1;
+        }
         int error = 0;
         if (output && waiting[0].revents != 0)
             error = readSome(output, result.output, limit);
@@ -242,7 +248,9 @@ Result<ProcessResult> runProcess(const std::string& program, const std::vector<s
 
     ProcessResult result;
     const StopPipe stopped(options.stop);
-    const int readError = readBoth(output->readEnd, errors->readEnd, stopped.fd(), result, options.captureLimit);
+    const auto atStop = [&] { return options.stopSignal != SIGKILL && ::kill(*child, options.stopSignal) == 0; };
+    const int readError =
+        readBoth(output->readEnd, errors->readEnd, stopped.fd(), atStop, result, options.captureLimit);
     if (readError != 0)
         ::kill(*child, SIGKILL);
     const int waitError = waitFor(*child, result);

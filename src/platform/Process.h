@@ -2,6 +2,7 @@
 
 #include "platform/Error.h"
 
+#include <csignal>
 #include <cstddef>
 #include <stop_token>
 #include <string>
@@ -35,8 +36,10 @@ struct ProcessOptions {
     std::vector<std::pair<std::string, std::string>> environment;
     /// Bytes captured from each of the two streams before the child is killed and the run fails as TooLarge.
     std::size_t captureLimit = std::size_t{256} << 20U;
-    /// Kills the child while its output is captured; the run then fails as Stopped.
+    /// Sends the child a signal while its output is captured. SIGKILL ends it, and the run fails as Stopped; after any
+    /// other one it ends as it likes, which is a result.
     std::stop_token stop{};
+    int stopSignal = SIGKILL;
 };
 
 /// How a child ended and what it wrote.

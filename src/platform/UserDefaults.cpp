@@ -73,6 +73,8 @@ void UserDefaults::apply(const std::string& key, const Change& change, plist::Di
 }
 
 void UserDefaults::record(std::string_view key, Change change) {
+    if (m_held.contains(key))
+        return;
     const std::string name(key);
     apply(name, change, m_values);
     m_changes.insert_or_assign(name, std::move(change));
@@ -103,6 +105,11 @@ void UserDefaults::addToUnsigned(std::string_view key, std::uint64_t delta) {
     }
 }
 
+void UserDefaults::hold(std::string_view key, plist::Value value) {
+    const std::lock_guard lock(m_mutex);
+    m_held.insert_or_assign(std::string(key), std::move(value));
+}
+
 Result<void> UserDefaults::synchronize() {
     const std::lock_guard lock(m_mutex);
     if (m_changes.empty()) {
@@ -119,7 +126,8 @@ Result<void> UserDefaults::synchronize() {
 
 std::optional<plist::Value> UserDefaults::objectForKey(std::string_view key) const {
     const std::lock_guard lock(m_mutex);
-    const plist::Value* value = m_values.find(key);
+    const auto held = m_held.find(key);
+    const plist::Value* value = held != m_held.end() ? &held->second : m_values.find(key);
     return value ? std::optional(*value) : std::nullopt;
 }
 

@@ -40,6 +40,9 @@ class UserDefaults final {
     /// count. The sum stays at the greatest number rather than begin anew.
     void addToUnsigned(std::string_view key, std::uint64_t delta);
 
+    /// Has `key` read as `value` from now on, whatever the file says and whatever is set; nothing of that is written.
+    void hold(std::string_view key, plist::Value value);
+
     /// Brings the changes to the disk and fetches what others changed. Writes nothing when nothing changed.
     ///
     /// A damaged file is renamed to "NAME.damaged-YYYYMMDD-HHMMSS" before a new one takes its place, with a line in the
@@ -74,6 +77,7 @@ class UserDefaults final {
     mutable std::mutex m_mutex; ///< guards what follows
     plist::Dictionary m_values; ///< what was read, with the changes applied
     std::map<std::string, Change, std::less<>> m_changes;
+    std::map<std::string, plist::Value, std::less<>> m_held;
     bool m_failureWasLogged = false;
 };
 

@@ -112,7 +112,7 @@ void UniversalBinariesController::scanThread() {
         return;
     setTotalProcentage(kWaitingForApplications);
     incProgress();
-    const auto applications = m_binaries.applications.createApplicationsArrayForController(this);
+    const auto applications = m_binaries.applicationsToScan(this);
     setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
     for (const auto& application : applications) {
         if (stopped())

@@ -55,7 +55,7 @@ void DevTrashController::scanThread() {
     prepareForScan();
     setTotalProcentage(kWaitingForApplications);
     incProgress();
-    const auto applications = m_junk.applications.createApplicationsArrayForController(this);
+    const auto applications = m_junk.applicationsToScan(this);
     setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
     {
         const std::lock_guard lock(services().treeLock);

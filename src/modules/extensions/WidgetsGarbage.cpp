@@ -44,15 +44,20 @@ void WidgetsGarbage::rescan() {
             category->killChildren();
     }
     setTotalProcentage(kFirstSteps);
+    if (m_garbage.part.includesUsersOwn())
+        scanForUsersOwn();
+    if (!stopped())
+        scanForLaunchDeamons();
+    sleepAfterItem();
+}
+
+void WidgetsGarbage::scanForUsersOwn() {
     const TermAutomaton installed(scanForWidgetsPlists());
     incProgress();
     if (!stopped())
         findUnnecessaryWidgetsPrefferences(installed);
     if (!stopped())
         scanForLoginItems();
-    if (!stopped())
-        scanForLaunchDeamons();
-    sleepAfterItem();
 }
 
 void WidgetsGarbage::itemIsDone() {
@@ -138,7 +143,8 @@ void WidgetsGarbage::scanForLoginItems() {
 }
 
 void WidgetsGarbage::scanForLaunchDeamons() {
-    const auto files = m_parts.launchItems.getAllLaunchFiles();
+    auto files = m_parts.launchItems.getAllLaunchFiles();
+    std::erase_if(files, [this](const std::string& path) { return !m_garbage.part.includes(path); });
     incTotalProcentageBy(static_cast<std::uint32_t>(files.size()));
     for (const auto& path : files) {
         if (stopped())

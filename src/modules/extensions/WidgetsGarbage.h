@@ -41,6 +41,8 @@ class WidgetsGarbage final : public ADScanControllerView {
   private:
     [[nodiscard]] std::string className() const override { return "WidgetsGarbage"; }
     void rescan();
+    /// Widgets' preferences and login items, which each user has.
+    void scanForUsersOwn();
     /// The identifiers of all widgets that are installed.
     [[nodiscard]] std::vector<std::string> scanForWidgetsPlists();
     [[nodiscard]] std::vector<std::string> findPlistsIn(const std::string& folder);

@@ -55,7 +55,7 @@ void LanguagesController::scanThread() {
         return;
     setTotalProcentage(kWaitingForApplications);
     incProgress();
-    const auto applications = m_languages.applications.createApplicationsArrayForController(this);
+    const auto applications = m_languages.applicationsToScan(this);
     setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
     {
         const std::lock_guard lock(services().treeLock);

@@ -52,6 +52,8 @@ void LeftoversCleaner::leftoversAnalyse() {
 LeftoversCleaner::Paths LeftoversCleaner::getAllPrefFiles() const {
     const std::string& folder = m_services.applications.preferencesPaths().front();
     Paths found;
+    if (!m_services.part.includesUsersOwn())
+        return found;
     auto walk = m_services.files.enumeratorAtPath(folder);
     while (const auto entry = walk.next()) {
         if (entry->type != FileType::Directory && isCandidate(lastPathComponent(entry->path)))
@@ -119,6 +121,8 @@ const LeftoversCleaner::PathSet& LeftoversCleaner::getPrefFilesToRemove() {
 const LeftoversCleaner::PathSet& LeftoversCleaner::getLaunchFilesToRemove() {
     m_launchFilesToRemove.clear();
     for (const auto& path : m_allLaunchFiles) {
+        if (!m_services.part.includes(path))
+            continue;
         const auto definition = m_services.launchItems.definitionAtPath(path);
         if (!definition)
             m_services.reportProblem(definition.error());
@@ -137,7 +141,8 @@ Evidence LeftoversCleaner::evidenceOfLaunchFile(const std::string& path) const {
 const LeftoversCleaner::Paths& LeftoversCleaner::getLoginItemsToRemove() {
     if (!m_loginItemsToRemove) {
         m_loginItemsToRemove.emplace();
-        for (const auto& item : m_services.loginItems.loginItemsList()) {
+        const bool isLookedAt = m_services.part.includesUsersOwn();
+        for (const auto& item : isLookedAt ? m_services.loginItems.loginItemsList() : plist::Array()) {
             auto path = LoginItems::pathOf(item);
             if (!path.empty() && m_services.files.isMissingAtPath(path))
                 m_loginItemsToRemove->push_back(std::move(path));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "appcore/TargetPart.h"
 #include "engine/tree/Evidence.h"
 #include "platform/Error.h"
 
@@ -34,6 +35,8 @@ class LeftoversCleaner final {
         const LaunchItems& launchItems;
         /// Told of what could not be understood or removed; what could not be read is among the target's problems.
         std::function<void(const Error&)> reportProblem;
+        /// What of the target is looked at.
+        TargetPart part = {};
     };
     using Paths = std::vector<std::string>;
     using PathSet = std::set<std::string, std::less<>>;
