@@ -380,7 +380,7 @@ Result<void> checkCombinations(const CommandLine& line) {
     if (line.rootsFrom && line.target.root)
         return complaint("--roots-from and --root exclude each other");
     if (line.rootsFrom && !worksOnTarget(line.command))
-        return complaint("--roots-from: that works on no target");
+        return complaint("--roots-from does not go with this command");
     if (line.rootsFrom && asksFirst(line))
         return complaint("nobody answers for every target; say --yes to remove without a question");
     if (line.notifies && (line.rootsFrom || line.isForAllUsers))
