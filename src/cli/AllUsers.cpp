@@ -13,6 +13,7 @@
 #include "platform/Localization.h"
 
 #include <algorithm>
+#include <exception>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -78,6 +79,8 @@ class AllUsersRun final {
     void lookAtShared();
     /// Goes as far as the command goes without a word from anybody.
     void look(PartRun& part, const std::string& user, TargetShare share);
+    Result<Step> begin(PartRun& part, const std::string& user, TargetShare share);
+    void fail(PartRun& part, const Error& reason);
     void removeOnceAgreed();
     /// Takes over what is to be added up, and lets go of the rest.
     void finish(PartRun& part);
@@ -129,34 +132,49 @@ void AllUsersRun::printHeading(const std::string& title) const {
         std::cout << styleFor(m_line, Terminal::ofThisProcess()).heading(escapedForDisplay(title)) << "\n";
 }
 
-void AllUsersRun::look(PartRun& part, const std::string& user, TargetShare share) {
+Result<Step> AllUsersRun::begin(PartRun& part, const std::string& user, TargetShare share) {
     CommandLine line = m_line;
     line.target.references.insert(line.target.references.begin(), {"-u", user}); // others may speak of the home
-    const auto output = outputOf(part);
-    const bool isUsers = share.part.includesUsersOwn();
-    auto session = Session::open(line, m_log, output, std::move(share));
-    if (!session || !*session) {
-        output.complaint(session ? "nothing to do" : session.error().message());
-        part.step = ExitCode::Usage;
-        return;
-    }
+    auto session = Session::open(line, m_log, outputOf(part), std::move(share));
+    if (!session)
+        return Failure(session.error());
     printHeading(part.title);
     part.session = *std::move(session);
     auto& application = part.session->application();
     if (m_firstUser.empty())
         m_firstUser = user;
-    part.step = runCommand(*part.session);
+    auto step = runCommand(*part.session);
     m_found += totalsOf(shownModules(application)).foundSize;
-    if (isUsers && isAnythingShared(m_line) && !interrupt::wasRequested())
+    if (!part.user.empty() && isAnythingShared(m_line) && !interrupt::wasRequested())
         m_wishes.add(application);
+    return step;
+}
+
+void AllUsersRun::look(PartRun& part, const std::string& user, TargetShare share) {
+    Result<Step> step = ExitCode::Incomplete;
+    try {
+        step = begin(part, user, std::move(share));
+    } catch (const std::exception& exception) {
+        step = Failure(Error{ErrorKind::Other, {}, exception.what()});
+        part.session.reset();
+    }
+    if (step)
+        part.step = *std::move(step);
+    else
+        fail(part, step.error());
+}
+
+void AllUsersRun::fail(PartRun& part, const Error& reason) {
+    outputOf(part).complaint(reason.message());
+    part.step = ExitCode::Incomplete;
+    if (!part.user.empty())
+        m_wishes.addUnknown(reason);
 }
 
 void AllUsersRun::lookFor(const TargetUser& user) {
     auto& part = addPart(user.name, user.name);
     if (user.obstacle) {
-        outputOf(part).complaint(user.obstacle->message());
-        part.step = ExitCode::Incomplete;
-        m_wishes.addUnknown(*user.obstacle);
+        fail(part, *user.obstacle);
     } else {
         look(part, user.name,
              {.part = TargetPart::ofUser(FolderConstants(user.name).home),
@@ -193,7 +211,8 @@ void AllUsersRun::finish(PartRun& part) {
 void AllUsersRun::removeOnceAgreed() {
     const auto isQuestion = std::ranges::any_of(m_parts, [](const auto& part) { return part->step.isQuestion; });
     const bool isAgreed =
-        !isQuestion || m_line.saysYes || TerminalAlerts::confirms(localizedString("Remove the checked items?"));
+        !interrupt::wasRequested() &&
+        (!isQuestion || m_line.saysYes || TerminalAlerts::confirms(localizedString("Remove the checked items?")));
     for (const auto& part : m_parts) {
         if (!part->step.rest)
             continue;

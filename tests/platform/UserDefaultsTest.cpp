@@ -35,6 +35,20 @@ class UserDefaultsTest : public VolumeTest {
     RecordingLog m_log;
 };
 
+TEST_F(UserDefaultsTest, WhatIsHeldHidesTheFileAndIsNeverWritten) {
+    writeList(plist::Dictionary({{"switch", Value(true)}, {"sum", Value(1)}}));
+    UserDefaults defaults = open();
+    defaults.hold("switch", false);
+    defaults.hold("absent", "held");
+    defaults.setBool("switch", true);
+    defaults.removeObject("absent");
+    defaults.addToUnsigned("sum", 2);
+    ASSERT_TRUE(defaults.synchronize());
+    EXPECT_FALSE(defaults.boolForKey("switch"));
+    EXPECT_EQ(defaults.stringForKey("absent"), "held");
+    EXPECT_EQ(onDisk(), Value(plist::Dictionary({{"switch", Value(true)}, {"sum", Value(3)}})));
+}
+
 TEST_F(UserDefaultsTest, ChangesReachTheDiskAndEveryOtherKeyKeepsItsType) {
     const plist::Dictionary others({{"date", Value(plist::Date{12.5})},
                                     {"data", Value(plist::Data{std::string("\0\xFF", 2)})},
