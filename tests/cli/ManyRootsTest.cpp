@@ -62,15 +62,14 @@ TEST_F(ManyRootsTest, EachTargetHasALineWhateverBecomesOfTheOthers) {
                                  volume("three $(x)\x1b");
     auto cleaned = everything();
     cleaned["/list"] = contents;
-    const Matcher<Paths> outcomes =
-        ElementsAre("is in the list already", HasSubstr("no user's home"), HasSubstr("directory"),
-                    HasSubstr("No such file"), "1 removed", "is in the list already", "1 removed", "1 removed");
+    const Matcher<Paths> outcomes = UnorderedElementsAre("is in the list already", HasSubstr("no user's home"),
+                                                         HasSubstr("directory"), HasSubstr("No such file"), "1 removed",
+                                                         "is in the list already", "1 removed", "1 removed");
     for (const char* jobs : {"1", "3"}) {
         const auto scan = runOnList(contents, {"--jobs", jobs, "scan", "--json"});
         EXPECT_EQ(scan.exitStatus, 2);
         const auto objects = objectsOf(scan);
         ASSERT_EQ(objects.size(), 8U);
-        EXPECT_EQ(objects[4]["totals"]["filesFound"], 1);
 
         const auto clean = runOnList(contents, {"--jobs", jobs, "clean", "--yes", "--json"});
         EXPECT_EQ(clean.exitStatus, 2);
@@ -82,8 +81,7 @@ TEST_F(ManyRootsTest, EachTargetHasALineWhateverBecomesOfTheOthers) {
         }
         EXPECT_EQ(everything(), cleaned);
         for (const auto& object : objectsOf(runOnList(contents, {"--jobs", jobs, "scan", "--json"}))) {
-            if (!object.contains("error"))
-                EXPECT_EQ(object["totals"]["filesFound"], 0);
+            EXPECT_EQ(object.contains("error") ? Json(0) : object["totals"]["filesFound"], 0);
         }
         for (const char* root : {"/root", "/two", "/three $(x)\x1b"})
             write("/.." + (root + cache("item")), "1");
@@ -91,7 +89,7 @@ TEST_F(ManyRootsTest, EachTargetHasALineWhateverBecomesOfTheOthers) {
 }
 
 TEST_F(ManyRootsTest, TextTellsWhoseItIs) {
-    makeFolder("/../two/Users/sam/Library/Caches/closed");
+    write("/../two/Users/sam/Library/Caches/closed/file");
     fs::permissions(volume("two") + cache("closed"), fs::perms::none);
     const std::string contents = volume("three $(x)\x1b") + "\n" + volume("two") + "\n";
     for (const char* jobs : {"1", "2"}) {
@@ -123,7 +121,7 @@ TEST_F(ManyRootsTest, AnswersEveryCommandAndGoesWithAllUsers) {
 
 TEST_F(ManyRootsTest, AnInterruptStopsThoseUnderWayAndBeginsNoMore) {
     for (const char* root : {"/root", "/two", "/three $(x)\x1b"}) {
-        for (int i = 0; i < 2000; ++i)
+        for (int i = 0; i < 100; ++i)
             write("/.." + (root + cache(std::to_string(i))), "1");
     }
     const auto before = everything();
@@ -141,9 +139,10 @@ TEST_F(ManyRootsTest, AnInterruptStopsThoseUnderWayAndBeginsNoMore) {
 }
 
 TEST_F(ManyRootsTest, ATargetThatVanishesIsSaidSo) {
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 10; ++i)
         write(cache(std::to_string(i)), "1");
-    Person person({"--pace", "gentle", "--roots-from", list(volume("root") + "\n" + volume("two")), "scan", "--all"});
+    Person person(
+        {"--pace", "gentle", "--roots-from", list(volume("root") + "\n" + volume("two")), "scan", "user-caches"});
     ASSERT_TRUE(person.sees("1 of 2  "));
     fs::rename(volume("root"), volume("away"));
     EXPECT_EQ(person.endsWith(), 1);
