@@ -385,6 +385,10 @@ Result<void> checkCombinations(const CommandLine& line) {
         return complaint("nobody answers for every target; say --yes to remove without a question");
     if (line.notifies && (line.rootsFrom || line.isForAllUsers))
         return complaint("--notify tells of one user's clean");
+    if (line.planFile && (line.rootsFrom || line.isForAllUsers))
+        return complaint("a plan says what is done for one user of one target");
+    if (line.rootsFrom && line.command == Command::Apply && line.operands.front() == "-")
+        return complaint("a plan on standard input cannot be read for every target");
     if (!line.isForAllUsers)
         return {};
     if (!goesForAllUsers(line.command))

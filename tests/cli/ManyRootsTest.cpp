@@ -167,6 +167,9 @@ TEST_F(ManyRootsTest, WhatCannotBeDoneForManyIsRefused) {
              {{"--roots-from", "x", "schedule"}, "does not go with"},
              {{"--roots-from", "x", "clean", "--yes", "--notify"}, "one user's clean"},
              {{"--roots-from", "x", "clean"}, "say --yes"},
+             {{"--roots-from", "x", "apply", "plan"}, "say --yes"},
+             {{"--roots-from", "x", "apply", "-", "--yes"}, "for every target"},
+             {{"--roots-from", "x", "scan", "--plan", "plan"}, "one user of one target"},
              {{"--roots-from", "x", "--jobs", "0", "scan"}, "a number from 1 to 64"},
              {{"--jobs", "2", "scan"}, "goes with --roots-from"}}) {
         const auto result = run(arguments);
