@@ -5,6 +5,7 @@
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "cli/JsonOutput.h"
+#include "cli/JsonPrinter.h"
 #include "cli/Session.h"
 #include "cli/ShownModules.h"
 #include "cli/TextOutput.h"
@@ -119,7 +120,7 @@ PartRun& AllUsersRun::addPart(const std::string& user, const std::string& title)
 
 RunOutput AllUsersRun::outputOf(PartRun& part) const {
     const std::string name = part.user.empty() ? "shared" : part.user;
-    return {[&part](const Json& object) { part.object = object; },
+    return {[&part](const Json& object) { part.object = withTrees(object); },
             [this, &part, name](std::string_view text) {
                 part.complaint.set(text);
                 m_output.complaint(name + ": " + std::string(text));

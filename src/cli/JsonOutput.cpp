@@ -1,38 +1,12 @@
 #include "cli/JsonOutput.h"
 
+#include "cli/JsonPrinter.h"
 #include "formats/Utf8.h"
 
 #include <iostream>
 #include <nlohmann/json.hpp>
 
 namespace sweeply {
-
-namespace {
-
-Json nodesJson(const std::vector<Node::Pointer>& nodes, SizeUnits units);
-
-Json nodeJson(const Node& node, SizeUnits units) {
-    return {{"name", validUtf8(node.name())},
-            {"path", node.path().empty() ? Json(nullptr) : Json(validUtf8(node.path()))},
-            {"size", node.longSize()},
-            {"sizeText", stringSizeFromLong(node.longSize(), units)},
-            {"count", node.count()},
-            {"state", static_cast<int>(node.state())},
-            {"enabled", node.ifEnabled()},
-            {"type", node.type()},
-            {"why", node.evidence() ? evidenceJson(*node.evidence()) : Json(nullptr)},
-            {"children", nodesJson(node.children(), units)},
-            {"invisibleChildren", nodesJson(node.invisibleChildren(), units)}};
-}
-
-Json nodesJson(const std::vector<Node::Pointer>& nodes, SizeUnits units) {
-    Json list = Json::array();
-    for (const auto& node : nodes)
-        list.push_back(nodeJson(*node, units));
-    return list;
-}
-
-} // namespace
 
 Json evidenceJson(const Evidence& evidence) { return Json::parse(evidenceText(&evidence)); }
 
@@ -58,7 +32,7 @@ Json modulesJson(Application& application, const std::vector<ShownModule>& modul
                         {"totalSizeText", stringSizeFromLong(module.totalSize(), application.units())},
                         {"filesFound", module.filesFound()},
                         {"statusText", module.statusText()},
-                        {"tree", nodeJson(*module.rootNode(), application.units())}});
+                        {"tree", treeReference(*module.rootNode(), application.units())}});
     return list;
 }
 
@@ -136,6 +110,9 @@ void addFigures(Json& sums, const Json& object, SizeUnits units) {
     }
 }
 
-void printJson(const Json& json) { std::cout << json.dump(2) << "\n"; }
+void printJson(const Json& json) {
+    writeJson(std::cout, json, JsonLayout::Indented);
+    std::cout << "\n";
+}
 
 } // namespace sweeply

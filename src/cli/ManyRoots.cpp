@@ -2,7 +2,7 @@
 
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
-#include "cli/JsonOutput.h"
+#include "cli/JsonPrinter.h"
 #include "cli/RootJobs.h"
 #include "cli/RootsList.h"
 #include "formats/DisplayEscapes.h"
@@ -31,7 +31,10 @@ std::optional<FolderIdentity> identityOf(const std::string& root) {
     return FolderIdentity(status.st_dev, status.st_ino);
 }
 
-void printLine(const Json& object) { std::cout << object.dump() << "\n" << std::flush; }
+void printLine(const Json& object) {
+    writeJson(std::cout, object, JsonLayout::OneLine);
+    std::cout << "\n" << std::flush;
+}
 
 /// The targets of one list.
 class RootsRun final {
