@@ -380,8 +380,8 @@ TEST_F(ChangeRunsTest, PurgeThatFailsIsPurgedAgainAndNeverPutBack) {
     m_world->target.calls.whenCalled = {};
     const auto left = runs().kept();
     ASSERT_THAT(left, Not(IsEmpty())) << "it still takes space";
-    for (const auto& item : runs().undo(run, {}).value())
-        EXPECT_EQ(item.outcome, "missing") << item.path;
+    const auto undone = runs().undo(run, {});
+    EXPECT_THAT(undone.value(), Each(Field(&UndoneItem::outcome, "missing")));
     std::uint64_t freed = m_world->statistics->numberTotalSizeSaved();
     EXPECT_THAT(runs().purge(left).value(), Each(Field(&RecordedItem::outcome, "removed")));
     EXPECT_EQ(m_world->statistics->numberTotalSizeSaved(), total);
