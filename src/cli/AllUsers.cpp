@@ -18,6 +18,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <sys/resource.h>
 #include <utility>
 
 namespace sweeply {
@@ -270,6 +271,17 @@ ExitCode AllUsersRun::run() {
     return interrupt::wasRequested() ? ExitCode::Interrupted : m_outcome;
 }
 
+/// A session holds its target's root open, and before a removal there is one for each user.
+void allowOpenFiles(std::size_t sessions) {
+    constexpr rlim_t kFilesBesides = 256;
+    rlimit limit{};
+    const rlim_t needed = sessions + kFilesBesides;
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= needed)
+        return;
+    limit.rlim_cur = std::min(needed, limit.rlim_max);
+    (void)::setrlimit(RLIMIT_NOFILE, &limit); // else some users cannot be looked at, which is said of each
+}
+
 } // namespace
 
 bool goesForAllUsers(Command command) {
@@ -290,6 +302,7 @@ Result<ExitCode> runForAllUsers(const CommandLine& line, SystemLog& log, const R
         if (error)
             return Failure(*error);
     }
+    allowOpenFiles(users->size());
     return AllUsersRun({line, log, output}, **files, *version, *std::move(users)).run();
 }
 

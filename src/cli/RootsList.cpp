@@ -1,12 +1,9 @@
 #include "cli/RootsList.h"
 
-#include "platform/UniqueFd.h"
+#include "cli/HostFile.h"
 
-#include <array>
-#include <cerrno>
-#include <fcntl.h>
+#include <algorithm>
 #include <string_view>
-#include <unistd.h>
 
 namespace sweeply {
 
@@ -16,30 +13,10 @@ namespace {
 constexpr std::size_t kLargestList = std::size_t{64} << 20U;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // as some editors begin a text
 
-Result<std::string> contentsOf(const std::string& file) {
-    const UniqueFd opened(file == "-" ? ::dup(STDIN_FILENO) : ::open(file.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!opened)
-        return Failure(systemError(errno, file));
-    std::string contents;
-    std::array<char, 65536> buffer;
-    for (;;) {
-        const ssize_t count = ::read(opened.get(), buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return Failure(systemError(errno, file));
-        if (count == 0)
-            return contents;
-        contents.append(buffer.data(), static_cast<std::size_t>(count));
-        if (contents.size() > kLargestList)
-            return Failure(Error{ErrorKind::TooLarge, file, "too large for a list of roots"});
-    }
-}
-
 } // namespace
 
 Result<std::vector<std::string>> readRootsList(const std::string& file) {
-    const auto contents = contentsOf(file);
+    const auto contents = readHostFile(file, kLargestList);
     if (!contents)
         return Failure(contents.error());
     std::string_view rest = *contents;
