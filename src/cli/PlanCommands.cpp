@@ -16,6 +16,9 @@ namespace sweeply {
 
 namespace {
 
+/// Reasons quote the plan, and anybody may have written that.
+constexpr std::size_t kLongestReason = 300;
+
 Failure unfit(const std::string& reason) { return Failure(Error{ErrorKind::Other, {}, reason}); }
 
 /// Is the plan for this system, its user, and this program's modules?
@@ -44,6 +47,8 @@ Result<Plan> planFor(Session& session) {
         .and_then([&](Plan plan) { return fits(plan, session).map([&] { return std::move(plan); }); })
         .map_error([&](Error error) {
             error.path = name == "-" ? "standard input" : name;
+            if (error.reason.size() > kLongestReason)
+                error.reason.replace(kLongestReason, std::string::npos, "...");
             return error;
         });
 }

@@ -89,6 +89,30 @@ void recheckGroups(Node& node) {
         node.recalcSize();
 }
 
+/// What became of the checked items that a module lists still: nothing where they are what they were.
+using Found = std::unordered_map<const PlannedItem*, std::optional<LeftAlone>>;
+
+/// Checks of what a module lists exactly what is wanted and still what it was. Under the tree lock.
+void checkWanted(const ADScanController& module, const std::unordered_map<std::string, const PlannedItem*>& wanted,
+                 Found& found) {
+    forEachItem(*module.rootNode(), [&](Node& node) {
+        auto request = module.changeFor(node);
+        const auto item = wanted.find(keyOf(itemOf(request, false)));
+        auto difference = item == wanted.end() ? std::string() : differenceOf(request, *item->second);
+        node.setEnabledWithoutRecalc(item != wanted.end() && difference.empty());
+        if (item == wanted.end())
+            return;
+        auto& left = found[item->second];
+        if (!difference.empty()) {
+            Error error{ErrorKind::Other, request.path, std::move(difference)};
+            left = LeftAlone{std::move(request), {OutcomeKind::Changed, std::move(error)}};
+        }
+    });
+    recheckGroups(*module.rootNode());
+    for (auto* group = module.rootNode()->parentNode(); group; group = group->parentNode())
+        group->setEnabledWithoutRecalc(group->ifAnyEnabled());
+}
+
 } // namespace
 
 std::vector<PlannedItem> itemsFoundBy(std::span<ADScanController* const> modules, TreeLock& treeLock) {
@@ -115,25 +139,11 @@ std::vector<LeftAlone> checkAsPlanned(const Plan& plan, std::span<ADScanControll
         if (item.isChecked)
             wanted.emplace(keyOf(item), &item);
     }
-    std::unordered_map<const PlannedItem*, std::optional<LeftAlone>> found;
-    const std::lock_guard lock(treeLock);
-    for (const auto* module : modules) {
-        forEachItem(*module->rootNode(), [&](Node& node) {
-            auto request = module->changeFor(node);
-            const auto item = wanted.find(keyOf(itemOf(request, false)));
-            auto difference = item == wanted.end() ? std::string() : differenceOf(request, *item->second);
-            node.setEnabledWithoutRecalc(item != wanted.end() && difference.empty());
-            if (item == wanted.end())
-                return;
-            auto& left = found[item->second];
-            if (!difference.empty()) {
-                Error error{ErrorKind::Other, request.path, std::move(difference)};
-                left = LeftAlone{std::move(request), {OutcomeKind::Changed, std::move(error)}};
-            }
-        });
-        recheckGroups(*module->rootNode());
-        for (auto* group = module->rootNode()->parentNode(); group; group = group->parentNode())
-            group->setEnabledWithoutRecalc(group->ifAnyEnabled());
+    Found found;
+    {
+        const std::lock_guard lock(treeLock);
+        for (const auto* module : modules)
+            checkWanted(*module, wanted, found);
     }
     std::vector<LeftAlone> leftAlone;
     for (const auto& item : plan.items) {
