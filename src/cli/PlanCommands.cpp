@@ -1,4 +1,3 @@
-#include "app/ModuleCatalog.h"
 #include "cli/Commands.h"
 #include "cli/HostFile.h"
 #include "cli/Interrupt.h"
@@ -10,7 +9,10 @@
 #include "platform/Localization.h"
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
+#include <iterator>
+#include <utility>
 
 namespace sweeply {
 
