@@ -2,6 +2,7 @@
 #include "platform/PrivateBus.h"
 
 #include <gmock/gmock.h>
+#include <mutex>
 #include <sdbus-c++/sdbus-c++.h>
 #include <semaphore>
 
@@ -19,7 +20,10 @@ class Desktop final {
         m_object->registerMethod("Notify").onInterface(kName).implementedAs(
             [this](const std::string&, std::uint32_t, const std::string&, const std::string& title,
                    const std::string& text, const Strings&, const Variants&, std::int32_t) {
-                m_note = title + ": " + text;
+                {
+                    const std::lock_guard lock(m_mutex);
+                    m_note = title + ": " + text;
+                }
                 m_shown.release();
                 return std::uint32_t{1};
             });
@@ -29,13 +33,15 @@ class Desktop final {
     }
     std::string note() {
         m_shown.acquire();
+        const std::lock_guard lock(m_mutex);
         return m_note;
     }
 
   private:
     static constexpr const char* kName = "org.freedesktop.Notifications";
     std::counting_semaphore<> m_shown{0};
-    std::string m_note;
+    std::mutex m_mutex;
+    std::string m_note; ///< guarded by m_mutex
     std::unique_ptr<sdbus::IConnection> m_bus = sdbus::createSessionBusConnection();
     std::unique_ptr<sdbus::IObject> m_object = sdbus::createObject(*m_bus, "/org/freedesktop/Notifications");
 };
