@@ -160,6 +160,10 @@ void ResourceFinder::findLaunchItems(const Search& search) {
 }
 
 void ResourceFinder::findPlugins(const Search& search) {
+    // Where none is installed there is no need to look through a bundle, which may be a big one.
+    if (std::ranges::all_of(m_services.applications.pluginsPaths(),
+                            [this](const auto& folder) { return !m_services.files.enumeratorAtPath(folder).next(); }))
+        return;
     const auto originals = originalPluginsForApplication(m_services.files, search.terms.path);
     if (originals.empty())
         return;
