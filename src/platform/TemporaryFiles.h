@@ -10,7 +10,7 @@
 #include <sys/types.h>
 
 // Files that stand in a target's folders only while we work there. A kill leaves them behind, so they have names that
-// nobody else uses, ".NAME.sweeply-XXXXXXXX" and ".NAME.sweeply-lock", and whoever works on one holds a lock on it
+// nobody else uses, ".NAME.sweeply-LETTERS" and ".NAME.sweeply-lock", and whoever works on one holds a lock on it
 // (flock), which ends with the process.
 
 namespace sweeply {

@@ -153,7 +153,7 @@ TEST_F(ScheduleTest, UnitsOfOthersStayAsTheyAre) {
 TEST_F(ScheduleTest, TimesAreTheSystemsToJudge) {
     for (const char* good : {"weekly", "Sat 03:00", "*-*-01..07 12:30 Europe/Berlin"})
         EXPECT_TRUE(checkCalendar(good)) << good;
-    for (const auto& [bad, reason] : {std::pair("now and then", "Failed to parse calendar specification"),
+    for (const auto& [bad, reason] : {std::pair("now and then", "Failed to parse"),
                                       {"2020-01-01", "never comes"},
                                       {"--help", "Failed to parse"},
                                       {"", "Failed to parse"},

@@ -114,7 +114,7 @@ TEST_F(ADScanControllerTest, VisibleItemBesideInvisibleOnesIsRemovedFromDiskButS
 
 TEST_F(ADScanControllerTest, FailedRemovalAdvancesProgressAndKeepsTheItemChecked) {
     std::vector<float> seen;
-    m_module.stubborn = {"/a"};
+    m_module.immovable = {"/a"};
     m_module.whenCleaning = [&](const std::string&) {
         seen.push_back(m_module.procentDone());
         EXPECT_EQ(m_module.totalProcentage(), 100U);

@@ -42,7 +42,7 @@ class FakeModule final : public Base {
     std::function<void(FakeModule&)> whenScanning = [](FakeModule&) {};
     /// Called for each item; the default removes nothing and says that it did.
     std::function<bool(const std::string&)> whenCleaning = [](const std::string&) { return true; };
-    std::set<std::string> stubborn; ///< paths that cannot be removed
+    std::set<std::string> immovable; ///< paths that cannot be removed
     std::vector<std::string> cleaned;
 
   protected:
@@ -52,7 +52,7 @@ class FakeModule final : public Base {
     }
     ChangeOutcome cleanThisNode(Node& node) override {
         cleaned.push_back(node.path());
-        const bool isGone = !stubborn.contains(node.path()) && whenCleaning(node.path());
+        const bool isGone = !immovable.contains(node.path()) && whenCleaning(node.path());
         return {isGone ? OutcomeKind::Removed : OutcomeKind::Failed};
     }
 

@@ -180,7 +180,7 @@ TEST_F(ScanControllerTest, RemovalCleansCheckedRowsInOrderAndKeepsTheBooks) {
 
 TEST_F(ScanControllerTest, WhatStayedIsReportedOnceAtTheEnd) {
     auto& only = module(3, {1000, 200});
-    only.stubborn = {"/3/200"};
+    only.immovable = {"/3/200"};
     only.whenCleaning = [&](const std::string&) {
         m_world.gate.stays({Operation::Remove, "/3/200"}, "why not");
         return true;
