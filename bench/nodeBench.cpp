@@ -1,10 +1,12 @@
 #include "engine/tree/Node.h"
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 #if defined(__GLIBC__)
 #include <malloc.h>
 #endif
+#include <random>
 #include <string>
 #include <vector>
 
@@ -72,6 +74,27 @@ void toggleOneByOne(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
+
+/// As a click on a column does, of items in no order at all.
+void sortBy(benchmark::State& state, const char* column) {
+    std::mt19937 random(1);
+    const Results results(state.range(0));
+    for (const auto& file : results.files)
+        file->setSize(random());
+    std::vector<Node::Pointer> asFound = results.folder->children();
+    std::ranges::shuffle(asFound, random);
+    for (auto _ : state) {
+        state.PauseTiming();
+        results.folder->killChildren();
+        for (const auto& file : asFound)
+            results.folder->addChild(file);
+        state.ResumeTiming();
+        results.root->sortArrayUsingDescriptors({{column, false}});
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK_CAPTURE(sortBy, size, "Size")->Arg(200'000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(sortBy, name, "Name")->Arg(200'000)->Unit(benchmark::kMillisecond);
 
 #if defined(__GLIBC__)
 /// "node" is what the class takes, "item" all that one more item costs, its path included.

@@ -5,23 +5,32 @@
 #include "ui/Text.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 #include <mutex>
-#include <unordered_set>
 
 namespace sweeply {
 
 namespace {
 
 constexpr int kUpdateInterval = 100; // milliseconds
-/// More places than this are shown faster by starting over.
-constexpr std::size_t kManyRuns = 200;
+/// From more places than this rows go faster once they stand together.
+constexpr std::size_t kManyRuns = 20;
+
+std::vector<const Node*> addressesOf(const std::vector<Node::Pointer>& nodes) {
+    std::vector<const Node*> addresses;
+    addresses.reserve(nodes.size());
+    for (const auto& node : nodes)
+        addresses.push_back(node.get());
+    return addresses;
+}
 
 } // namespace
 
 NodeModel::NodeModel(ADScanControllerView& module, TreeLock& treeLock, SizeUnits units, Pictures& pictures)
     : m_module(module), m_treeLock(treeLock), m_units(units), m_pictures(pictures) {
     m_root.node = module.rootNode();
-    m_root.children = childrenOf(*m_root.node);
+    fill(m_root);
     m_updating.setSingleShot(true);
     m_updating.setInterval(kUpdateInterval);
     connect(&m_updating, &QTimer::timeout, this, [this] { update(); });
@@ -30,9 +39,16 @@ NodeModel::NodeModel(ADScanControllerView& module, TreeLock& treeLock, SizeUnits
 
 NodeModel::~NodeModel() { m_module.setContentOutline(nullptr); }
 
-std::vector<Node::Pointer> NodeModel::childrenOf(const Node& node) const {
+std::pair<std::vector<Node::Pointer>, SortKeys> NodeModel::lookAt(const Node& node) const {
     const std::lock_guard lock(m_treeLock);
-    return node.children();
+    return {node.children(), SortKeys(node.children(), m_order)};
+}
+
+void NodeModel::fill(Branch& branch) const {
+    auto [children, keys] = lookAt(*branch.node);
+    branch.inTree = addressesOf(children);
+    keys.sort(children);
+    branch.children = std::move(children);
 }
 
 NodeModel::Branch& NodeModel::branchOf(const QModelIndex& index) const {
@@ -46,7 +62,7 @@ NodeModel::Branch& NodeModel::branchOf(const QModelIndex& index) const {
         branch->node = node;
         branch->parent = &parent;
         branch->row = index.row();
-        branch->children = childrenOf(*node);
+        fill(*branch);
     }
     return *branch;
 }
@@ -61,6 +77,24 @@ Node::Pointer NodeModel::nodeAt(const QModelIndex& index) const {
     return static_cast<const Branch*>(index.internalPointer())->children[static_cast<std::size_t>(index.row())];
 }
 
+QModelIndex NodeModel::indexOf(const Node& node) const {
+    std::vector<const Node*> way;
+    {
+        const std::lock_guard lock(m_treeLock);
+        for (const Node* step = &node; step && step != m_root.node.get(); step = step->parentNode())
+            way.push_back(step);
+    }
+    QModelIndex place;
+    for (auto step = way.rbegin(); step != way.rend(); ++step) {
+        auto& branch = branchOf(place);
+        const auto found = std::ranges::find(branch.children, *step, &Node::Pointer::get);
+        if (found == branch.children.end())
+            return {};
+        place = createIndex(static_cast<int>(found - branch.children.begin()), Name, &branch);
+    }
+    return place;
+}
+
 // Changes
 
 void NodeModel::reloadData() {
@@ -72,13 +106,12 @@ std::vector<Node::Pointer> NodeModel::selectedItems() const {
     return m_selection ? m_selection() : std::vector<Node::Pointer>();
 }
 
-void NodeModel::update() { update(m_root); }
-
-void NodeModel::restart() {
-    beginResetModel();
-    m_root.open.clear();
-    m_root.children = childrenOf(*m_root.node);
-    endResetModel();
+void NodeModel::update() {
+    const bool isRunning = m_module.ifScanRunning() || m_module.ifCleanRunning();
+    update(m_root, isRunning || !m_isArranged);
+    m_isArranged = !isRunning;
+    if (isRunning)
+        reloadData(); // once more when it has ended
 }
 
 void NodeModel::renumber(Branch& branch) {
@@ -92,23 +125,44 @@ void NodeModel::renumber(Branch& branch) {
     }
 }
 
-bool NodeModel::removeMissing(Branch& branch, const std::vector<Node::Pointer>& now) {
-    std::unordered_set<const Node*> present;
-    present.reserve(now.size());
-    for (const auto& node : now)
-        present.insert(node.get());
+void NodeModel::takeOver(Branch& branch, const std::vector<Node::Pointer>& now) {
+    // Mostly some are gone and others were appended, so what is not in step with the old list is little to compare.
+    std::unordered_set<const Node*> gone;
+    auto next = now.begin();
+    for (const Node* node : branch.inTree) {
+        if (next != now.end() && next->get() == node)
+            ++next;
+        else
+            gone.insert(node);
+    }
+    std::vector<Node::Pointer> added;
+    std::copy_if(next, now.end(), std::back_inserter(added),
+                 [&gone](const auto& node) { return gone.erase(node.get()) == 0; });
+    branch.inTree = addressesOf(now);
+    removeRows(branch, gone);
+    appendRows(branch, std::move(added));
+}
+
+void NodeModel::removeRows(Branch& branch, const std::unordered_set<const Node*>& gone) {
+    if (gone.empty())
+        return;
+    const auto isGone = [&gone](const Node::Pointer& node) { return gone.contains(node.get()); };
     // Runs of rows that are gone, the last one first, so that the earlier ones keep their numbers.
     std::vector<std::pair<int, int>> runs;
     for (int row = static_cast<int>(branch.children.size()) - 1; row >= 0; --row) {
-        if (present.contains(branch.children[static_cast<std::size_t>(row)].get()))
+        if (!isGone(branch.children[static_cast<std::size_t>(row)]))
             continue;
         if (!runs.empty() && runs.back().first == row + 1)
             runs.back().first = row;
         else
             runs.emplace_back(row, row);
     }
-    if (runs.size() > kManyRuns)
-        return false;
+    if (runs.size() > kManyRuns) {
+        auto rows = branch.children;
+        const auto tail = std::ranges::stable_partition(rows, std::not_fn(isGone));
+        runs = {{static_cast<int>(tail.begin() - rows.begin()), static_cast<int>(rows.size()) - 1}};
+        arrange(branch, std::move(rows));
+    }
     for (const auto& [first, last] : runs) {
         beginRemoveRows(indexOf(branch), first, last);
         const auto from = branch.children.begin() + first;
@@ -119,23 +173,56 @@ bool NodeModel::removeMissing(Branch& branch, const std::vector<Node::Pointer>& 
         renumber(branch);
         endRemoveRows();
     }
-    return true;
 }
 
-bool NodeModel::update(Branch& branch) {
-    auto now = childrenOf(*branch.node);
-    if (now != branch.children) {
-        if (!removeMissing(branch, now) || branch.children.size() > now.size() ||
-            !std::equal(branch.children.begin(), branch.children.end(), now.begin())) {
-            restart();
-            return false;
-        }
-        if (now.size() > branch.children.size()) {
-            beginInsertRows(indexOf(branch), static_cast<int>(branch.children.size()),
-                            static_cast<int>(now.size()) - 1);
-            branch.children = std::move(now);
-            endInsertRows();
-        }
+void NodeModel::appendRows(Branch& branch, std::vector<Node::Pointer> added) {
+    if (added.empty())
+        return;
+    const int first = static_cast<int>(branch.children.size());
+    beginInsertRows(indexOf(branch), first, first + static_cast<int>(added.size()) - 1);
+    std::ranges::move(added, std::back_inserter(branch.children));
+    endInsertRows();
+}
+
+void NodeModel::arrange(Branch& branch, std::vector<Node::Pointer> rows) {
+    if (rows == branch.children)
+        return;
+    const QList<QPersistentModelIndex> parents{indexOf(branch)};
+    emit layoutAboutToBeChanged(parents, VerticalSortHint);
+    // Few rows are held on to by somebody.
+    QModelIndexList before;
+    std::vector<const Node*> held;
+    std::unordered_map<const Node*, int> rowOf;
+    for (const auto& index : persistentIndexList()) {
+        if (index.internalPointer() != &branch)
+            continue;
+        before.push_back(index);
+        held.push_back(nodeAt(index).get());
+        rowOf[held.back()] = 0;
+    }
+    branch.children = std::move(rows);
+    int row = 0;
+    for (const auto& node : branch.children) {
+        if (const auto found = rowOf.find(node.get()); found != rowOf.end())
+            found->second = row;
+        ++row;
+    }
+    renumber(branch);
+    QModelIndexList after;
+    for (std::size_t i = 0; i < held.size(); ++i)
+        after.push_back(createIndex(rowOf[held[i]], before[static_cast<qsizetype>(i)].column(), &branch));
+    changePersistentIndexList(before, after);
+    emit layoutChanged(parents, VerticalSortHint);
+}
+
+void NodeModel::update(Branch& branch, bool rearranges) {
+    auto [now, keys] = lookAt(*branch.node);
+    const bool isChanged = !std::ranges::equal(now, branch.inTree, {}, &Node::Pointer::get);
+    if (isChanged)
+        takeOver(branch, now);
+    if (isChanged || rearranges) {
+        keys.sort(now);
+        arrange(branch, std::move(now));
     }
     if (!branch.children.empty()) {
         const auto parent = indexOf(branch);
@@ -145,8 +232,8 @@ bool NodeModel::update(Branch& branch) {
     std::vector<Branch*> open;
     for (const auto& [node, child] : branch.open)
         open.push_back(child.get());
-    // One that starts the whole model over takes these with it.
-    return std::ranges::all_of(open, [this](Branch* child) { return update(*child); });
+    for (auto* child : open)
+        update(*child, rearranges);
 }
 
 // Qt's questions
@@ -235,10 +322,13 @@ bool NodeModel::setData(const QModelIndex& index, const QVariant&, int role) {
 }
 
 void NodeModel::sort(int column, Qt::SortOrder order) {
-    constexpr const char* kKeys[] = {"Name", "Size", "Number"};
-    // The engine's arrows point the other way for names.
-    const bool ascending = (order == Qt::AscendingOrder) != (column == Name);
-    m_module.sortDescriptorsDidChange({{kKeys[column], ascending}});
+    constexpr NodeKey kKeys[] = {NodeKey::Name, NodeKey::Size, NodeKey::Number};
+    m_order = {kKeys[column], order == Qt::DescendingOrder};
+    // The tree as well: what is equal keeps the order of the sorting before. The engine's arrows point the other way
+    // for names.
+    constexpr const char* kColumns[] = {"Name", "Size", "Number"};
+    m_module.sortDescriptorsDidChange({{kColumns[column], m_order.descending == (column == Name)}});
+    m_isArranged = false;
     update();
 }
 

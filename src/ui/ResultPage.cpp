@@ -29,7 +29,8 @@ constexpr int kManyRows = 200;
 
 ResultPage::ResultPage(ADScanControllerView& module, Services services, const QString& title, const QString& hint)
     : m_services(std::move(services)), m_model(module, m_services.treeLock, m_services.units, m_services.pictures),
-      m_filter(new QLineEdit), m_outline(new QTreeView), m_hint(new QLabel(hint)), m_contents(new QStackedLayout) {
+      m_filter(new QLineEdit), m_outline(new QTreeView), m_hint(new QLabel(hint)), m_contents(new QStackedLayout),
+      m_anchor(*m_outline) {
     auto* heading = new QLabel(title);
     auto font = heading->font();
     font.setPointSizeF(font.pointSizeF() * 1.4);
@@ -45,6 +46,7 @@ ResultPage::ResultPage(ADScanControllerView& module, Services services, const QS
 
     m_outline->setAccessibleName(title);
     m_outline->setModel(&m_model);
+    m_anchor.watchModel();
     m_outline->setUniformRowHeights(true);
     m_outline->setAlternatingRowColors(true);
     m_outline->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -55,7 +57,7 @@ ResultPage::ResultPage(ADScanControllerView& module, Services services, const QS
     m_outline->header()->setSectionResizeMode(NodeModel::Name, QHeaderView::Stretch);
     m_outline->header()->setSectionsClickable(true);
     m_outline->header()->setSortIndicatorShown(true);
-    m_outline->header()->setSortIndicator(-1, Qt::AscendingOrder); // as found
+    m_outline->header()->setSortIndicator(NodeModel::Size, Qt::DescendingOrder);
     m_outline->header()->setSortIndicatorClearable(false);
     m_filtered.setRecursiveFilteringEnabled(true);
     m_filtered.setFilterCaseSensitivity(Qt::CaseInsensitive);
@@ -89,7 +91,6 @@ ResultPage::ResultPage(ADScanControllerView& module, Services services, const QS
     connect(&m_model, &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex& parent, int first, int last) { expandNew(parent, first, last); });
     connect(&m_model, &QAbstractItemModel::rowsRemoved, this, [this] { showContents(); });
-    connect(&m_model, &QAbstractItemModel::modelReset, this, [this] { expandNew({}, 0, m_model.rowCount() - 1); });
     connect(m_outline->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { showCurrent(); });
     expandNew({}, 0, m_model.rowCount() - 1);
 }
@@ -128,6 +129,7 @@ void ResultPage::filter(const QString& text) {
     }
     if (m_outline->model() != wanted) {
         m_outline->setModel(wanted);
+        m_anchor.watchModel();
         connect(m_outline->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { showCurrent(); });
     }
     if (text.isEmpty()) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/NodeModel.h"
+#include "ui/ScrollAnchor.h"
 
 #include <QSortFilterProxyModel>
 #include <QWidget>
@@ -74,6 +75,7 @@ class ResultPage final : public QWidget {
     QTreeView* m_outline;
     QLabel* m_hint;
     QStackedLayout* m_contents;
+    ScrollAnchor m_anchor;
 };
 
 } // namespace sweeply

@@ -23,6 +23,7 @@ class FakeModule final : public Base {
     bool needToSetUserDefalts() const override { return true; }
     bool priviligesNeededToClean() const override { return needsRights; }
     bool shouldRespondToDragEvents() const override { return true; }
+    bool ifScanRunning() const override { return seemsToScan || Base::ifScanRunning(); }
     bool isRootNodeCleanable(Node& node) override { return &node != uncleanable; }
     void analyzeFile(const std::string& path) override { this->addChildNode(leaf(path, 1)); }
 
@@ -38,6 +39,7 @@ class FakeModule final : public Base {
 
     std::string key;
     bool needsRights = false;
+    bool seemsToScan = false; ///< while a test does what the scan's thread would
     const Node* uncleanable = nullptr;
     std::function<void(FakeModule&)> whenScanning = [](FakeModule&) {};
     /// Called for each item; the default removes nothing and says that it did.

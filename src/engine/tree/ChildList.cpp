@@ -1,8 +1,8 @@
 #include "engine/tree/ChildList.h"
 
 #include "engine/tree/Node.h"
+#include "engine/tree/SortKeys.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace sweeply {
@@ -84,9 +84,7 @@ ChildList::Pointer ChildList::takeSlot(std::size_t slot) {
 
 void ChildList::sort(const NodeOrder& order) {
     squeeze();
-    std::stable_sort(m_slots.begin(), m_slots.end(), [&](const Pointer& a, const Pointer& b) {
-        return order.descending ? order.compare(*b, *a) < 0 : order.compare(*a, *b) < 0;
-    });
+    SortKeys(m_slots, order).sort(m_slots);
     for (std::size_t slot = 0; slot < m_slots.size(); ++slot)
         m_slots[slot]->m_slot = static_cast<std::uint32_t>(slot);
 }

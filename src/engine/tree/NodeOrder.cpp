@@ -18,11 +18,11 @@ int opposite(int comparison) { return comparison < 0 ? 1 : -1; }
 std::optional<NodeOrder> orderFor(const SortDescriptor& descriptor) {
     // An ascending name column lists names from Z to A, and only that one.
     if (descriptor.key == "Name")
-        return NodeOrder{compareNamesAscending, descriptor.ascending};
+        return NodeOrder{NodeKey::Name, descriptor.ascending};
     if (descriptor.key == "Size")
-        return NodeOrder{compareSizesAscending, !descriptor.ascending};
+        return NodeOrder{NodeKey::Size, !descriptor.ascending};
     if (descriptor.key == "Number")
-        return NodeOrder{compareNumbersAscending, !descriptor.ascending};
+        return NodeOrder{NodeKey::Number, !descriptor.ascending};
     return std::nullopt;
 }
 

@@ -13,16 +13,18 @@ struct SortDescriptor {
     bool ascending = true;
 };
 
-/// A three-way comparison (-1, 0, 1), and whether a list runs against it.
+enum class NodeKey { Name, Size, Number };
+
+/// What a list is sorted by, and whether the largest comes first.
 struct NodeOrder {
-    int (*compare)(const Node&, const Node&);
+    NodeKey key;
     bool descending;
 };
 
 /// The order that a column stands for; nothing for a column that orders nothing.
 [[nodiscard]] std::optional<NodeOrder> orderFor(const SortDescriptor& descriptor);
 
-/// The plain three-way comparisons...
+/// The plain three-way comparisons (-1, 0, 1)...
 [[nodiscard]] int compareNamesAscending(const Node& receiver, const Node& other);
 [[nodiscard]] int compareSizesAscending(const Node& receiver, const Node& other);
 [[nodiscard]] int compareNumbersAscending(const Node& receiver, const Node& other);
