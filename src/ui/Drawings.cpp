@@ -35,6 +35,7 @@ QIcon tile(const char* colour, const char* shapes) {
         renderer.render(&painter);
         painter.end();
         icon.addPixmap(picture);
+        icon.addPixmap(picture, QIcon::Selected); // not tinted: the row's own colour says so
     }
     drawn.insert(svg, icon);
     return icon;
@@ -136,13 +137,5 @@ QIcon iconFor(Icon icon) {
 QIcon bundle() { return tile("#4a86d0", kScreen); }
 
 QIcon document() { return tile("#8a95a1", kPage); }
-
-QIcon lock(bool isOpen) {
-    return isOpen
-               ? tile("#2f9e63", "<rect x='7' y='11' width='10' height='7.500' rx='1'/><path d='M9 11V8.500a3 3 0 0 1 "
-                                 "5.700-1.300'/>")
-               : tile("#77808c",
-                      "<rect x='7' y='11' width='10' height='7.500' rx='1'/><path d='M9 11V8.500a3 3 0 0 1 6 0V11'/>");
-}
 
 } // namespace sweeply::drawings

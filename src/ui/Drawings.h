@@ -15,6 +15,5 @@ namespace sweeply::drawings {
 /// A bundle that brings no picture of its own.
 [[nodiscard]] QIcon bundle();
 [[nodiscard]] QIcon document();
-[[nodiscard]] QIcon lock(bool isOpen);
 
 } // namespace sweeply::drawings

@@ -1,14 +1,34 @@
 #include "ui/RunToolBar.h"
 
 #include "app/Application.h"
-#include "ui/Drawings.h"
+#include "ui/Glyphs.h"
 #include "ui/Text.h"
 
 #include <QAction>
-#include <QStyle>
 #include <utility>
 
 namespace sweeply {
+
+namespace {
+
+Glyph glyphOf(Action action) {
+    switch (action) {
+    case Action::StartScan:
+        return Glyph::Scan;
+    case Action::StopScan:
+    case Action::StopRemoval:
+        return Glyph::Stop;
+    case Action::PauseScan:
+        return Glyph::Pause;
+    case Action::Remove:
+        return Glyph::Remove;
+    case Action::Uninstall:
+        return Glyph::Uninstall;
+    }
+    return Glyph::Scan;
+}
+
+} // namespace
 
 RunToolBar::RunToolBar(std::function<void()> acted)
     : m_acted(std::move(acted)), m_scan(new QAction(this)), m_pause(new QAction(this)), m_remove(new QAction(this)),
@@ -17,20 +37,20 @@ RunToolBar::RunToolBar(std::function<void()> acted)
     setWindowTitle(localized("Tools"));
     setMovable(false);
     setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    const auto add = [this](QAction* action, QStyle::StandardPixmap icon, const char* shortcut,
-                            ActionButton ActionButtons::*button) {
-        action->setIcon(style()->standardIcon(icon));
+    const auto add = [this](QAction* action, const char* shortcut, ActionButton ActionButtons::*button) {
+        action->setIconVisibleInMenu(false);
         action->setShortcut(QKeySequence(QLatin1String(shortcut)));
         addAction(action);
         connect(action, &QAction::triggered, this, [this, button] { run((m_buttons.*button).action); });
     };
-    add(m_scan, QStyle::SP_BrowserReload, "Ctrl+R", &ActionButtons::scan);
-    add(m_pause, QStyle::SP_MediaPause, "Ctrl+P", &ActionButtons::pause);
-    add(m_remove, QStyle::SP_TrashIcon, "Ctrl+D", &ActionButtons::remove);
+    add(m_scan, "Ctrl+R", &ActionButtons::scan);
+    add(m_pause, "Ctrl+P", &ActionButtons::pause);
+    add(m_remove, "Ctrl+D", &ActionButtons::remove);
     auto* space = new QWidget;
     space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     addWidget(space);
     addAction(m_lock);
+    m_lock->setIconVisibleInMenu(false);
     connect(m_lock, &QAction::triggered, this, [this] {
         if (m_application)
             m_application->scanController().authentificate();
@@ -55,6 +75,10 @@ void RunToolBar::showButtons(const ActionButtons& buttons) {
     set(m_scan, buttons.scan);
     set(m_pause, buttons.pause);
     set(m_remove, buttons.remove);
+    m_scan->setIcon(glyph(glyphOf(buttons.scan.action)));
+    const bool isPaused = m_application && m_application->scanController().isPaused();
+    m_pause->setIcon(glyph(isPaused ? Glyph::Resume : Glyph::Pause));
+    m_remove->setIcon(glyph(glyphOf(buttons.remove.action)));
     refreshLock();
 }
 
@@ -90,7 +114,7 @@ void RunToolBar::refreshLock() {
         return;
     const auto& authorisation = m_application->authorisation();
     m_lock->setText(QString::fromStdString(authorisation.menuItemTitle()));
-    m_lock->setIcon(drawings::lock(authorisation.isAuthorised()));
+    m_lock->setIcon(glyph(authorisation.isAuthorised() ? Glyph::LockOpen : Glyph::LockClosed));
     m_lock->setToolTip(QString::fromStdString(authorisation.lockText()).trimmed());
 }
 
