@@ -7,6 +7,7 @@
 #include "platform/FileManager.h"
 #include "platform/Localization.h"
 #include "ui/Text.h"
+#include "ui/WrappedLabel.h"
 
 #include <QDateTime>
 #include <QLabel>
@@ -83,13 +84,17 @@ QLabel* heading(const QString& text) {
 } // namespace
 
 InformationPanel::InformationPanel(const FileManager& files, TreeLock& treeLock, SizeUnits units)
-    : m_files(files), m_treeLock(treeLock), m_units(units), m_nothing(new QLabel), m_details(new QWidget),
-      m_name(new QLabel), m_path(new QLabel), m_kind(new QLabel), m_size(new QLabel), m_modified(new QLabel),
-      m_why(new QLabel), m_removal(new QLabel), m_behindTitle(heading({})), m_behind(new QPlainTextEdit) {
+    : m_files(files), m_treeLock(treeLock), m_units(units), m_columns(new QBoxLayout(QBoxLayout::TopToBottom)),
+      m_name(new WrappedLabel), m_path(new WrappedLabel), m_kind(new QLabel), m_size(new QLabel),
+      m_modified(new QLabel), m_why(new QLabel), m_removal(new QLabel), m_behindTitle(heading({})),
+      m_behind(new QPlainTextEdit) {
     // A form would give texts of several lines too little height.
-    auto* rows = new QVBoxLayout(m_details);
-    rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(4);
+    QBoxLayout* column = nullptr;
+    const auto beginColumn = [&](int stretch) {
+        column = new QVBoxLayout;
+        column->setSpacing(4);
+        m_columns->addLayout(column, stretch);
+    };
     const auto add = [&](const char* key, QLabel* label) {
         label->setWordWrap(true);
         label->setTextFormat(Qt::PlainText);
@@ -97,46 +102,55 @@ InformationPanel::InformationPanel(const FileManager& files, TreeLock& treeLock,
         label->setAccessibleName(localized(key));
         auto* title = heading(localized(key));
         title->setBuddy(label);
-        rows->addWidget(title);
-        rows->addWidget(label);
-        rows->addSpacing(4);
+        column->addWidget(title);
+        column->addWidget(label);
+        column->addSpacing(4);
     };
+    beginColumn(0);
     add(translatable("Name"), m_name);
     add(translatable("Where"), m_path);
+    beginColumn(0);
     add(translatable("Kind"), m_kind);
     add(translatable("Size"), m_size);
     add(translatable("Changed"), m_modified);
+    beginColumn(0);
     add(translatable("Why it is listed"), m_why);
     add(translatable("What removing it means"), m_removal);
-    auto* all = new QVBoxLayout(this);
-    m_nothing->setText(localized("Select something to see more about it."));
-    m_nothing->setWordWrap(true);
+    beginColumn(1);
+    column->addWidget(m_behindTitle);
+    column->addWidget(m_behind, 1);
     m_behind->setAccessibleName(localized("What it stands for"));
     m_behind->setReadOnly(true);
     m_behind->setLineWrapMode(QPlainTextEdit::NoWrap);
-    m_behind->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding); // the panel stays as wide as it is
+    m_behind->setMinimumHeight(5 * fontMetrics().lineSpacing());
+    m_behind->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored); // the panel stays as wide as it is
     m_behindTitle->setBuddy(m_behind);
-    all->addWidget(m_nothing);
-    all->addWidget(m_details);
-    all->addWidget(m_behindTitle);
-    all->addWidget(m_behind, 1);
+    auto* all = new QVBoxLayout(this);
+    all->addLayout(m_columns);
     all->addStretch(0);
-    setMinimumWidth(220);
     showNothing();
+}
+
+void InformationPanel::setOrientation(Qt::Orientation orientation) {
+    const bool isUpright = orientation == Qt::Vertical;
+    m_columns->setDirection(isUpright ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    m_columns->setSpacing(isUpright ? 0 : 2 * fontMetrics().averageCharWidth());
+    for (int column = 0; column < m_columns->count(); ++column) {
+        const bool isLast = column + 1 == m_columns->count(); // the list, which takes what height there is
+        m_columns->setStretch(column, isUpright && !isLast ? 0 : 1);
+        m_columns->itemAt(column)->setAlignment(isUpright || isLast ? Qt::Alignment() : Qt::AlignTop);
+    }
 }
 
 void InformationPanel::showNothing() {
     m_node.reset();
-    m_details->hide();
-    m_nothing->show();
     showPathsBehind({}, {});
+    m_changed();
 }
 
 void InformationPanel::show(const Node::Pointer& node, const Details& details) {
     m_node = node;
     m_purpose = details.purpose;
-    m_details->show();
-    m_nothing->hide();
     std::string path;
     std::string place;
     std::int8_t type = 0;
@@ -159,6 +173,7 @@ void InformationPanel::show(const Node::Pointer& node, const Details& details) {
     m_removal->setText(removalOf(details.viewCode, type, isReceipt));
     showPathsBehind(details.pathsBehind, place);
     refresh();
+    m_changed();
 }
 
 void InformationPanel::refresh() {

@@ -4,9 +4,12 @@
 #include "engine/tree/Node.h"
 
 #include <QWidget>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
+class QBoxLayout;
 class QLabel;
 class QPlainTextEdit;
 
@@ -20,6 +23,12 @@ class InformationPanel final : public QWidget {
   public:
     /// All outlive this.
     InformationPanel(const FileManager& files, TreeLock& treeLock, SizeUnits units);
+
+    /// `changed` is called after there is something to show, or nothing any more.
+    void setChanged(std::function<void()> changed) { m_changed = std::move(changed); }
+    [[nodiscard]] bool isEmpty() const { return !m_node; }
+    /// Top to bottom for a panel at the side, beside each other for one below.
+    void setOrientation(Qt::Orientation orientation);
 
     /// What the item's module knows of it.
     struct Details {
@@ -40,8 +49,8 @@ class InformationPanel final : public QWidget {
     const SizeUnits m_units;
     Node::Pointer m_node; ///< none while nothing is shown
     QString m_purpose;    ///< of the node's module
-    QLabel* m_nothing;
-    QWidget* m_details;
+    std::function<void()> m_changed = [] {};
+    QBoxLayout* m_columns;
     QLabel* m_name;
     QLabel* m_path;
     QLabel* m_kind;

@@ -4,6 +4,7 @@
 #include "platform/Localization.h"
 #include "ui/DraggedFilesDialog.h"
 #include "ui/Drawings.h"
+#include "ui/InformationDock.h"
 #include "ui/InformationPanel.h"
 #include "ui/NewsLine.h"
 #include "ui/PreferencesDialog.h"
@@ -13,10 +14,10 @@
 #include "ui/Text.h"
 #include "ui/WorkArea.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
-#include <QDockWidget>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -33,7 +34,6 @@ namespace {
 constexpr int kRefreshInterval = 100; // milliseconds
 constexpr int kMessageTime = 8000;    // milliseconds
 constexpr const char* kGeometry = "geometry";
-constexpr const char* kState = "state";
 
 void showAbout(QWidget* parent) {
     QMessageBox::about(parent, localized("About Sweeply"),
@@ -49,7 +49,8 @@ void showAbout(QWidget* parent) {
 MainWindow::MainWindow(Desktop& desktop, std::vector<std::string> arguments)
     : m_desktop(desktop), m_arguments(std::move(arguments)), m_central(new QStackedWidget),
       m_startPage(new StartPage([this](const QString& folder) { chooseTarget(folder); })),
-      m_toolBar(new RunToolBar([this] { refresh(); })), m_figures(new RunFigures) {
+      m_toolBar(new RunToolBar([this] { refresh(); })), m_figures(new RunFigures),
+      m_showsInformation(new QAction(localized("&Information"), this)) {
     setWindowTitle(QStringLiteral("Sweeply"));
     setWindowIcon(drawings::application());
     m_desktop.alerts.setParent(this);
@@ -87,6 +88,9 @@ void MainWindow::makeMenus() {
             QApplication::clipboard()->setText(QString::fromStdString(localizedFormat(
                 "Sweeply has cleaned %@ from your Mac!", {m_session->application().statistics().totalSizeSaved()})));
     });
+    m_showsInformation->setCheckable(true);
+    m_showsInformation->setShortcut(QKeySequence(QStringLiteral("Ctrl+I")));
+    menuBar()->addMenu(localized("&View"))->addAction(m_showsInformation);
     auto* help = menuBar()->addMenu(localized("&Help"));
     help->addAction(localized("&About Sweeply"), this, [this] { showAbout(this); });
 }
@@ -163,23 +167,20 @@ void MainWindow::chooseAnotherTarget() {
 void MainWindow::showWork() {
     auto& application = m_session->application();
     auto* information = new InformationPanel(*application.target().files, application.treeLock(), application.units());
-    m_dock = new QDockWidget(localized("Information"), this);
-    m_dock->setObjectName(QStringLiteral("information"));
-    m_dock->setWidget(information);
-    addDockWidget(Qt::RightDockWidgetArea, m_dock);
+    m_dock = new InformationDock(*this, information, *m_showsInformation);
     m_work = new WorkArea(*m_session, *information,
                           {m_desktop.log, [this](const QString& path) { return targetPathOf(path); },
                            [this](const QString& text) { say(text); }});
     m_central->addWidget(m_work);
     m_central->setCurrentWidget(m_work);
-    restoreState(QSettings().value(QLatin1String(kState)).toByteArray());
+    m_dock->findPlace();
 }
 
 void MainWindow::leaveTarget() {
     if (!m_session)
         return;
     m_refreshing.stop();
-    QSettings().setValue(QLatin1String(kState), saveState());
+    m_dock->rememberPlace();
     m_toolBar->setApplication(nullptr);
     delete std::exchange(m_work, nullptr);
     delete std::exchange(m_dock, nullptr);
@@ -238,6 +239,12 @@ void MainWindow::showPreferences() {
         return;
     PreferencesDialog dialog(*m_session, this);
     dialog.exec();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (m_dock)
+        m_dock->findPlace();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -10,11 +10,12 @@
 #include <string>
 #include <vector>
 
-class QDockWidget;
+class QAction;
 class QStackedWidget;
 
 namespace sweeply {
 
+class InformationDock;
 class RunFigures;
 class RunToolBar;
 class StartPage;
@@ -36,6 +37,7 @@ class MainWindow final : public QMainWindow, private MainView {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     // As the engine's view
@@ -65,9 +67,10 @@ class MainWindow final : public QMainWindow, private MainView {
     StartPage* m_startPage;
     RunToolBar* m_toolBar;
     RunFigures* m_figures;
+    QAction* m_showsInformation;
     // Of the session; gone with it
     WorkArea* m_work = nullptr;
-    QDockWidget* m_dock = nullptr;
+    InformationDock* m_dock = nullptr;
     QTimer m_refreshing;
     bool m_mayClose = false;
 };

@@ -7,6 +7,7 @@
 #include "ui/Text.h"
 
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <algorithm>
 
@@ -16,11 +17,18 @@ namespace {
 
 enum Role { ViewCode = Qt::UserRole, Progress };
 constexpr int kBarHeight = 3;
+constexpr int kRoomyPadding = 18; ///< above and below the two lines of a module
+constexpr int kTightPadding = 6;
+constexpr int kLongestName = 30; ///< in characters; longer ones are cut
+
+} // namespace
 
 /// Draws how far a module is under its name.
-class ModuleDelegate final : public QStyledItemDelegate {
+class ModuleList::ModuleDelegate final : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    void setPadding(int padding) { m_padding = padding; }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         QStyledItemDelegate::paint(painter, option, index);
@@ -35,7 +43,11 @@ class ModuleDelegate final : public QStyledItemDelegate {
         track.setAlphaF(0.15F);
         painter->setBrush(track);
         painter->drawRoundedRect(bar, 1.5, 1.5);
-        bar.setWidth(bar.width() * std::clamp(progress, 0.0, 1.0));
+        const double done = bar.width() * std::clamp(progress, 0.0, 1.0);
+        if (option.direction == Qt::RightToLeft)
+            bar.setLeft(bar.right() - done);
+        else
+            bar.setWidth(done);
         painter->setBrush(QColor(0x1d, 0x7f, 0x8c));
         painter->drawRoundedRect(bar, 1.5, 1.5);
         painter->restore();
@@ -43,17 +55,18 @@ class ModuleDelegate final : public QStyledItemDelegate {
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         const int line = option.fontMetrics.height();
         return {QStyledItemDelegate::sizeHint(option, index).width(),
-                index.data(ViewCode).isValid() ? 2 * line + 18 : line + 20};
+                index.data(ViewCode).isValid() ? 2 * line + m_padding : line + m_padding};
     }
+
+  private:
+    int m_padding = kRoomyPadding;
 };
 
-} // namespace
-
 ModuleList::ModuleList(ScanController& controller, SizeUnits units, std::function<void(std::uint8_t)> show)
-    : m_controller(controller), m_units(units), m_show(std::move(show)) {
+    : m_controller(controller), m_units(units), m_show(std::move(show)), m_delegate(new ModuleDelegate(this)) {
     setAccessibleName(localized("Modules"));
     setIconSize({32, 32});
-    setItemDelegate(new ModuleDelegate(this));
+    setItemDelegate(m_delegate);
     setUniformItemSizes(false);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -79,6 +92,20 @@ ModuleList::ModuleList(ScanController& controller, SizeUnits units, std::functio
         refresh();
     });
     refresh();
+    // Never so narrow that only pictures are left.
+    const int borders = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    setMinimumWidth(borders + std::min(sizeHintForColumn(0), kLongestName * fontMetrics().averageCharWidth()));
+}
+
+void ModuleList::resizeEvent(QResizeEvent* event) {
+    // What all rows need at least; the rest is shared among them.
+    const int line = fontMetrics().height();
+    int needed = 0;
+    for (int index = 0; index < count(); ++index)
+        needed += item(index)->data(ViewCode).isValid() ? 2 * line : line;
+    m_delegate->setPadding(std::clamp((viewport()->height() - needed) / count(), kTightPadding, kRoomyPadding));
+    scheduleDelayedItemsLayout();
+    QListWidget::resizeEvent(event);
 }
 
 void ModuleList::addHeading(const char* title) {

@@ -17,7 +17,12 @@ class ModuleList final : public QListWidget {
     void refresh();
     void select(std::uint8_t viewCode);
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
+    class ModuleDelegate;
+
     void addHeading(const char* title);
     QListWidgetItem* addRow(std::uint8_t viewCode, const QString& name);
     [[nodiscard]] ScanObject* rowOf(const QListWidgetItem& item) const;
@@ -25,6 +30,7 @@ class ModuleList final : public QListWidget {
     ScanController& m_controller;
     const SizeUnits m_units;
     const std::function<void(std::uint8_t)> m_show;
+    ModuleDelegate* const m_delegate;
     bool m_isRefreshing = false;
 };
 

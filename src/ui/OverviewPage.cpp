@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QStorageInfo>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -23,6 +24,7 @@ QString sizeText(std::uint64_t bytes, SizeUnits units) {
 QLabel* titled(const QString& text, double scale, bool isBold) {
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
     auto font = label->font();
     font.setPointSizeF(font.pointSizeF() * scale);
     font.setBold(isBold);
@@ -39,7 +41,7 @@ const QColor kFound(0xd2, 0x62, 0x2f);
 class OverviewPage::DiskChart final : public QWidget {
   public:
     DiskChart() {
-        setMinimumSize(240, 240);
+        setMinimumSize(180, 180);
         setAccessibleName(localized("Disk"));
     }
     void setFigures(std::uint64_t total, std::uint64_t used, std::uint64_t found, SizeUnits units) {
@@ -106,7 +108,14 @@ class OverviewPage::FindingsChart final : public QWidget {
         for (const auto& [name, bytes] : m_parts)
             texts << name + QStringLiteral(": ") + sizeText(bytes, units);
         setAccessibleDescription(texts.join(QStringLiteral(", ")));
-        setMinimumHeight(static_cast<int>(m_parts.size()) * rowHeight());
+        int names = 0;
+        int figures = 0;
+        for (const auto& [name, bytes] : m_parts) {
+            names = std::max(names, fontMetrics().horizontalAdvance(name));
+            figures = std::max(figures, fontMetrics().horizontalAdvance(sizeText(bytes, units)));
+        }
+        setMinimumSize(names + figures + 3 * fontMetrics().averageCharWidth(),
+                       static_cast<int>(m_parts.size()) * rowHeight());
         update();
     }
 
@@ -121,15 +130,23 @@ class OverviewPage::FindingsChart final : public QWidget {
         for (const auto& [name, bytes] : m_parts) {
             const QRect row(0, top, width(), rowHeight());
             painter.setPen(palette().color(QPalette::Text));
-            painter.drawText(row.adjusted(0, 2, 0, -16), Qt::AlignLeft | Qt::AlignVCenter, name);
-            painter.drawText(row.adjusted(0, 2, 0, -16), Qt::AlignRight | Qt::AlignVCenter, sizeText(bytes, m_units));
+            const auto drawAt = [&](Qt::Alignment side, const QString& text) {
+                const auto alignment = QStyle::visualAlignment(layoutDirection(), side | Qt::AlignVCenter);
+                painter.drawText(row.adjusted(0, 2, 0, -16), static_cast<int>(alignment), text);
+            };
+            drawAt(Qt::AlignLeft, name);
+            drawAt(Qt::AlignRight, sizeText(bytes, m_units));
             QRectF bar(0, top + rowHeight() - 15, width(), 7);
             QColor track = palette().color(QPalette::Text);
             track.setAlphaF(0.10F);
             painter.setPen(Qt::NoPen);
             painter.setBrush(track);
             painter.drawRoundedRect(bar, 3.5, 3.5);
-            bar.setWidth(bar.width() * static_cast<double>(bytes) / static_cast<double>(most));
+            const double length = bar.width() * static_cast<double>(bytes) / static_cast<double>(most);
+            if (layoutDirection() == Qt::RightToLeft)
+                bar.setLeft(bar.right() - length);
+            else
+                bar.setWidth(length);
             painter.setBrush(kFound);
             painter.drawRoundedRect(bar, 3.5, 3.5);
             top += rowHeight();

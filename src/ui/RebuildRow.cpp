@@ -13,7 +13,9 @@ namespace sweeply {
 RebuildRow::RebuildRow(LaunchDatabase& database) {
     auto* line = new QHBoxLayout(this);
     line->setContentsMargins(0, 0, 0, 0);
-    line->addWidget(new QLabel(localized("The system's list of applications may still name what is gone:")), 1);
+    auto* text = new QLabel(localized("The system's list of applications may still name what is gone:"));
+    text->setWordWrap(true);
+    line->addWidget(text, 1);
     auto* button = new QPushButton(localizedTitle("Rebuild"));
     line->addWidget(button);
     connect(button, &QPushButton::clicked, this, [&database, button] {

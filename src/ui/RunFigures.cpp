@@ -25,6 +25,7 @@ std::string itemAtWork(const ScanController& controller) {
 
 RunFigures::RunFigures() : m_figures(new QLabel), m_currentItem(new QLabel) {
     m_figures->setAccessibleName(localized("Figures"));
+    m_figures->setMinimumWidth(1); // a small window stays small
     m_currentItem->setAccessibleName(localized("Current item"));
     m_currentItem->setTextFormat(Qt::PlainText);
     m_currentItem->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -37,10 +38,17 @@ RunFigures::RunFigures() : m_figures(new QLabel), m_currentItem(new QLabel) {
 void RunFigures::show(Application& application) {
     const auto& controller = application.scanController();
     const auto size = [&](std::uint64_t bytes) { return stringSizeFromLong(bytes, application.units()); };
-    m_figures->setText(QString::fromStdString(localizedFormat(
+    const QString all = QString::fromStdString(localizedFormat(
         "Found: %@   Checked: %@   Freed now: %@, in all: %@",
         {size(controller.totalSize()), size(controller.foundSize()),
-         size(application.statistics().currentRemovedAmountOfSpace()), application.statistics().totalSizeSaved()})));
+         size(application.statistics().currentRemovedAmountOfSpace()), application.statistics().totalSizeSaved()}));
+    const bool isRoomy = m_figures->fontMetrics().horizontalAdvance(all) <= width();
+    m_figures->setText(
+        isRoomy ? all
+                : QString::fromStdString(localizedFormat(
+                      "Checked: %@   Freed now: %@",
+                      {size(controller.foundSize()), size(application.statistics().currentRemovedAmountOfSpace())})));
+    m_figures->setToolTip(isRoomy ? QString() : all);
     m_currentItem->setText(m_currentItem->fontMetrics().elidedText(shown(itemAtWork(controller)), Qt::ElideMiddle,
                                                                    m_currentItem->width()));
 }

@@ -6,11 +6,15 @@
 #include "ui/ModuleList.h"
 #include "ui/OverviewPage.h"
 #include "ui/RebuildRow.h"
+#include "ui/Scrolled.h"
 #include "ui/TargetSession.h"
 #include "ui/Text.h"
+#include "ui/UnreadRow.h"
 #include "ui/WeakMatchesBox.h"
 
+#include <QScrollArea>
 #include <QStackedWidget>
+#include <QVBoxLayout>
 
 namespace sweeply {
 
@@ -46,9 +50,10 @@ WorkArea::WorkArea(TargetSession& session, InformationPanel& information, Window
                  },
                  std::move(window.targetPath),
                  std::move(window.say)},
-      m_pages(new QStackedWidget), m_overview(new OverviewPage(session.application())) {
+      m_pages(new QStackedWidget), m_overview(new OverviewPage(session.application())),
+      m_unread(new UnreadRow(session.application())) {
     auto& application = session.application();
-    addPage(kOverview, m_overview);
+    addPage(kOverview, scrolled(m_overview, localized("My Mac")));
     for (const auto& row : application.scanController().rows())
         addPage(row->viewName(), pageFor(*row));
     m_pictures.setChanged([this] {
@@ -57,9 +62,16 @@ WorkArea::WorkArea(TargetSession& session, InformationPanel& information, Window
     });
     m_modules = new ModuleList(application.scanController(), application.units(),
                                [this](std::uint8_t view) { showPage(view); });
+    auto* right = new QWidget;
+    auto* column = new QVBoxLayout(right);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_pages, 1);
+    column->addWidget(m_unread);
     setHandleWidth(1);
+    setChildrenCollapsible(false);
     addWidget(m_modules);
-    addWidget(m_pages);
+    addWidget(right);
     setStretchFactor(1, 1);
     setSizes({230, 850});
     select(kOverview);
@@ -98,6 +110,8 @@ void WorkArea::addPage(std::uint8_t viewCode, QWidget* page) {
 void WorkArea::showPage(std::uint8_t viewCode) {
     m_pages->setCurrentWidget(m_pageOfView.at(viewCode));
     m_information.showNothing();
+    if (auto* page = dynamic_cast<ResultPage*>(m_pages->currentWidget()))
+        page->showCurrent();
     auto& controller = m_session.application().scanController();
     const auto& rows = controller.rows();
     for (std::size_t row = 0; row < rows.size(); ++row) {
@@ -120,12 +134,13 @@ void WorkArea::showInformation(ADScanControllerView& module, const Node::Pointer
 
 void WorkArea::select(std::uint8_t viewCode) { m_modules->select(viewCode); }
 
-bool WorkArea::isShowingOverview() const { return m_pages->currentWidget() == m_overview; }
+bool WorkArea::isShowingOverview() const { return m_pages->currentWidget() == m_pageOfView.at(kOverview); }
 
 void WorkArea::refresh() {
     m_modules->refresh();
     m_weakMatches->refresh();
     m_information.refresh();
+    m_unread->refresh();
     if (isShowingOverview())
         m_overview->refresh();
 }

@@ -19,6 +19,7 @@ class InformationPanel;
 class ModuleList;
 class OverviewPage;
 class TargetSession;
+class UnreadRow;
 class WeakMatchesBox;
 
 /// The window's middle while a Mac is open: the list of modules, and the page of the one that is selected. Main thread.
@@ -55,6 +56,7 @@ class WorkArea final : public QSplitter {
     const ResultPage::Services m_services;
     QStackedWidget* m_pages;
     OverviewPage* m_overview;
+    UnreadRow* m_unread;
     std::map<std::uint8_t, QWidget*> m_pageOfView;
     std::vector<ResultPage*> m_resultPages;
     WeakMatchesBox* m_weakMatches = nullptr;

@@ -2,7 +2,6 @@
 
 #include "ui/ProblemReport.h"
 
-#include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -200,20 +199,6 @@ TEST_F(WindowTest, TargetThatDisappearsIsNoCrash) {
     scan();
     m_window->showView(3);
     EXPECT_EQ(controller().foundSize(), 0U) << "of what is gone nothing can be freed";
-}
-
-TEST_F(WindowTest, EveryControlHasANameForThoseWhoCannotSeeIt) {
-    scan();
-    QStringList unnamed;
-    for (const auto* widget : m_window->findChildren<QWidget*>()) {
-        if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisibleTo(m_window.get()) ||
-            widget->objectName().startsWith(QStringLiteral("qt_")))
-            continue;
-        auto* accessible = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
-        if (accessible && accessible->text(QAccessible::Name).isEmpty())
-            unnamed << QString::fromLatin1(widget->metaObject()->className());
-    }
-    EXPECT_TRUE(unnamed.isEmpty()) << unnamed.join(QStringLiteral(", ")).toStdString();
 }
 
 TEST(ProblemReportTest, UncaughtExceptionLeavesAReportToRead) {
