@@ -101,6 +101,7 @@ class Application final {
     [[nodiscard]] ChangeRuns& runs() { return m_runs; }
     [[nodiscard]] AuthorisationSession& authorisation() { return m_authorisation; }
     [[nodiscard]] const UninstallSteps& uninstallSteps() const { return m_uninstallSteps; }
+    [[nodiscard]] UninstallQuestion& uninstallQuestion() { return m_uninstallQuestion; }
     [[nodiscard]] const SpaceStatistics& statistics() const { return m_statistics; }
 
   private:

@@ -8,9 +8,36 @@
 
 #include <cstdint>
 #include <mutex>
-#include <vector>
 
 namespace sweeply {
+
+namespace {
+
+void addLeavesBelow(const Node& group, std::vector<Node::Pointer>& leaves) {
+    for (const auto* children : {&group.children(), &group.invisibleChildren()}) {
+        for (const auto& child : *children) {
+            if (!child->ifEnabled())
+                continue; // a group whose own mark is off is not entered, even when something below it is checked
+            if (child->hasChildren() || child->hasInvisibleChildren())
+                addLeavesBelow(*child, leaves);
+            else
+                leaves.push_back(child);
+        }
+    }
+}
+
+} // namespace
+
+std::vector<Node::Pointer> CleanWalk::leavesToClean(const Node& root) {
+    std::vector<Node::Pointer> leaves;
+    for (const auto& child : root.children()) {
+        if (child->hasChildren())
+            addLeavesBelow(*child, leaves);
+        else if (child->ifEnabled())
+            leaves.push_back(child);
+    }
+    return leaves;
+}
 
 void CleanWalk::cleanChildren() {
     m_run.incTotalProcentageBy(m_results.numberOfEnabledObjects());

@@ -1,13 +1,15 @@
 #pragma once
 
 #include "engine/EngineServices.h"
+#include "engine/tree/Node.h"
+
+#include <vector>
 
 namespace sweeply {
 
 class ModuleHooks;
 class ModuleResults;
 class ModuleRun;
-class Node;
 
 /// One clean of a module: goes through the checked part of its tree in order, has the module remove each checked leaf's
 /// item, and takes out of the tree what is gone and the groups that this empties.
@@ -19,6 +21,9 @@ class CleanWalk final {
         : m_services(services), m_results(results), m_hooks(hooks), m_run(run) {}
 
     void cleanChildren();
+
+    /// The leaves whose items a clean of this tree would take now, in its order. Under the tree lock.
+    [[nodiscard]] static std::vector<Node::Pointer> leavesToClean(const Node& root);
 
   private:
     void recursivlyCleanNode(Node& node);

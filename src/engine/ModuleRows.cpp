@@ -70,10 +70,14 @@ void ModuleRows::cleanWhatIsChecked(const RunRequests& requests) {
     for (const auto& row : m_rows) {
         if (requests.isStopped())
             break;
-        auto* module = row->correspondingScanController();
-        if (module && module->ifAnyEnabled() && module->parts().front()->workMode() == WorkMode::Cleaner)
-            module->startClean();
+        if (takesPartInRemoval(*row))
+            row->correspondingScanController()->startClean();
     }
+}
+
+bool ModuleRows::takesPartInRemoval(const ScanObject& row) {
+    auto* module = row.correspondingScanController();
+    return module && module->ifAnyEnabled() && module->parts().front()->workMode() == WorkMode::Cleaner;
 }
 
 bool ModuleRows::ifScanRunning() const {

@@ -42,6 +42,9 @@ class ModuleRows final {
     /// removal's thread.
     void cleanWhatIsChecked(const RunRequests& requests);
 
+    /// Does that have the row's module clean now?
+    [[nodiscard]] static bool takesPartInRemoval(const ScanObject& row);
+
     [[nodiscard]] bool ifScanRunning() const;
     [[nodiscard]] bool ifCleanRunning() const;
     void joinScanThreads();

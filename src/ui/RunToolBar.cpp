@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "ui/Glyphs.h"
+#include "ui/RemovalSheet.h"
 #include "ui/Text.h"
 
 #include <QAction>
@@ -97,7 +98,8 @@ void RunToolBar::run(Action action) {
         controller.pauseScan();
         break;
     case Action::Remove:
-        controller.remove();
+        if (confirmsRemoval(*m_application, window()))
+            controller.remove();
         break;
     case Action::Uninstall:
         controller.uninstall();

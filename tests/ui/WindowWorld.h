@@ -3,6 +3,7 @@
 #include "cli/sample/SampleVolume.h"
 #include "platform/TestFolder.h"
 #include "ui/MainWindow.h"
+#include "ui/RemovalSheet.h"
 #include "ui/ResultPage.h"
 
 #include <QAbstractButton>
@@ -11,6 +12,8 @@
 #include <QDropEvent>
 #include <QElapsedTimer>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
 #include <QMimeData>
 #include <QTest>
 #include <QTimer>
@@ -27,7 +30,10 @@ class WindowWorld : public testing::Test {
   protected:
     WindowWorld() {
         EXPECT_TRUE(writeSampleVolume(root(), 1));
+        QSettings().clear();
         openWindow();
+        QObject::connect(&m_sheets, &QTimer::timeout, [this] { answerSheet(); });
+        m_sheets.start(10);
     }
     ~WindowWorld() override { m_window.reset(); }
 
@@ -76,6 +82,19 @@ class WindowWorld : public testing::Test {
             box->reject();
         });
     }
+    /// Looks at the sheet before a removal as soon as it is whole, and presses the button that was chosen for it.
+    void answerSheet() {
+        auto* sheet = dynamic_cast<RemovalSheet*>(QApplication::activeModalWidget());
+        if (!sheet)
+            return;
+        const auto buttons = sheet->findChildren<QPushButton*>();
+        const auto isChosen = [this](const auto* button) { return button->text() == m_sheetButton; };
+        if (!std::ranges::all_of(buttons, &QPushButton::isEnabled))
+            return; // not all of it is known yet
+        if (auto look = std::exchange(m_lookAtSheet, {}))
+            look(*sheet);
+        QTest::mouseClick(*std::ranges::find_if(buttons, isChosen), Qt::LeftButton);
+    }
     ResultPage& page(std::uint8_t viewCode) {
         m_window->showView(viewCode);
         for (auto* widget : m_window->findChildren<QWidget*>()) {
@@ -99,6 +118,11 @@ class WindowWorld : public testing::Test {
     Desktop m_desktop;
     std::unique_ptr<MainWindow> m_window;
     QStringList m_asked;
+    QString m_sheetButton = QStringLiteral("Remove");
+    std::function<void(RemovalSheet&)> m_lookAtSheet;
+
+  private:
+    QTimer m_sheets;
 };
 
 } // namespace sweeply

@@ -70,8 +70,8 @@ void ChangeGate::sweepSlimmings() {
     m_services.files.removals().forgetFoldersOfRemovals();
 }
 
-ChangeOutcome ChangeGate::stays(const ChangeRequest& request, const std::string& reason) {
-    return reported(request, failure(request.path, reason));
+ChangeOutcome ChangeGate::stays(const ChangeRequest& request, const std::string& reason, ErrorKind kind) {
+    return reported(request, failure(request.path, reason, kind));
 }
 
 ChangeOutcome ChangeGate::reported(const ChangeRequest& request, ChangeOutcome outcome) {

@@ -56,7 +56,7 @@ class ChangeGate final {
 
     ChangeOutcome perform(const ChangeRequest& request);
     /// Counts an item that is left alone for another reason.
-    ChangeOutcome stays(const ChangeRequest& request, const std::string& reason);
+    ChangeOutcome stays(const ChangeRequest& request, const std::string& reason, ErrorKind kind = ErrorKind::Other);
     /// Counts an item of which somebody else found out what there is to say.
     ChangeOutcome leave(const ChangeRequest& request, ChangeOutcome outcome) {
         return reported(request, std::move(outcome));

@@ -16,14 +16,7 @@ bool UninstallQuestion::confirms(const ADScanController& module) {
     alert.text = localizedString("Are you sure you want to uninstall selected objects?");
     alert.buttons = {localizedButton("Yes"), localizedButton("Cancel")};
     alert.safeButton = 1;
-    // Checked the first time.
-    const bool wasChecked = !m_services.defaults.objectForKey(uninstaller::kKeepUninstalled) ||
-                            m_services.defaults.boolForKey(uninstaller::kKeepUninstalled);
-    alert.checkBox = {
-        localizedFormat("Keep for %i days, so that it can be put back (frees no space until then)",
-                        {m_services.runs.daysOfKeeping()}),
-        wasChecked,
-    };
+    alert.checkBox = keepingBox();
     const auto obstacles = m_services.steps.obstaclesToKeeping(module);
     for (const auto& obstacle : obstacles)
         alert.text +=
@@ -31,12 +24,23 @@ bool UninstallQuestion::confirms(const ADScanController& module) {
     const auto answer = m_services.alerts.runAlert(alert);
     if (answer.button != 0)
         return false;
-    if (answer.isBoxChecked != wasChecked) {
-        m_services.defaults.setBool(uninstaller::kKeepUninstalled, answer.isBoxChecked);
+    settleKeeping(answer.isBoxChecked, obstacles);
+    return true;
+}
+
+AlertCheckBox UninstallQuestion::keepingBox() const {
+    return {localizedFormat("Keep for %i days, so that it can be put back (frees no space until then)",
+                            {m_services.runs.daysOfKeeping()}),
+            !m_services.defaults.objectForKey(uninstaller::kKeepUninstalled) ||
+                m_services.defaults.boolForKey(uninstaller::kKeepUninstalled)};
+}
+
+void UninstallQuestion::settleKeeping(bool keeps, const std::vector<Error>& obstacles) {
+    if (keeps != keepingBox().isChecked) {
+        m_services.defaults.setBool(uninstaller::kKeepUninstalled, keeps);
         (void)m_services.defaults.synchronize(); // a failure is logged by the preferences themselves
     }
-    m_services.runs.setKeeping(answer.isBoxChecked ? keepingDespite(obstacles) : Keeping::Off);
-    return true;
+    m_services.runs.setKeeping(keeps ? keepingDespite(obstacles) : Keeping::Off);
 }
 
 } // namespace sweeply
