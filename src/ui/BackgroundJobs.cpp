@@ -28,6 +28,13 @@ void BackgroundJobs::start(Job job) {
         m_thread = std::thread([this] { work(); });
 }
 
+void BackgroundJobs::forget() {
+    const std::lock_guard lock(m_mutex);
+    m_stop.request_stop();
+    m_next = nullptr;
+    ++m_started;
+}
+
 void BackgroundJobs::work() {
     for (;;) {
         std::unique_lock lock(m_mutex);
@@ -42,10 +49,8 @@ void BackgroundJobs::work() {
         QMetaObject::invokeMethod(
             &m_context,
             [this, number, delivery = std::move(delivery)] {
-                if (number != m_started)
-                    return;
-                m_delivered = number;
-                delivery();
+                if (number == m_started)
+                    delivery();
             },
             Qt::QueuedConnection);
     }

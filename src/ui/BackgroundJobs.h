@@ -23,15 +23,14 @@ class BackgroundJobs final {
     ~BackgroundJobs();
 
     void start(Job job);
-    /// Is a result still to come?
-    [[nodiscard]] bool isBusy() const { return m_delivered != m_started; }
+    /// Whatever is still to come is not wanted any more.
+    void forget();
 
   private:
     void work();
 
     QObject m_context; ///< of the deliveries
     std::uint64_t m_started = 0;
-    std::uint64_t m_delivered = 0;
 
     std::mutex m_mutex;
     std::condition_variable m_changed;

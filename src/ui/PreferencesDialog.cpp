@@ -4,6 +4,7 @@
 #include "engine/CoordinatorPreferences.h"
 #include "modules/ignorelist/IgnoreListPreferences.h"
 #include "platform/Localization.h"
+#include "ui/RemovalSheet.h"
 #include "ui/Text.h"
 
 #include <QCheckBox>
@@ -156,6 +157,9 @@ QWidget* PreferencesDialog::advancedPage() {
     addCheckBox(*column, localized("Rest after each item, from the next start on, so that others can work meanwhile"),
                 QSettings().value(QLatin1String(kRestsBetweenItems)).toBool(),
                 [](bool isOn) { QSettings().setValue(QLatin1String(kRestsBetweenItems), isOn); });
+    addCheckBox(*column, localized("Ask before caches and logs are removed, too"),
+                !QSettings().value(QLatin1String(kRemovesCachesAndLogsUnasked)).toBool(),
+                [](bool isOn) { QSettings().setValue(QLatin1String(kRemovesCachesAndLogsUnasked), !isOn); });
     const auto addSwitch = [&](const char* text, const char* key) {
         addCheckBox(*column, localized(text), application.defaults().boolForKey(key),
                     [&application, key](bool isOn) { application.defaults().setBool(key, isOn); });

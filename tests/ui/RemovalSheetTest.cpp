@@ -82,7 +82,8 @@ TEST_F(RemovalSheetTest, ShowsExactlyWhatThenGoesAndNothingGoesAfterCancel) {
         EXPECT_TRUE(report.outcome.isDone()) << report.path << ": " << report.outcome.error.reason;
         gone.insert(report.path);
     }
-    const std::string link = "/Applications/Harbor Mail.app/Contents/Frameworks/Kindling.framework/Versions/A/Resources/";
+    const std::string link =
+        "/Applications/Harbor Mail.app/Contents/Frameworks/Kindling.framework/Versions/A/Resources/";
     shown.insert(link + "fr_CA.lproj"); // goes with the neighbour that it leads to, and is no item
     EXPECT_TRUE(gone == shown);
     const auto sums = application().gate().sums();

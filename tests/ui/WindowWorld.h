@@ -12,9 +12,9 @@
 #include <QDropEvent>
 #include <QElapsedTimer>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
-#include <QMimeData>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
