@@ -51,7 +51,7 @@ Application::Application(Target target, const HostServices& host)
                                           m_treeLock, m_pace,          m_units,         m_target.files->problems()},
       m_tools(host.libexecFolder, *m_target.files), m_authorization(SudoSetting::ofThisProcess()),
       m_privileged(m_authorization, m_tools, host.log), m_sizes(*m_target.files, m_target.version),
-      m_workspace(*m_target.files, m_target.folders.APPLICATIONSPATH),
+      m_surveys(*m_target.files, m_sizes), m_workspace(*m_target.files, m_target.folders.APPLICATIONSPATH),
       m_registry(registryOf(m_target, supportFolder() + "RegisteredApplications.plist")),
       m_applications(*m_target.files, m_target.folders, m_registry.get(), host.log), m_tasks(m_tools, host.log),
       m_loginItems(*m_target.files, m_target.folders, host.log),
@@ -114,8 +114,8 @@ void Application::addModules(const HostServices& host) {
                                             : std::string();
     if (!leoUserCacheDir.empty())
         m_target.files->removals().guard().protect(leoUserCacheDir);
-    const ModuleServices services{m_services,     *m_target.files,    m_sizes, m_target.folders, m_ignoreList,
-                                  m_applications, m_target.share.part};
+    const ModuleServices services{m_services,   *m_target.files, m_sizes,   m_target.folders,
+                                  m_ignoreList, m_applications,  m_surveys, m_target.share.part};
     m_scanController.addModule(rowFor(kCachesView), std::make_unique<CachesScanController>(
                                                         services, m_scanController, m_workspace, leoUserCacheDir));
     m_scanController.addModule(rowFor(kLogsView), std::make_unique<LogsController>(services, m_scanController));

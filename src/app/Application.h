@@ -6,6 +6,7 @@
 #include "appcore/PrivilegedExecution.h"
 #include "appcore/ResourceFinder.h"
 #include "appcore/SWApplicationCore.h"
+#include "appcore/bundles/SharedSurveys.h"
 #include "appcore/changes/ChangeGate.h"
 #include "appcore/ownership/InstalledApplications.h"
 #include "appcore/ownership/SearchedFolders.h"
@@ -124,6 +125,7 @@ class Application final {
     PrivilegedExecution m_privileged;
 
     DiskSizes m_sizes;
+    SharedSurveys m_surveys;
     Workspace m_workspace;
     const std::unique_ptr<const LaunchServices> m_registry; ///< none where the generation has none
     SWApplicationCore m_applications;

@@ -12,6 +12,7 @@ class DiskSizes;
 class FileManager;
 class IgnoreList;
 class SWApplicationCore;
+class SharedSurveys;
 class WorkControl;
 struct FolderConstants;
 
@@ -23,6 +24,7 @@ struct ModuleServices {
     const FolderConstants& folders;
     IgnoreList& ignoreList;
     const SWApplicationCore& applications;
+    SharedSurveys& surveys;
     /// What of the target a scan looks at.
     TargetPart part = {};
 

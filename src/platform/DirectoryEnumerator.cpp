@@ -176,17 +176,6 @@ int DirectoryEnumerator::folder() const { return m_state->levels.empty() ? -1 : 
 
 std::string DirectoryEnumerator::name() const { return m_state->path.substr(m_state->nameOffset); }
 
-Result<UniqueFd> DirectoryEnumerator::openFile() const {
-    const State& state = *m_state;
-    if (state.levels.empty())
-        return Failure(systemError(ENOENT, state.path));
-    UniqueFd file(::openat(state.levels.back().fd.get(), state.path.c_str() + state.nameOffset,
-                           O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    if (!file)
-        return state.unreadable(errno);
-    return file;
-}
-
 const std::optional<Error>& DirectoryEnumerator::failure() const { return m_state->failure; }
 
 } // namespace sweeply

@@ -42,8 +42,6 @@ class DirectoryEnumerator final {
     /// The folder that holds the entry just returned, open until the next call of next(); and the entry's name in it.
     [[nodiscard]] int folder() const;
     [[nodiscard]] std::string name() const;
-    /// The file just returned, opened for reading; a link is not followed, and a pipe does not block.
-    [[nodiscard]] Result<UniqueFd> openFile() const;
 
     /// The first folder that could not be read, if any; its path is relative to the folder walked.
     [[nodiscard]] const std::optional<Error>& failure() const;

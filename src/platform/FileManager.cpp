@@ -105,8 +105,8 @@ DirectoryEnumerator FileManager::enumeratorAtPath(std::string_view path, ReadPro
     return walk;
 }
 
-Result<UniqueFd> FileManager::openForReading(std::string_view path) const {
-    auto fd = openItem(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+Result<UniqueFd> FileManager::openForReading(std::string_view path, Links links) const {
+    auto fd = openItem(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | (links == Links::Follow ? 0 : O_NOFOLLOW));
     if (!fd)
         return fd;
     struct stat status {};
@@ -133,26 +133,28 @@ Result<std::string> FileManager::contentsAtPath(std::string_view path, std::size
     const auto fd = openForReading(path);
     if (!fd)
         return Failure(fd.error());
-    // The size would only be a hint: the file may grow or shrink while it is read. Most are property lists of less than
-    // the first chunk.
-    std::string contents;
+    // The size would only be a hint: the file may grow or shrink while it is read. Most are property lists that leave
+    // room in the first chunk, so that the read which finds the end needs no other.
+    constexpr std::size_t kFirstChunk = 4 * 1024;
+    constexpr std::size_t kChunk = 64 * 1024;
+    std::string contents(kFirstChunk, '\0');
+    std::size_t length = 0;
     for (;;) {
-        constexpr std::size_t kFirstChunk = 4 * 1024;
-        constexpr std::size_t kChunk = 64 * 1024;
-        const std::size_t before = contents.size();
-        const std::size_t chunk = before == 0 ? kFirstChunk : kChunk;
-        contents.resize(before + chunk);
-        const ssize_t length = ::read(fd->get(), contents.data() + before, chunk);
-        contents.resize(before + static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-        if (length < 0 && errno == EINTR)
+        if (length == contents.size())
+            contents.resize(length + kChunk);
+        const ssize_t more = ::read(fd->get(), contents.data() + length, contents.size() - length);
+        if (more < 0 && errno == EINTR)
             continue;
-        if (length < 0)
+        if (more < 0)
             return unreadable(errno, path);
-        if (contents.size() > limit)
+        length += static_cast<std::size_t>(more);
+        if (length > limit)
             return Failure(Error{ErrorKind::TooLarge, std::string(path), "larger than it may be"});
-        if (length == 0)
-            return contents;
+        if (more == 0)
+            break;
     }
+    contents.resize(length);
+    return contents;
 }
 
 Result<std::string> FileManager::destinationOfSymbolicLinkAtPath(std::string_view path) const {

@@ -63,7 +63,7 @@ class FileManager final {
     [[nodiscard]] Result<std::string> destinationOfSymbolicLinkAtPath(std::string_view path) const;
 
     /// The regular file at `path`; anything else is WrongType and does not block.
-    [[nodiscard]] Result<UniqueFd> openForReading(std::string_view path) const;
+    [[nodiscard]] Result<UniqueFd> openForReading(std::string_view path, Links links = Links::Follow) const;
     /// The folder at `path`, opened for reading its entries.
     [[nodiscard]] Result<UniqueFd> openDirectory(std::string_view path) const;
     /// The item at `path`, without read or write access: for handing its identity to a tool.

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <sys/stat.h>
 
 namespace sweeply {
 
@@ -33,12 +32,18 @@ std::uint64_t hashOf(std::string_view name) {
 
 } // namespace
 
-ItemKind itemKindOf(mode_t mode) {
-    if (S_ISREG(mode))
+ItemKind itemKindOf(FileType type) {
+    switch (type) {
+    case FileType::Regular:
         return ItemKind::File;
-    if (S_ISDIR(mode))
+    case FileType::Directory:
         return ItemKind::Folder;
-    return S_ISLNK(mode) ? ItemKind::Link : ItemKind::Other;
+    case FileType::SymbolicLink:
+        return ItemKind::Link;
+    case FileType::Other:
+        break;
+    }
+    return ItemKind::Other;
 }
 
 std::string_view nameOf(ItemKind kind) {

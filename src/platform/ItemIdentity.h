@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FileAttributes.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <ctime>
@@ -10,7 +12,7 @@ namespace sweeply {
 
 enum class ItemKind : std::uint8_t { None, File, Folder, Link, Other };
 
-[[nodiscard]] ItemKind itemKindOf(mode_t mode);
+[[nodiscard]] ItemKind itemKindOf(FileType type);
 /// "file" and so on: the words of scripts, which never change.
 [[nodiscard]] std::string_view nameOf(ItemKind kind);
 

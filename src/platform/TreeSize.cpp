@@ -1,5 +1,6 @@
 #include "platform/TreeSize.h"
 
+#include "platform/BlocksRead.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/DirectoryReader.h"
 #include "platform/TargetPath.h"
@@ -11,7 +12,6 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <vector>
 
@@ -33,13 +33,6 @@ constexpr long kFewBlocks = 64;
 constexpr std::size_t kBatchBytes = 4096;
 /// Folders below are walked by one thread with few descriptors.
 constexpr std::size_t kSharedLevels = 32;
-
-/// Blocks that this thread had to wait for since it began.
-long blocksRead() {
-    rusage usage{};
-    ::getrusage(RUSAGE_THREAD, &usage);
-    return usage.ru_inblock;
-}
 
 using SharedFd = std::shared_ptr<const UniqueFd>;
 
@@ -132,7 +125,7 @@ class Sum final {
 
     void addFile(Worker& worker, int folder, const char* name) {
         if (worker.filesBeforeLook > 0 && --worker.filesBeforeLook == 0) {
-            if (blocksRead() - m_blocksReadBefore < kFewBlocks)
+            if (blocksReadByThisThread() - m_blocksReadBefore < kFewBlocks)
                 worker.filesBeforeLook = kFilesBetweenLooks;
             else
                 callHelp(kHelpersFromDisk);
@@ -192,7 +185,7 @@ class Sum final {
     }
 
     const std::uint64_t m_block;
-    const long m_blocksReadBefore = blocksRead();
+    const long m_blocksReadBefore = blocksReadByThisThread();
     std::mutex m_totalMutex;
     MeasuredItem m_total;    ///< guarded by m_totalMutex while helpers work
     WorkQueue<Task> m_queue; ///< last: its helpers use the rest

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "appcore/bundles/SharedSurveys.h"
 #include "appcore/sizes/DiskSizes.h"
 #include "modules/IgnoreListWorld.h"
 #include "modules/ModuleServices.h"
@@ -33,8 +34,8 @@ class ModuleTest : public testing::Test {
     }
     IgnoreListController& ignoreList() { return static_cast<IgnoreListController&>(*m_world.ownList); }
     ModuleServices services() {
-        return {m_world.services(), m_world.files(),  m_sizes,
-                m_world.folders,    *m_world.ownList, m_ignoreList.applications};
+        return {m_world.services(), m_world.files(),           m_sizes,  m_world.folders,
+                *m_world.ownList,   m_ignoreList.applications, m_surveys};
     }
     /// Has the inventory look at the applications there are now.
     void findApplications() {
@@ -98,6 +99,7 @@ class ModuleTest : public testing::Test {
     SystemVersion m_version;
     TestWorld m_world;
     DiskSizes m_sizes{m_world.files(), m_version};
+    SharedSurveys m_surveys{m_world.files(), m_sizes};
     IgnoreListWorld m_ignoreList{m_world};
     NotificationCenter::Subscription m_subscription;
     std::vector<std::string> m_problems; ///< guarded by the tree lock

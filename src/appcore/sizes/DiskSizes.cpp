@@ -2,6 +2,7 @@
 
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
+#include "platform/FileStatus.h"
 #include "platform/TargetPath.h"
 #include "platform/TreeSize.h"
 #include "platform/UniqueFd.h"
@@ -35,8 +36,14 @@ MeasuredItem DiskSizes::measureEntry(int folder, const std::string& path) const 
     return measureItem(folder, path.c_str() + path.rfind('/') + 1, path);
 }
 
-MeasuredItem DiskSizes::measureFolderEntry(int folder, const std::string& path) const {
-    return measureFolder(folder, path.c_str() + path.rfind('/') + 1, path);
+MeasuredItem DiskSizes::measureFile(const FileAttributes& attributes) const {
+    MeasuredItem item;
+    if (attributes.type == FileType::Regular)
+        item.size = charged(attributes.size);
+    // Without its name: nobody says by which path it is reached.
+    item.identity.addEntry({}, attributes.size, attributes.modified);
+    item.identity.kind = itemKindOf(attributes.type);
+    return item;
 }
 
 MeasuredItem DiskSizes::measureItem(int folder, const char* name, const std::string& path) const {
@@ -45,14 +52,7 @@ MeasuredItem DiskSizes::measureItem(int folder, const char* name, const std::str
         return unreadable(errno, path);
     if (S_ISDIR(status.st_mode))
         return measureFolder(folder, name, path);
-    MeasuredItem item;
-    const auto size = static_cast<std::uint64_t>(status.st_size);
-    if (S_ISREG(status.st_mode))
-        item.size = charged(size);
-    // Without its name: nobody says by which path it is reached.
-    item.identity.addEntry({}, size, status.st_mtim);
-    item.identity.kind = itemKindOf(status.st_mode);
-    return item;
+    return measureFile(attributesFrom(status));
 }
 
 MeasuredItem DiskSizes::measureFolder(int folder, const char* name, const std::string& path) const {

@@ -11,6 +11,7 @@
 namespace sweeply {
 
 class FileManager;
+struct FileAttributes;
 
 /// What files and folders of the target are charged: the length of every file's data, each rounded up to whole
 /// allocation blocks. Never fails: what is not there or cannot be read counts nothing, and what cannot be read is among
@@ -30,8 +31,8 @@ class DiskSizes final {
     [[nodiscard]] MeasuredItem measure(std::string_view path) const;
     /// The same for an entry of a folder that is open, for those who ask for many of one folder. `path` is the entry's.
     [[nodiscard]] MeasuredItem measureEntry(int folder, const std::string& path) const;
-    /// The same for an entry that is known to be a folder; nothing for anything else.
-    [[nodiscard]] MeasuredItem measureFolderEntry(int folder, const std::string& path) const;
+    /// The same for what has these attributes and is no folder.
+    [[nodiscard]] MeasuredItem measureFile(const FileAttributes& attributes) const;
     /// The sum. What is listed twice, or stands in another listed folder, counts twice.
     [[nodiscard]] std::uint64_t sizeOfAllFilesAtPathes(std::span<const std::string> paths) const;
     /// The size by a plain walk that leaves out links which lead to folders or nowhere. To compare with.
@@ -39,8 +40,10 @@ class DiskSizes final {
 
     [[nodiscard]] SizeUnits units() const { return sizeUnitsOf(m_version); }
 
-  private:
+    /// What so many bytes of a file are charged.
     [[nodiscard]] std::uint64_t charged(std::uint64_t size) const;
+
+  private:
     [[nodiscard]] MeasuredItem measureItem(int folder, const char* name, const std::string& path) const;
     [[nodiscard]] MeasuredItem measureFolder(int folder, const char* name, const std::string& path) const;
     [[nodiscard]] MeasuredItem unreadable(int errorNumber, std::string_view path) const;

@@ -29,13 +29,23 @@ constexpr const char* kLipo = "/usr/bin/lipo";
 constexpr const char* kMarker = ".Clean";
 constexpr std::array<std::string_view, 3> kKnownNotExecutables{".DS_Store", "PkgInfo", "CodeResources"};
 /// So many executables are asked about at once: starting a process costs more than reading one.
-constexpr std::size_t kAtOnce = 64;
+constexpr std::size_t kAtOnce = 128;
 /// What a bar shows before the number of applications is known.
 constexpr std::uint32_t kWaitingForApplications = 200;
 constexpr std::uint32_t kWaitingForFolder = 100;
 constexpr mode_t kAnyExecution = 0111;
 
 std::string nameOfDescriptor(const UniqueFd& file) { return "/dev/fd/" + std::to_string(file.get()); }
+
+/// Executables have no extension; localizations have none.
+Interest interestIn(std::string_view name, FileType type) {
+    const auto extension = pathExtension(name);
+    if (type == FileType::Directory)
+        return extension == "lproj" ? Interest::Nothing : Interest::Below;
+    const bool mayBeExecutable = extension.empty() && type == FileType::Regular &&
+                                 std::ranges::find(kKnownNotExecutables, name) == kKnownNotExecutables.end();
+    return mayBeExecutable ? Interest::Item : Interest::Nothing;
+}
 
 Result<bool> beginsLikeFat(const UniqueFd& file, const std::string& path) {
     std::array<char, macho::kFatHeaderSize> head{};
@@ -112,13 +122,15 @@ void UniversalBinariesController::scanThread() {
         return;
     setTotalProcentage(kWaitingForApplications);
     incProgress();
+    auto surveys = m_binaries.surveys.takePart(interestIn);
     const auto applications = m_binaries.applicationsToScan(this);
+    surveys.expect(applications);
     setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
     for (const auto& application : applications) {
         if (stopped())
             return;
         if (shouldCleanApplication(application)) {
-            searchForUBInPath(application);
+            searchForUBInPath(application, surveys);
             sleepAfterItem();
             waitWhilePaused();
         }
@@ -131,18 +143,20 @@ void UniversalBinariesController::analyzeFile(const std::string& path) {
     if (!knowsArchitecture())
         return;
     const std::string item = normalisedPath(m_binaries.folders.expandTilde(path));
+    auto surveys = m_binaries.surveys.takePart(interestIn);
     if (pathExtension(item) == "app") {
-        analyzeApplication(item);
+        analyzeApplication(item, surveys);
         return addSlimmable();
     }
     setTotalProcentage(kWaitingForFolder);
     incProgress();
     const auto applications = m_binaries.applications.createApplicationsArrayInPathDeep(item, this);
+    surveys.expect(applications);
     setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
     for (const auto& application : applications) {
         if (stopped())
             return;
-        analyzeApplication(application);
+        analyzeApplication(application, surveys);
         incProgress();
         sleepAfterItem();
         waitWhilePaused();
@@ -150,7 +164,7 @@ void UniversalBinariesController::analyzeFile(const std::string& path) {
     addSlimmable();
 }
 
-void UniversalBinariesController::analyzeApplication(const std::string& path) {
+void UniversalBinariesController::analyzeApplication(const std::string& path, SharedSurveys::Part& surveys) {
     {
         // What is listed already would count twice.
         const std::lock_guard lock(services().treeLock);
@@ -158,27 +172,18 @@ void UniversalBinariesController::analyzeApplication(const std::string& path) {
             return;
     }
     if (!m_binaries.ignoreList.applicationInListWithUserNotification(path))
-        searchForUBInPath(path);
+        searchForUBInPath(path, surveys);
 }
 
-void UniversalBinariesController::searchForUBInPath(const std::string& application) {
+void UniversalBinariesController::searchForUBInPath(const std::string& application, SharedSurveys::Part& surveys) {
     setCurrentItem(application);
-    auto walk = m_binaries.files.enumeratorAtPath(application);
-    while (const auto entry = walk.next()) {
+    for (auto& item : surveys.surveyOf(application, stopToken()).items) {
         if (stopped())
             return;
-        const auto name = lastPathComponent(entry->path);
-        const auto extension = pathExtension(name);
-        if (extension == "lproj")
-            walk.skipDescendants();
-        if (!extension.empty() || entry->type != FileType::Regular ||
-            std::ranges::find(kKnownNotExecutables, name) != kKnownNotExecutables.end())
+        if (item.type != FileType::Regular || (item.mode & kAnyExecution) == 0)
             continue;
-        const auto attributes = walk.attributes();
-        if (!attributes || attributes->type != FileType::Regular || (attributes->mode & kAnyExecution) == 0)
-            continue;
-        if (auto file = walk.openFile())
-            addCandidate({application, joinedPath(application, entry->path), std::move(*file)});
+        if (auto file = m_binaries.files.openForReading(item.path, Links::DontFollow))
+            addCandidate({application, std::move(item.path), item.measured.identity, std::move(*file)});
         if (m_candidates.size() >= kAtOnce)
             addSlimmable();
     }
@@ -209,7 +214,7 @@ void UniversalBinariesController::add(const Candidate& candidate, std::uint64_t 
     auto executable = Node::nodeWithName(m_binaries.folders.abbreviateWithTilde(candidate.path), Icon::None, 0, size,
                                          candidate.path, true);
     executable->setEvidence(m_evidence);
-    executable->setSeen(m_binaries.sizes.measure(candidate.path).identity);
+    executable->setSeen(candidate.identity);
     Node::Pointer application;
     {
         const std::lock_guard lock(services().treeLock);
@@ -257,7 +262,7 @@ std::uint64_t UniversalBinariesController::getUBSize(const std::string& path) {
     auto file = m_binaries.files.openForReading(path);
     if (!file || !beginsLikeFat(*file, path).value_or(false))
         return 0;
-    const Candidate alone{{}, path, std::move(*file)};
+    const Candidate alone{{}, path, {}, std::move(*file)};
     return foreignBytesOf({&alone, 1}).front();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "appcore/bundles/SharedSurveys.h"
 #include "engine/ADScanControllerView.h"
 #include "modules/ModuleServices.h"
 #include "platform/UniqueFd.h"
@@ -61,6 +62,7 @@ class UniversalBinariesController final : public ADScanControllerView {
     struct Candidate {
         std::string application;
         std::string path;
+        ItemIdentity identity;
         UniqueFd file;
     };
 
@@ -68,7 +70,7 @@ class UniversalBinariesController final : public ADScanControllerView {
     /// False, and the person is told once, when nobody knows the processors.
     bool knowsArchitecture();
     /// Gathers candidates, and adds those that can be slimmed once there are many.
-    void searchForUBInPath(const std::string& application);
+    void searchForUBInPath(const std::string& application, SharedSurveys::Part& surveys);
     /// Keeps it unless its first bytes say that it cannot be slimmed.
     void addCandidate(Candidate candidate);
     /// Adds those of the candidates gathered so far that can be slimmed.
@@ -76,7 +78,7 @@ class UniversalBinariesController final : public ADScanControllerView {
     void add(const Candidate& candidate, std::uint64_t size);
     /// Bytes to be freed of each, in order.
     [[nodiscard]] std::vector<std::uint64_t> foreignBytesOf(std::span<const Candidate> candidates);
-    void analyzeApplication(const std::string& path);
+    void analyzeApplication(const std::string& path, SharedSurveys::Part& surveys);
 
     ModuleServices m_binaries;
     Alerts& m_alerts;

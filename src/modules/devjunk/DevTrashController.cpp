@@ -25,9 +25,11 @@ constexpr std::array<std::string_view, 0> otherFiles{};
 /// What a bar shows before the number of applications is known.
 constexpr std::uint32_t kWaitingForApplications = 200;
 
-bool isDeveloperJunk(std::string_view path) {
-    const auto extension = pathExtension(path);
-    return extension == "h" || extension == "hpp" || junk::isOneOf(devTrashFiles, lastPathComponent(path));
+/// What is developer junk goes as a whole.
+Interest interestIn(std::string_view name, FileType) {
+    const auto extension = pathExtension(name);
+    const bool isJunk = extension == "h" || extension == "hpp" || junk::isOneOf(devTrashFiles, name);
+    return isJunk ? Interest::Item : Interest::Below;
 }
 
 Node::Pointer categoryNode(const char* title, Icon icon) {
@@ -55,7 +57,9 @@ void DevTrashController::scanThread() {
     prepareForScan();
     setTotalProcentage(kWaitingForApplications);
     incProgress();
+    auto surveys = m_junk.surveys.takePart(interestIn);
     const auto applications = m_junk.applicationsToScan(this);
+    surveys.expect(applications);
     setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
     {
         const std::lock_guard lock(services().treeLock);
@@ -66,7 +70,7 @@ void DevTrashController::scanThread() {
         if (stopped())
             break;
         if (shouldCleanApplication(application)) {
-            analyzeApplication(application);
+            analyzeApplication(application, surveys);
             sleepAfterItem();
             waitWhilePaused();
         }
@@ -91,11 +95,13 @@ void DevTrashController::analyzeFile(const std::string& path) {
 
 void DevTrashController::analyzeApplications(const std::vector<std::string>& paths) {
     show(m_applicationNode);
+    auto surveys = m_junk.surveys.takePart(interestIn);
+    surveys.expect(paths);
     for (const auto& application : paths) {
         if (stopped())
             break;
         if (!m_junk.ignoreList.applicationInListWithUserNotification(application))
-            analyzeApplication(application);
+            analyzeApplication(application, surveys);
         incProgress();
         sleepAfterItem();
         waitWhilePaused();
@@ -103,25 +109,7 @@ void DevTrashController::analyzeApplications(const std::vector<std::string>& pat
     hideIfEmpty(m_applicationNode);
 }
 
-std::vector<DevTrashController::Junk> DevTrashController::nibsJunkForApplicationAtPath(const std::string& path) {
-    std::vector<Junk> found;
-    auto walk = m_junk.files.enumeratorAtPath(path);
-    while (const auto entry = walk.next()) {
-        if (stopped())
-            break;
-        if (!isDeveloperJunk(entry->path))
-            continue;
-        walk.skipDescendants(); // it goes as a whole
-        std::string item = joinedPath(path, entry->path);
-        auto measured = m_junk.sizes.measureEntry(walk.folder(), item);
-        found.push_back({std::move(item), std::move(measured)});
-    }
-    if (const auto& failure = walk.failure())
-        services().log.log(formatText("[Dev Junk] Exception %@ occured for app %@", {failure->reason, path}));
-    return found;
-}
-
-void DevTrashController::analyzeApplication(const std::string& path) {
+void DevTrashController::analyzeApplication(const std::string& path, SharedSurveys::Part& surveys) {
     setCurrentItem(path);
     {
         // What is listed already would count twice.
@@ -129,7 +117,9 @@ void DevTrashController::analyzeApplication(const std::string& path) {
         if (m_applicationNode->childWithEqualPath(path))
             return;
     }
-    const auto junk = nibsJunkForApplicationAtPath(path);
+    const auto [junk, failure] = surveys.surveyOf(path, stopToken());
+    if (failure)
+        services().log.log(formatText("[Dev Junk] Exception %@ occured for app %@", {failure->reason, path}));
     if (junk.empty())
         return;
     const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "appcore/bundles/SharedSurveys.h"
 #include "engine/ADScanControllerView.h"
 #include "modules/ModuleServices.h"
 
@@ -39,8 +40,7 @@ class DevTrashController final : public ADScanControllerView {
         std::string path;
         MeasuredItem measured;
     };
-    [[nodiscard]] std::vector<Junk> nibsJunkForApplicationAtPath(const std::string& path);
-    void analyzeApplication(const std::string& path);
+    void analyzeApplication(const std::string& path, SharedSurveys::Part& surveys);
     void analyzeApplications(const std::vector<std::string>& paths);
     void analyzeFolder(const std::string& path);
     /// Below the category, under a node for the dropped folder.

@@ -2,10 +2,10 @@
 
 #include "appcore/FolderConstants.h"
 #include "appcore/SWApplicationCore.h"
-#include "appcore/sizes/DiskSizes.h"
 #include "engine/IgnoreList.h"
 #include "modules/languages/LanguageKeepList.h"
 #include "modules/languages/LocalizationLinks.h"
+#include "modules/languages/LocalizationNames.h"
 #include "platform/Alerts.h"
 #include "platform/DirectoryEnumerator.h"
 #include "platform/FileManager.h"
@@ -23,12 +23,8 @@ namespace sweeply {
 
 namespace {
 
-constexpr std::string_view kExtension = ".lproj";
 /// What a bar shows before the number of applications is known.
 constexpr std::uint32_t kWaitingForApplications = 200;
-
-/// Folders that look like those of a language and hold what every language needs.
-bool isNoLanguage(std::string_view code) { return code == "base" || code == "default"; }
 
 } // namespace
 
@@ -40,32 +36,24 @@ LanguagesController::LanguagesController(const ModuleServices& services, ScanCoo
     initUserDefaults();
 }
 
-std::string LanguagesController::shortLanguageNameFromDirectoryTwoLetters(std::string_view path) {
-    const auto name = lastPathComponent(path);
-    const auto extension = name.find(kExtension);
-    if (extension == std::string_view::npos)
-        return std::string(path);
-    const auto prefix = name.substr(0, extension);
-    return canonicalLanguageIdentifier(prefix).value_or(std::string(prefix));
-}
-
 void LanguagesController::scanThread() {
     prepareForScan();
     if (!confirmsNativeLanguages())
         return;
     setTotalProcentage(kWaitingForApplications);
     incProgress();
+    auto look = startLook();
     const auto applications = m_languages.applicationsToScan(this);
+    look.surveys.expect(applications);
     setTotalProcentage(static_cast<std::uint32_t>(applications.size()));
     {
         const std::lock_guard lock(services().treeLock);
         m_applications.clear();
     }
-    m_lookup = {}; // the person may have chosen otherwise since
     for (const auto& application : applications) {
         if (stopped())
             return;
-        analyzeApplication(application);
+        analyzeApplication(application, look);
         incProgress();
         sleepAfterItem();
         waitWhilePaused();
@@ -107,18 +95,21 @@ bool LanguagesController::showLanguageAlert(const std::vector<std::string>& code
     return answer == Remove;
 }
 
-const std::string& LanguagesController::unwantedLanguage(std::string_view folderName) {
-    const auto [known, isNew] = m_lookup.codes.try_emplace(std::string(folderName));
-    if (isNew) {
-        auto code = shortLanguageNameFromDirectoryTwoLetters(folderName);
-        if (!isNoLanguage(code) && !m_keepList.shouldILeaveThisLanguage(code))
-            known->second = std::move(code);
-    }
-    return known->second;
+LanguagesController::Look LanguagesController::startLook() {
+    m_languagesByCode = {};
+    auto names = std::make_shared<LocalizationNames>(m_keepList);
+    auto surveys = m_languages.surveys.takePart([names](std::string_view name, FileType type) {
+        if (!LocalizationNames::isLocalization(name))
+            return Interest::Below;
+        const bool isWanted =
+            type == FileType::Directory ? !names->unwantedLanguage(name).empty() : type == FileType::SymbolicLink;
+        return isWanted ? Interest::Item : Interest::Nothing;
+    });
+    return {std::move(names), std::move(surveys)};
 }
 
 const LanguagesController::Language& LanguagesController::languageOf(const std::string& code) {
-    const auto [known, isNew] = m_lookup.languages.try_emplace(code);
+    const auto [known, isNew] = m_languagesByCode.try_emplace(code);
     if (isNew) {
         auto name = displayNameOfLanguage(code);
         if (!name)
@@ -128,45 +119,32 @@ const LanguagesController::Language& LanguagesController::languageOf(const std::
     return known->second;
 }
 
-LanguagesController::Localizations LanguagesController::languagesForApplicationAtPath(const std::string& path) {
-    struct Folder {
-        std::string path;
-        MeasuredItem measured;
-    };
-    std::vector<Folder> folders;
+LanguagesController::Localizations LanguagesController::languagesForApplicationAtPath(const std::string& path,
+                                                                                      Look& look) {
+    auto [items, failure] = look.surveys.surveyOf(path, stopToken());
+    if (failure)
+        services().log.log(formatText("[Languages] Exception for app %@: %@", {path, failure->reason}));
     LocalizationLinks links;
-    auto walk = m_languages.files.enumeratorAtPath(path);
-    while (const auto entry = walk.next()) {
-        if (pathExtension(entry->path) != kExtension.substr(1))
-            continue;
-        std::string item = joinedPath(path, entry->path);
-        if (entry->type == FileType::SymbolicLink)
-            links.add(m_languages.files, item);
-        if (entry->type != FileType::Directory)
-            continue;
-        walk.skipDescendants();
-        if (!unwantedLanguage(lastPathComponent(entry->path)).empty()) {
-            auto measured = m_languages.sizes.measureFolderEntry(walk.folder(), item);
-            folders.push_back({std::move(item), std::move(measured)});
-        }
-        if (stopped())
-            break;
+    for (const auto& item : items) {
+        if (item.type == FileType::SymbolicLink)
+            links.add(m_languages.files, item.path);
     }
     std::unordered_set<std::string> needed; // by languages that stay
     for (const auto& [link, neighbour] : links.all()) {
-        if (unwantedLanguage(lastPathComponent(link)).empty())
+        if (look.names->unwantedLanguage(lastPathComponent(link)).empty())
             needed.insert(links.endOf(link));
     }
     Localizations found;
     std::unordered_map<std::string, Localization*> going; // by folder
-    for (auto& folder : folders) {
-        if (needed.contains(folder.path))
+    for (auto& item : items) {
+        if (item.type != FileType::Directory || needed.contains(item.path))
             continue;
-        auto& localization = found[unwantedLanguage(lastPathComponent(folder.path))];
-        localization.item += folder.measured;
+        auto& localization = found[look.names->unwantedLanguage(lastPathComponent(item.path))];
+        localization.item += item.measured;
         localization.item.identity.kind = ItemKind::Folder;
-        going.emplace(folder.path, &localization);
-        localization.folders.push_back(std::move(folder.path));
+        if (!links.all().empty())
+            going.emplace(item.path, &localization);
+        localization.folders.push_back(std::move(item.path));
     }
     // A language is known by its first folder, in whatever order a volume lists them.
     for (auto& [code, localization] : found)
@@ -175,14 +153,12 @@ LanguagesController::Localizations LanguagesController::languagesForApplicationA
         if (const auto folder = going.find(links.endOf(link)); folder != going.end())
             folder->second->links.push_back(link);
     }
-    if (const auto& failure = walk.failure())
-        services().log.log(formatText("[Languages] Exception for app %@: %@", {path, failure->reason}));
     return found;
 }
 
-void LanguagesController::analyzeApplication(const std::string& path) {
+void LanguagesController::analyzeApplication(const std::string& path, Look& look) {
     setCurrentItem(path);
-    const auto localizations = languagesForApplicationAtPath(path);
+    const auto localizations = languagesForApplicationAtPath(path, look);
     {
         const std::lock_guard lock(services().treeLock);
         m_applications[path] = localizations;
@@ -218,12 +194,12 @@ bool LanguagesController::isListed(const std::string& application) const {
 void LanguagesController::analyzeFile(const std::string& path) {
     if (const auto known = m_keepList.nativeLanguages(); !known)
         return reportProblem(known.error());
-    m_lookup = {};
+    auto look = startLook();
     const std::string item = normalisedPath(m_languages.folders.expandTilde(path));
-    const auto analyze = [this](const std::string& application) {
+    const auto analyze = [this, &look](const std::string& application) {
         // What is listed already would count twice.
         if (!isListed(application))
-            analyzeApplication(application);
+            analyzeApplication(application, look);
     };
     if (pathExtension(item) == "app")
         return analyze(item);

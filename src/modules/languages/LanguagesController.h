@@ -1,10 +1,12 @@
 #pragma once
 
+#include "appcore/bundles/SharedSurveys.h"
 #include "engine/ADScanControllerView.h"
 #include "modules/ModuleServices.h"
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -14,6 +16,7 @@ namespace sweeply {
 
 class Alerts;
 class LanguageKeepList;
+class LocalizationNames;
 
 /// Localizations in applications, of languages that the user does not want: one item for an application, and below it
 /// one for each language, which stands for all of that language's folders in it.
@@ -50,9 +53,6 @@ class LanguagesController final : public ADScanControllerView {
 
     static constexpr const char* kModuleKey = "CleanLanguageTranslations";
 
-    /// The canonical code of the language that a folder "*.lproj" is for; of any other path the path itself.
-    [[nodiscard]] static std::string shortLanguageNameFromDirectoryTwoLetters(std::string_view path);
-
   protected:
     void scanThread() override;
     ChangeOutcome cleanThisNode(Node& node) override;
@@ -66,16 +66,15 @@ class LanguagesController final : public ADScanControllerView {
         std::string name; ///< for people
         SharedEvidence evidence;
     };
-    /// What one scan or drop found out about folder names and codes: applications have the same ones again and again.
-    struct Lookup {
-        std::unordered_map<std::string, std::string> codes;  ///< by folder name; empty for a language that stays
-        std::unordered_map<std::string, Language> languages; ///< by code
+    /// What one scan or drop looks with.
+    struct Look {
+        std::shared_ptr<LocalizationNames> names;
+        SharedSurveys::Part surveys;
     };
-    /// The code of the language that a folder of this name is for; empty where it stays.
-    [[nodiscard]] const std::string& unwantedLanguage(std::string_view folderName);
+    [[nodiscard]] Look startLook();
     [[nodiscard]] const Language& languageOf(const std::string& code);
-    [[nodiscard]] Localizations languagesForApplicationAtPath(const std::string& path);
-    void analyzeApplication(const std::string& path);
+    [[nodiscard]] Localizations languagesForApplicationAtPath(const std::string& path, Look& look);
+    void analyzeApplication(const std::string& path, Look& look);
     [[nodiscard]] bool isListed(const std::string& application) const;
     /// Those of a language that has just gone.
     void removeDanglingLinks(const std::vector<std::string>& links, const ChangeRequest& language);
@@ -87,7 +86,7 @@ class LanguagesController final : public ADScanControllerView {
     const Person m_person;
     /// What the last scan or drop found, by application. Guarded by the tree lock.
     std::map<std::string, Localizations, std::less<>> m_applications;
-    Lookup m_lookup; ///< the scan thread's
+    std::unordered_map<std::string, Language> m_languagesByCode; ///< of one scan or drop; its thread's
 };
 
 } // namespace sweeply
