@@ -24,28 +24,31 @@ struct Found {
 };
 
 void look(int parent, const char* path, bool isMeasured, bool wantsSizes, Found& found) {
-    const int descriptor = ::openat(parent, path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    DIR* folder = descriptor < 0 ? nullptr : ::fdopendir(descriptor);
-    if (!folder)
-        return;
-    while (const dirent* entry = ::readdir(folder)) {
-        const std::string_view name = entry->d_name;
-        if (name == "." || name == "..")
-            continue;
-        ++found.entries;
-        if (entry->d_type == DT_DIR) {
-            look(descriptor, entry->d_name, isMeasured || name.ends_with(".lproj"), wantsSizes, found);
-        } else if (!isMeasured && name.find('.') == std::string_view::npos) {
-            char head[8];
-            const int file = ::openat(descriptor, entry->d_name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-            found.executables += ::pread(file, head, sizeof head, 0) == sizeof head && head[0] == '\xca' ? 1 : 0;
-            ::close(file);
-        } else if (struct stat status{}; wantsSizes && (isMeasured || name.ends_with(".h") || name.ends_with(".nib")) &&
-                                         ::fstatat(descriptor, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-            found.bytes += static_cast<std::uint64_t>(status.st_size);
+    const int folder = ::openat(parent, path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    alignas(dirent64) char buffer[8192];
+    for (ssize_t length = 0; (length = ::getdents64(folder, buffer, sizeof buffer)) > 0;) {
+        const dirent64* entry = nullptr;
+        for (ssize_t at = 0; at < length; at += entry->d_reclen) {
+            entry = reinterpret_cast<const dirent64*>(buffer + at);
+            const std::string_view name = entry->d_name;
+            if (name == "." || name == "..")
+                continue;
+            ++found.entries;
+            if (entry->d_type == DT_DIR) {
+                look(folder, entry->d_name, isMeasured || name.ends_with(".lproj"), wantsSizes, found);
+            } else if (!isMeasured && name.find('.') == std::string_view::npos) {
+                char head[8];
+                const int file = ::openat(folder, entry->d_name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+                found.executables += ::pread(file, head, sizeof head, 0) == sizeof head && head[0] == '\xca' ? 1 : 0;
+                ::close(file);
+            } else if (struct stat status{}; wantsSizes &&
+                                             (isMeasured || name.ends_with(".h") || name.ends_with(".nib")) &&
+                                             ::fstatat(folder, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+                found.bytes += static_cast<std::uint64_t>(status.st_size);
+            }
         }
     }
-    ::closedir(folder);
+    ::close(folder);
 }
 
 } // namespace

@@ -34,22 +34,30 @@ constexpr std::size_t kBatchBytes = 4096;
 /// Folders below are walked by one thread with few descriptors.
 constexpr std::size_t kSharedLevels = 32;
 
-using SharedFd = std::shared_ptr<const UniqueFd>;
+struct OpenFolder {
+    UniqueFd fd;
+    std::string path; ///< below the folder measured; empty where nobody wants to know
+};
+using SharedFolder = std::shared_ptr<const OpenFolder>;
 
 /// Something of an open folder that another worker looks at.
 struct Task {
-    SharedFd folder;
+    SharedFolder folder;
     std::string names; ///< each ended by a zero byte
     bool isFolder;     ///< one subfolder to walk, or else files to add
 };
 
+std::string joinedRelative(const std::string& folder, std::string_view name) {
+    return folder.empty() ? std::string(name) : joinedPath(folder, name);
+}
+
 class Sum final {
   public:
-    explicit Sum(std::uint64_t block) : m_block(block) {}
+    Sum(std::uint64_t block, const FolderMet& met) : m_block(block), m_met(met) {}
 
     MeasuredItem of(UniqueFd folder) {
         Worker worker{{}, kBigTree, kFilesBetweenLooks, {}};
-        push(worker, std::move(folder));
+        push(worker, std::move(folder), {});
         walk(worker);
         work(worker);
         return m_total += worker.total; // nobody else works any more
@@ -57,7 +65,7 @@ class Sum final {
 
   private:
     struct Level {
-        SharedFd fd;
+        SharedFolder folder;
         DirectoryReader reader;
         std::string batch; ///< files for somebody else, as in a task
     };
@@ -73,9 +81,9 @@ class Sum final {
     void work(Worker& worker) {
         while (const auto task = m_queue.take()) {
             if (task->isFolder)
-                enter(worker, task->folder->get(), task->names.c_str());
+                enter(worker, *task->folder, task->names.c_str());
             else
-                addFiles(worker, task->folder->get(), task->names);
+                addFiles(worker, task->folder->fd.get(), task->names);
             walk(worker);
             // Before asking for more: the last worker to do so ends the whole sum.
             const std::lock_guard lock(m_totalMutex);
@@ -90,7 +98,7 @@ class Sum final {
             if (!entry) {
                 if (level.reader.errorNumber() != 0)
                     worker.total.isWhole = false;
-                addFiles(worker, level.fd->get(), level.batch);
+                addFiles(worker, level.folder->fd.get(), level.batch);
                 worker.levels.pop_back();
                 continue;
             }
@@ -102,20 +110,20 @@ class Sum final {
             }
             worker.total.identity.addEntry(entry->name);
             if (m_queue.wantsWork())
-                m_queue.give({level.fd, entry->name, true});
+                m_queue.give({level.folder, entry->name, true});
             else
-                enter(worker, level.fd->get(), entry->name);
+                enter(worker, *level.folder, entry->name);
         }
     }
 
     void addOrGive(Worker& worker, Level& level, const char* name) {
         if (level.batch.empty() && !m_queue.wantsWork()) {
-            addFile(worker, level.fd->get(), name);
+            addFile(worker, level.folder->fd.get(), name);
             return;
         }
         level.batch.append(name, std::strlen(name) + 1);
         if (level.batch.size() >= kBatchBytes)
-            m_queue.give({level.fd, std::exchange(level.batch, {}), false});
+            m_queue.give({level.folder, std::exchange(level.batch, {}), false});
     }
 
     void addFiles(Worker& worker, int folder, const std::string& names) {
@@ -148,30 +156,38 @@ class Sum final {
             worker.total.isWhole = false;
     }
 
-    void enter(Worker& worker, int parent, const char* name) {
-        UniqueFd fd(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    void enter(Worker& worker, const OpenFolder& parent, const char* name) {
+        std::string path;
+        if (m_met)
+            m_met(path = joinedRelative(parent.path, name));
+        UniqueFd fd(::openat(parent.fd.get(), name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (!fd)
             return lose(worker, errno);
         if (worker.levels.size() < kSharedLevels)
-            push(worker, std::move(fd));
+            push(worker, std::move(fd), std::move(path));
         else
-            walkAlone(worker, std::move(fd));
+            walkAlone(worker, std::move(fd), path);
     }
 
-    static void push(Worker& worker, UniqueFd fd) {
+    static void push(Worker& worker, UniqueFd fd, std::string path) {
         const int folder = fd.get();
-        worker.levels.push_back({std::make_shared<const UniqueFd>(std::move(fd)), DirectoryReader(folder), {}});
+        worker.levels.push_back({std::make_shared<const OpenFolder>(OpenFolder{std::move(fd), std::move(path)}),
+                                 DirectoryReader(folder),
+                                 {}});
     }
 
-    void walkAlone(Worker& worker, UniqueFd fd) const {
+    void walkAlone(Worker& worker, UniqueFd fd, const std::string& path) const {
         DirectoryEnumerator enumerator(std::move(fd));
         while (const auto entry = enumerator.next()) {
-            if (entry->type == FileType::Directory)
+            if (entry->type == FileType::Directory) {
                 worker.total.identity.addEntry(lastPathComponent(entry->path));
-            else if (const auto attributes = enumerator.attributes())
+                if (m_met)
+                    m_met(joinedRelative(path, entry->path));
+            } else if (const auto attributes = enumerator.attributes()) {
                 add(worker, lastPathComponent(entry->path), attributes->size, attributes->modified);
-            else if (attributes.error().kind != ErrorKind::NotFound)
+            } else if (attributes.error().kind != ErrorKind::NotFound) {
                 worker.total.isWhole = false;
+            }
         }
         if (enumerator.failure())
             worker.total.isWhole = false;
@@ -185,6 +201,7 @@ class Sum final {
     }
 
     const std::uint64_t m_block;
+    const FolderMet& m_met;
     const long m_blocksReadBefore = blocksReadByThisThread();
     std::mutex m_totalMutex;
     MeasuredItem m_total;    ///< guarded by m_totalMutex while helpers work
@@ -193,6 +210,8 @@ class Sum final {
 
 } // namespace
 
-MeasuredItem measureTree(UniqueFd folder, std::uint64_t block) { return Sum(block).of(std::move(folder)); }
+MeasuredItem measureTree(UniqueFd folder, std::uint64_t block, const FolderMet& met) {
+    return Sum(block, met).of(std::move(folder));
+}
 
 } // namespace sweeply

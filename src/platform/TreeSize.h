@@ -4,6 +4,8 @@
 #include "platform/UniqueFd.h"
 
 #include <cstdint>
+#include <functional>
+#include <string>
 
 namespace sweeply {
 
@@ -12,12 +14,15 @@ namespace sweeply {
     return (size + block - 1) / block * block;
 }
 
+/// Called with each folder below the one measured, by its path from there; by several threads at once.
+using FolderMet = std::function<void(const std::string& path)>;
+
 /// Adds up the sizes of everything below `folder`, each rounded up to whole blocks of `block` bytes, and notes what is
 /// there. Folders count nothing, links their own size. What vanishes meanwhile is left out, and so is what cannot be
 /// read, which makes the item not whole.
 ///
 /// A big tree is read by several threads, more than there are processors: what the disk must fetch is asked for at
 /// once. Memory is bounded whatever the tree's shape. Any number of threads may call this at once.
-[[nodiscard]] MeasuredItem measureTree(UniqueFd folder, std::uint64_t block);
+[[nodiscard]] MeasuredItem measureTree(UniqueFd folder, std::uint64_t block, const FolderMet& met = {});
 
 } // namespace sweeply

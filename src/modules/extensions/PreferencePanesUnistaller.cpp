@@ -35,23 +35,20 @@ void PreferencePanesUnistaller::addRecord(const std::string& path) {
     const bool isOfTheSystem = identifier.find("com.apple") != std::string::npos;
     const auto pane = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true,
                                          isOfTheSystem ? nodetype::kSystemApplication : std::int8_t{0});
-    const auto bundle = Node::nodeWithName(module().folders.abbreviateWithTilde(path), Icon::ItsOwn, 1,
-                                           module().sizes.measure(path), path, true);
+    const auto contents = contentsOfBundle(module().sizes, path);
+    const auto bundle =
+        Node::nodeWithName(module().folders.abbreviateWithTilde(path), Icon::ItsOwn, 1, contents.measured, path, true);
     const SharedEvidence evidence(EvidenceRule::Extension, identifier);
     pane->setEvidence(evidence);
     bundle->setEvidence(evidence);
     pane->setNeedExpand(true);
     pane->addChild(bundle);
     m_finder.findPreferencesForApplication(path, *pane, {*claims, m_ownership.checksWeakMatches()});
-    analyzeFile(path, *pane, *claims);
+    if (!contents.applications.empty())
+        m_finder.findAllResourcesForApplications(contents.applications, *pane,
+                                                 {*claims, m_ownership.checksWeakMatches()});
     addChildNode(pane);
     incFoundObjectsCount();
-}
-
-void PreferencePanesUnistaller::analyzeFile(const std::string& path, Node& node, const Claims& claims) {
-    const auto applications = nestedApplications(module().files, path);
-    if (!applications.empty())
-        m_finder.findAllResourcesForApplications(applications, node, {claims, m_ownership.checksWeakMatches()});
 }
 
 bool PreferencePanesUnistaller::isRootNodeCleanable(Node& node) {

@@ -29,8 +29,6 @@ class PreferencePanesUnistaller final : public ADUninstallControllerView {
 
   private:
     [[nodiscard]] std::string className() const override { return "PreferencePanesUnistaller"; }
-    /// The applications inside the bundle at `path`.
-    void analyzeFile(const std::string& path, Node& node, const Claims& claims);
 
     ResourceFinder& m_finder;
     const Ownership& m_ownership;

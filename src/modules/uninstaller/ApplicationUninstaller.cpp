@@ -113,16 +113,16 @@ void ApplicationUninstaller::addApplicationAtPath(const std::string& path) {
     const bool isOfTheSystem = claims->subject().identifier.find("com.apple") != std::string::npos;
     const auto application = Node::nodeWithName(nameWithoutExtension(path), Icon::ItsOwn, 0, 0, path, true,
                                                 isOfTheSystem ? nodetype::kSystemApplication : std::int8_t{0});
+    auto contents = contentsOfBundle(m_uninstaller.sizes, path);
     const auto bundle = Node::nodeWithName(m_uninstaller.folders.abbreviateWithTilde(path), Icon::ItsOwn, 1,
-                                           m_uninstaller.sizes.measure(path), path, true);
+                                           contents.measured, path, true);
     const SharedEvidence evidence(EvidenceRule::Bundle, claims->subject().identifier);
     application->setEvidence(evidence);
     bundle->setEvidence(evidence);
     application->addChild(bundle);
     addEntry(application);
     std::vector<std::string> pathes{path};
-    for (auto& nested : nestedApplications(m_uninstaller.files, path))
-        pathes.push_back(std::move(nested));
+    std::ranges::move(contents.applications, std::back_inserter(pathes));
     m_parts.finder.findAllResourcesForApplications(pathes, *application,
                                                    {*claims, m_parts.ownership.checksWeakMatches()});
 }

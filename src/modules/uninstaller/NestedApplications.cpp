@@ -1,24 +1,37 @@
 #include "modules/uninstaller/NestedApplications.h"
 
-#include "platform/DirectoryEnumerator.h"
-#include "platform/FileManager.h"
+#include "appcore/sizes/DiskSizes.h"
 #include "platform/TargetPath.h"
+
+#include <algorithm>
+#include <mutex>
 
 namespace sweeply {
 
-std::vector<std::string> nestedApplications(const FileManager& files, const std::string& bundle) {
-    std::vector<std::string> found;
-    auto walk = files.enumeratorAtPath(bundle);
-    while (const auto entry = walk.next()) {
-        if (entry->type != FileType::Directory)
-            continue;
-        const auto extension = pathExtension(entry->path);
-        if (extension == "lproj" || lastPathComponent(entry->path) == "Frameworks")
-            walk.skipDescendants();
-        else if (extension == "app")
-            found.push_back(joinedPath(bundle, entry->path));
+namespace {
+
+/// Is it in a folder that holds no applications of the person's?
+bool isPartOfAnother(std::string_view path) {
+    for (auto folder = pathWithoutLastComponent(path); !folder.empty(); folder = pathWithoutLastComponent(folder)) {
+        if (pathExtension(folder) == "lproj" || lastPathComponent(folder) == "Frameworks")
+            return true;
     }
-    return found;
+    return false;
+}
+
+} // namespace
+
+BundleContents contentsOfBundle(const DiskSizes& sizes, const std::string& bundle) {
+    BundleContents contents;
+    std::mutex mutex;
+    contents.measured = sizes.measure(bundle, [&](const std::string& path) {
+        if (pathExtension(path) != "app" || isPartOfAnother(path))
+            return;
+        const std::lock_guard lock(mutex);
+        contents.applications.push_back(joinedPath(bundle, path));
+    });
+    std::ranges::sort(contents.applications);
+    return contents;
 }
 
 } // namespace sweeply

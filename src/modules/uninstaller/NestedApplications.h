@@ -1,13 +1,20 @@
 #pragma once
 
+#include "platform/ItemIdentity.h"
+
 #include <string>
 #include <vector>
 
 namespace sweeply {
 
-class FileManager;
+class DiskSizes;
 
-/// The applications inside a bundle, at any depth; frameworks and localizations are not looked into.
-[[nodiscard]] std::vector<std::string> nestedApplications(const FileManager& files, const std::string& bundle);
+/// What one walk through a bundle tells.
+struct BundleContents {
+    MeasuredItem measured;
+    /// The applications in it, at any depth, but not in frameworks and localizations.
+    std::vector<std::string> applications;
+};
+[[nodiscard]] BundleContents contentsOfBundle(const DiskSizes& sizes, const std::string& bundle);
 
 } // namespace sweeply
