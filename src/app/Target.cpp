@@ -68,6 +68,17 @@ std::string preferencesFileFor(const FileManager& files, const FolderConstants& 
 
 } // namespace
 
+bool namesUser(const TargetOptions& options) { return std::ranges::any_of(options.references, isUserReference); }
+
+TargetOptions forUser(TargetOptions options, const std::string& user) {
+    auto& references = options.references;
+    for (auto named = std::ranges::find_if(references, isUserReference); named != references.end();
+         named = std::ranges::find_if(references, isUserReference))
+        references.erase(named, named + std::min<std::ptrdiff_t>(2, references.end() - named));
+    references.insert(references.begin(), {"-u", user}); // others may speak of the home
+    return options;
+}
+
 Result<SystemVersion> versionOf(const FileManager& files, const TargetOptions& options) {
     if (options.osVersion) {
         if (const auto version = SystemVersion::fromProductVersion(*options.osVersion))
@@ -120,7 +131,7 @@ Result<std::optional<Target>> openTarget(const TargetOptions& options, SystemLog
 
     const auto& references = options.references;
     FolderConstants folders = caller();
-    if (!(*files)->isHostRoot() && std::ranges::none_of(references, isUserReference)) {
+    if (!(*files)->isHostRoot() && !namesUser(options)) {
         auto user = onlyUserOf(**files);
         if (!user)
             return Failure(user.error());

@@ -66,6 +66,11 @@ struct Target {
 /// Those whose homes have a Library or may have one, by their names; a home with two names has one user.
 [[nodiscard]] Result<std::vector<TargetUser>> usersOf(const FileManager& files);
 
+/// Do the options say whose files are meant?
+[[nodiscard]] bool namesUser(const TargetOptions& options);
+/// The same for this user, whomever they named.
+[[nodiscard]] TargetOptions forUser(TargetOptions options, const std::string& user);
+
 /// Which system it is; an error says in one line that there is none, or what is wrong with the options.
 [[nodiscard]] Result<SystemVersion> versionOf(const FileManager& files, const TargetOptions& options);
 

@@ -136,7 +136,7 @@ void AllUsersRun::printHeading(const std::string& title) const {
 
 Result<Step> AllUsersRun::begin(PartRun& part, const std::string& user, TargetShare share) {
     CommandLine line = m_line;
-    line.target.references.insert(line.target.references.begin(), {"-u", user}); // others may speak of the home
+    line.target = forUser(std::move(line.target), user);
     auto session = Session::open(line, m_log, outputOf(part), std::move(share));
     if (!session)
         return Failure(session.error());

@@ -83,6 +83,7 @@ void ADScanController::startScan() {
     updateInterfaceAndWaitUntilDone(true);
     startThread([this] {
         logExceptionsOf([this] { scanThread(); });
+        m_hasLooked = true;
         finishScan();
         if (m_delegate)
             m_delegate->childControllerStopped();

@@ -64,6 +64,8 @@ class ADScanController : public ModuleResults, public ModuleHooks, public Module
 
     [[nodiscard]] bool ifScanRunning() const override { return m_scanRunning; }
     [[nodiscard]] bool ifCleanRunning() const override { return m_cleanRunning; }
+    /// Has a scan ended since the start? Until then nobody knows what there is.
+    [[nodiscard]] bool hasLooked() const { return m_hasLooked; }
     void startScan() override;
     void startClean() override;
     /// Files dropped on the module: analysed on a thread of its own. Ignored during a scan of the module and during any
@@ -99,6 +101,7 @@ class ADScanController : public ModuleResults, public ModuleHooks, public Module
     std::atomic<bool> m_takesPartInScan{true};
     std::atomic<bool> m_scanRunning{false};
     std::atomic<bool> m_cleanRunning{false};
+    std::atomic<bool> m_hasLooked{false};
     std::vector<NotificationCenter::Subscription> m_subscriptions;
     std::jthread m_thread; ///< of the last scan; started and joined by the main thread
 };

@@ -3,6 +3,7 @@
 #include "engine/ADScanControllerView.h"
 #include "engine/ScanCoordinator.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace sweeply {
@@ -56,6 +57,9 @@ std::uint64_t ScanObject::size() const { return m_controller ? m_controller->tot
 std::size_t ScanObject::filesFound() const { return m_controller ? m_controller->filesFound() : 0; }
 float ScanObject::progress() const { return m_controller ? m_controller->procentDone() : 0.0F; }
 bool ScanObject::isScanning() const { return m_controller && m_controller->ifScanRunning(); }
+bool ScanObject::hasLooked() const {
+    return m_controller && std::ranges::any_of(m_controller->parts(), &ADScanController::hasLooked);
+}
 bool ScanObject::isRemoving() const { return m_controller && m_controller->ifCleanRunning(); }
 
 } // namespace sweeply

@@ -48,6 +48,8 @@ class ScanObject final {
 
     // The module's figures, neutral without one
 
+    /// Has any part of the module been scanned? Until then its size of 0 says nothing.
+    [[nodiscard]] bool hasLooked() const;
     [[nodiscard]] std::uint64_t size() const;
     [[nodiscard]] std::size_t filesFound() const;
     [[nodiscard]] float progress() const;

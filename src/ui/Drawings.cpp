@@ -6,6 +6,7 @@
 #include <QPixmap>
 #include <QString>
 #include <QSvgRenderer>
+#include <iterator>
 
 namespace sweeply::drawings {
 
@@ -71,6 +72,10 @@ constexpr const char* kBroom =
     "<path d='M17.500 5l-5 7M9 11l5.500 3.800M9 11c-1.500 2.500-3.200 3.500-4.500 4c2 2.500 4.500 4 8 "
     "4.500c1.200-1.300 1.800-3 2-4.700M8.200 16.600l1.500-1.600'/>";
 
+/// By view code; the overview's first.
+constexpr const char* kModuleColours[] = {"#1d7f8c", "#3f7ad8", "#c98a1b", "#2f9e63", "#7b5cc4",
+                                          "#56616e", "#c2558c", "#d2622f", "#b23b3b"};
+
 } // namespace
 
 QIcon application() { return tile("#1d7f8c", kBroom); }
@@ -78,24 +83,28 @@ QIcon application() { return tile("#1d7f8c", kBroom); }
 QIcon module(std::uint8_t viewCode) {
     switch (viewCode) {
     case 1:
-        return tile("#3f7ad8", kDisk);
+        return tile(kModuleColours[1], kDisk);
     case 2:
-        return tile("#c98a1b", kPage);
+        return tile(kModuleColours[2], kPage);
     case 3:
-        return tile("#2f9e63", kGlobe);
+        return tile(kModuleColours[3], kGlobe);
     case 4:
-        return tile("#7b5cc4", kChip);
+        return tile(kModuleColours[4], kChip);
     case 5:
-        return tile("#56616e", kBrackets);
+        return tile(kModuleColours[5], kBrackets);
     case 6:
-        return tile("#c2558c", kPuzzle);
+        return tile(kModuleColours[6], kPuzzle);
     case 7:
-        return tile("#d2622f", kBox);
+        return tile(kModuleColours[7], kBox);
     case 8:
-        return tile("#b23b3b", kShredder);
+        return tile(kModuleColours[8], kShredder);
     default:
-        return tile("#1d7f8c", kScreen);
+        return tile(kModuleColours[0], kScreen);
     }
+}
+
+QColor moduleColour(std::uint8_t viewCode) {
+    return QColor(QLatin1String(kModuleColours[viewCode < std::size(kModuleColours) ? viewCode : 0]));
 }
 
 QIcon iconFor(Icon icon) {

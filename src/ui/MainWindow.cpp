@@ -11,7 +11,9 @@
 #include "ui/RunFigures.h"
 #include "ui/RunToolBar.h"
 #include "ui/StartPage.h"
+#include "ui/TargetVolume.h"
 #include "ui/Text.h"
+#include "ui/UserMenu.h"
 #include "ui/WorkArea.h"
 
 #include <QAction>
@@ -50,7 +52,8 @@ MainWindow::MainWindow(Desktop& desktop, std::vector<std::string> arguments)
     : m_desktop(desktop), m_arguments(std::move(arguments)), m_central(new QStackedWidget),
       m_startPage(new StartPage([this](const QString& folder) { chooseTarget(folder); })),
       m_toolBar(new RunToolBar([this] { refresh(); })), m_figures(new RunFigures),
-      m_showsInformation(new QAction(localized("&Information"), this)) {
+      m_showsInformation(new QAction(localized("&Information"), this)),
+      m_users(new UserMenu(this, [this](const std::string& user) { changeUser(user); })) {
     setWindowTitle(QStringLiteral("Sweeply"));
     setWindowIcon(drawings::application());
     m_desktop.alerts.setParent(this);
@@ -91,6 +94,7 @@ void MainWindow::makeMenus() {
     m_showsInformation->setCheckable(true);
     m_showsInformation->setShortcut(QKeySequence(QStringLiteral("Ctrl+I")));
     menuBar()->addMenu(localized("&View"))->addAction(m_showsInformation);
+    menuBar()->addMenu(m_users);
     auto* help = menuBar()->addMenu(localized("&Help"));
     help->addAction(localized("&About Sweeply"), this, [this] { showAbout(this); });
 }
@@ -121,7 +125,9 @@ QString MainWindow::openTargetAt(const TargetOptions& options) {
         return QString::fromStdString(target.error().message());
     if (!*target)
         return QString::fromStdString(output.str());
+    const auto users = usersOf(*(*target)->files).value_or(std::vector<TargetUser>());
     leaveTarget();
+    m_options = options;
     m_session = std::make_unique<TargetSession>(**std::move(target), m_desktop, m_arguments, hooks());
     auto& application = m_session->application();
     application.scanController().setMainView(this);
@@ -131,13 +137,18 @@ QString MainWindow::openTargetAt(const TargetOptions& options) {
     m_startPage->showProblem({});
     const auto root = QString::fromStdString(application.target().files->rootPath());
     StartPage::remember(root);
-    setWindowTitle(QStringLiteral("Sweeply – ") + root);
+    m_users->showUsers(users, application.target().folders.userName);
+    const auto volume = volumeOf(root);
+    setWindowTitle(QStringLiteral("Sweeply – ") + nameOfTarget(volume, root));
+    if (volume.isReadOnly)
+        say(localized("This volume is read-only: nothing can be removed."));
     return {};
 }
 
 bool MainWindow::open(const TargetOptions& options, const std::vector<std::string>& files) {
-    const auto problem = openTargetAt(options);
-    if (!problem.isEmpty()) {
+    const auto chosen = withChosenUser(options, this);
+    const auto problem = chosen ? openTargetAt(*chosen) : QString();
+    if (!m_session) {
         // On a machine that is no Mac this is how most people start; nothing is wrong then.
         m_startPage->showProblem(options.root ? problem : QString());
         m_filesToOpen = files;
@@ -147,19 +158,38 @@ bool MainWindow::open(const TargetOptions& options, const std::vector<std::strin
 }
 
 void MainWindow::chooseTarget(const QString& folder) {
-    const auto problem = openTargetAt({utf8(QFileInfo(folder).canonicalFilePath()), {}, {}, {}});
+    if (const auto options = withChosenUser({utf8(QFileInfo(folder).canonicalFilePath()), {}, {}, {}}, this))
+        openChosen(*options);
+}
+
+void MainWindow::changeUser(const std::string& user) {
+    if (!isAnythingRunning())
+        openChosen(forUser(m_options, user));
+}
+
+void MainWindow::openChosen(const TargetOptions& options) {
+    const auto problem = openTargetAt(options);
     m_startPage->showProblem(problem);
+    if (!problem.isEmpty())
+        return say(problem);
     // Another Sweeply has the files then; this one goes on with its own Mac.
-    if (problem.isEmpty() && !m_session->takeRequests(std::exchange(m_filesToOpen, {})))
+    if (!m_session->takeRequests(std::exchange(m_filesToOpen, {})))
         say(localized("Sweeply runs already; files that you open go there."));
 }
 
+bool MainWindow::isAnythingRunning() {
+    if (!m_session)
+        return false;
+    const auto& controller = m_session->application().scanController();
+    const bool isRunning = controller.ifScanRunning() || controller.ifCleanRunning();
+    if (isRunning)
+        say(localized("Stop what is running first."));
+    return isRunning;
+}
+
 void MainWindow::chooseAnotherTarget() {
-    if (m_session) {
-        const auto& controller = m_session->application().scanController();
-        if (controller.ifScanRunning() || controller.ifCleanRunning())
-            return say(localized("Stop what is running first."));
-    }
+    if (isAnythingRunning())
+        return;
     leaveTarget();
     m_central->setCurrentWidget(m_startPage);
 }
@@ -189,6 +219,7 @@ void MainWindow::leaveTarget() {
     m_session.reset();
     m_desktop.mainThread.open();
     m_figures->clear();
+    m_users->hideUsers();
     setWindowTitle(QStringLiteral("Sweeply"));
 }
 

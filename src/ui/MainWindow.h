@@ -19,6 +19,7 @@ class InformationDock;
 class RunFigures;
 class RunToolBar;
 class StartPage;
+class UserMenu;
 class WorkArea;
 
 /// The window: first where to choose a target, then everything about the one that was chosen. It opens and leaves
@@ -49,8 +50,13 @@ class MainWindow final : public QMainWindow, private MainView {
     void makeMenus();
     [[nodiscard]] WindowHooks hooks();
     [[nodiscard]] QString openTargetAt(const TargetOptions& options);
+    /// The same, and says what is wrong or waits for files.
+    void openChosen(const TargetOptions& options);
+    void changeUser(const std::string& user);
     void chooseTarget(const QString& folder);
     void chooseAnotherTarget();
+    /// Says so, when anything does.
+    [[nodiscard]] bool isAnythingRunning();
     void showWork();
     void leaveTarget();
     [[nodiscard]] std::optional<std::string> targetPathOf(const QString& hostPath);
@@ -61,6 +67,7 @@ class MainWindow final : public QMainWindow, private MainView {
     Desktop& m_desktop;
     const std::vector<std::string> m_arguments;
     std::vector<std::string> m_filesToOpen; ///< as soon as a target is chosen
+    TargetOptions m_options;                ///< of the open target
     std::unique_ptr<TargetSession> m_session;
 
     QStackedWidget* m_central;
@@ -68,6 +75,7 @@ class MainWindow final : public QMainWindow, private MainView {
     RunToolBar* m_toolBar;
     RunFigures* m_figures;
     QAction* m_showsInformation;
+    UserMenu* m_users;
     // Of the session; gone with it
     WorkArea* m_work = nullptr;
     InformationDock* m_dock = nullptr;

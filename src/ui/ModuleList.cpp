@@ -156,6 +156,8 @@ void ModuleList::refresh() {
             status = QString::fromStdString(stringSizeFromLong(row->size(), m_units));
         else if (isWorking)
             status = localized("Working…");
+        else if (row->viewName() < kUninstallerView)
+            status = row->hasLooked() ? localized("nothing to remove") : localized("not looked yet");
         entry.setText(status.isEmpty() ? name : name + QLatin1Char('\n') + status);
     }
     m_isRefreshing = false;

@@ -39,13 +39,19 @@ NodeModel::NodeModel(ADScanControllerView& module, TreeLock& treeLock, SizeUnits
 
 NodeModel::~NodeModel() { m_module.setContentOutline(nullptr); }
 
-std::pair<std::vector<Node::Pointer>, SortKeys> NodeModel::lookAt(const Node& node) const {
+std::pair<std::vector<Node::Pointer>, SortKeys> NodeModel::lookAt(Branch& branch) const {
     const std::lock_guard lock(m_treeLock);
-    return {node.children(), SortKeys(node.children(), m_order)};
+    const auto& children = branch.node->children();
+    branch.groups.clear();
+    for (const auto& child : children) {
+        if (child->hasChildren())
+            branch.groups.insert(child.get());
+    }
+    return {children, SortKeys(children, m_order)};
 }
 
 void NodeModel::fill(Branch& branch) const {
-    auto [children, keys] = lookAt(*branch.node);
+    auto [children, keys] = lookAt(branch);
     branch.inTree = addressesOf(children);
     keys.sort(children);
     branch.children = std::move(children);
@@ -216,7 +222,7 @@ void NodeModel::arrange(Branch& branch, std::vector<Node::Pointer> rows) {
 }
 
 void NodeModel::update(Branch& branch, bool rearranges) {
-    auto [now, keys] = lookAt(*branch.node);
+    auto [now, keys] = lookAt(branch);
     const bool isChanged = !std::ranges::equal(now, branch.inTree, {}, &Node::Pointer::get);
     if (isChanged)
         takeOver(branch, now);
@@ -261,11 +267,25 @@ bool NodeModel::hasChildren(const QModelIndex& parent) const {
     if (parent.column() > 0)
         return false;
     const auto& above = *static_cast<const Branch*>(parent.internalPointer());
-    const auto node = nodeAt(parent);
-    if (const auto known = above.open.find(node.get()); known != above.open.end())
-        return !known->second->children.empty();
-    const std::lock_guard lock(m_treeLock);
-    return node->hasChildren();
+    const Node* node = above.children[static_cast<std::size_t>(parent.row())].get();
+    if (above.open.empty() && above.groups.empty())
+        return false;
+    const auto known = above.open.find(node);
+    return known != above.open.end() ? !known->second->children.empty() : above.groups.contains(node);
+}
+
+Qt::CheckState NodeModel::markOf(const Node& node) {
+    if (!node.hasChildren())
+        return node.ifEnabled() ? Qt::Checked : Qt::Unchecked;
+    switch (node.state()) {
+    case CheckState::Checked:
+        return Qt::Checked;
+    case CheckState::Mixed:
+        return Qt::PartiallyChecked;
+    case CheckState::Unchecked:
+        break;
+    }
+    return Qt::Unchecked;
 }
 
 QVariant NodeModel::data(const QModelIndex& index, int role) const {
@@ -284,13 +304,8 @@ QVariant NodeModel::data(const QModelIndex& index, int role) const {
             return QString::fromStdString(stringSizeFromLong(node->longSize(), m_units));
         if (role == Qt::DisplayRole)
             return QString::fromStdString(node->stringCount());
-        if (role == Qt::CheckStateRole && index.column() == Name) {
-            const auto state =
-                node->hasChildren() ? node->state() : (node->ifEnabled() ? CheckState::Checked : CheckState::Unchecked);
-            return state == CheckState::Checked ? Qt::Checked
-                   : state == CheckState::Mixed ? Qt::PartiallyChecked
-                                                : Qt::Unchecked;
-        }
+        if (role == Qt::CheckStateRole && index.column() == Name)
+            return markOf(*node);
         path = node->path();
         icon = node->icon();
     }

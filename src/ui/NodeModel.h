@@ -37,6 +37,8 @@ class NodeModel final : public QAbstractItemModel, public ContentOutline {
     /// Where a node stands in column Name; nowhere for the root, and for one that is not shown yet or any more.
     [[nodiscard]] QModelIndex indexOf(const Node& node) const;
     [[nodiscard]] ADScanControllerView& module() const { return m_module; }
+    /// What a node's box shows. Under the tree lock.
+    [[nodiscard]] static Qt::CheckState markOf(const Node& node);
     /// Takes over all changes now.
     void update();
     /// Tells what is selected, for the engine.
@@ -64,9 +66,10 @@ class NodeModel final : public QAbstractItemModel, public ContentOutline {
     struct Branch {
         Node::Pointer node;
         Branch* parent = nullptr;
-        int row = 0;                         ///< in the parent's children
-        std::vector<Node::Pointer> children; ///< in the order of the rows
-        std::vector<const Node*> inTree;     ///< the same in the tree's order
+        int row = 0;                            ///< in the parent's children
+        std::vector<Node::Pointer> children;    ///< in the order of the rows
+        std::vector<const Node*> inTree;        ///< the same in the tree's order
+        std::unordered_set<const Node*> groups; ///< those of them that have children; not asked of each row again
         std::unordered_map<const Node*, std::unique_ptr<Branch>> open;
     };
 
@@ -75,8 +78,8 @@ class NodeModel final : public QAbstractItemModel, public ContentOutline {
     [[nodiscard]] QModelIndex indexOf(const Branch& branch) const;
     /// Makes the lists of a new branch.
     void fill(Branch& branch) const;
-    /// The children in the tree's order, and what to sort them by.
-    [[nodiscard]] std::pair<std::vector<Node::Pointer>, SortKeys> lookAt(const Node& node) const;
+    /// The node's children in the tree's order, and what to sort them by. Notes which are groups.
+    [[nodiscard]] std::pair<std::vector<Node::Pointer>, SortKeys> lookAt(Branch& branch) const;
     void update(Branch& branch, bool rearranges);
     /// Removes and appends rows until they are those of the tree, in whatever order.
     void takeOver(Branch& branch, const std::vector<Node::Pointer>& now);

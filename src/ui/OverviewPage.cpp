@@ -2,23 +2,27 @@
 
 #include "app/ModuleCatalog.h"
 #include "platform/Localization.h"
+#include "ui/TargetVolume.h"
 #include "ui/Text.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
-#include <QStorageInfo>
 #include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace sweeply {
 
 namespace {
 
-QString sizeText(std::uint64_t bytes, SizeUnits units) {
-    return QString::fromStdString(stringSizeFromLong(bytes, units));
+/// Of what may not have been looked at.
+using Size = std::optional<std::uint64_t>;
+
+QString sizeText(const Size& bytes, SizeUnits units) {
+    return bytes ? QString::fromStdString(stringSizeFromLong(*bytes, units)) : localized("not looked yet");
 }
 
 QLabel* titled(const QString& text, double scale, bool isBold) {
@@ -101,7 +105,7 @@ class OverviewPage::DiskChart final : public QWidget {
 class OverviewPage::FindingsChart final : public QWidget {
   public:
     FindingsChart() { setAccessibleName(localized("What could be freed")); }
-    void setParts(std::vector<std::pair<QString, std::uint64_t>> parts, SizeUnits units) {
+    void setParts(std::vector<std::pair<QString, Size>> parts, SizeUnits units) {
         m_parts = std::move(parts);
         m_units = units;
         QStringList texts;
@@ -125,7 +129,7 @@ class OverviewPage::FindingsChart final : public QWidget {
         painter.setRenderHint(QPainter::Antialiasing);
         std::uint64_t most = 1;
         for (const auto& part : m_parts)
-            most = std::max(most, part.second);
+            most = std::max(most, part.second.value_or(0));
         int top = 0;
         for (const auto& [name, bytes] : m_parts) {
             const QRect row(0, top, width(), rowHeight());
@@ -142,7 +146,7 @@ class OverviewPage::FindingsChart final : public QWidget {
             painter.setPen(Qt::NoPen);
             painter.setBrush(track);
             painter.drawRoundedRect(bar, 3.5, 3.5);
-            const double length = bar.width() * static_cast<double>(bytes) / static_cast<double>(most);
+            const double length = bar.width() * static_cast<double>(bytes.value_or(0)) / static_cast<double>(most);
             if (layoutDirection() == Qt::RightToLeft)
                 bar.setLeft(bar.right() - length);
             else
@@ -156,13 +160,13 @@ class OverviewPage::FindingsChart final : public QWidget {
   private:
     [[nodiscard]] int rowHeight() const { return fontMetrics().height() + 24; }
 
-    std::vector<std::pair<QString, std::uint64_t>> m_parts;
+    std::vector<std::pair<QString, Size>> m_parts;
     SizeUnits m_units = SizeUnits::Decimal;
 };
 
 OverviewPage::OverviewPage(Application& application)
     : m_application(application), m_lastScan(new QLabel), m_freed(new QLabel), m_disk(new DiskChart),
-      m_findings(new FindingsChart) {
+      m_volume(titled({}, 0.9, false)), m_readOnly(titled({}, 1.0, true)), m_findings(new FindingsChart) {
     const auto& target = application.target();
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(28, 20, 28, 20);
@@ -171,9 +175,22 @@ OverviewPage::OverviewPage(Application& application)
                               "Mac OS X %@, %@'s files in %@",
                               {target.version.productVersion(), target.folders.userName, target.files->rootPath()})),
                           1.0, false));
+    m_readOnly->setWordWrap(true);
+    m_readOnly->setFrameShape(QFrame::StyledPanel);
+    m_readOnly->setMargin(8);
+    m_readOnly->setText(
+        localized("This volume is read-only: you can look at everything, but nothing can be removed. Linux mounts a "
+                  "Mac's volume so when it has a journal or was not unmounted cleanly."));
+    all->addWidget(m_readOnly);
     auto* charts = new QHBoxLayout;
     charts->setSpacing(36);
-    charts->addWidget(m_disk, 2);
+    auto* disk = new QVBoxLayout;
+    disk->addWidget(m_disk, 1);
+    m_volume->setWordWrap(true);
+    m_volume->setAlignment(Qt::AlignCenter);
+    m_volume->setAccessibleName(localized("What the ring shows"));
+    disk->addWidget(m_volume);
+    charts->addLayout(disk, 2);
     auto* findings = new QVBoxLayout;
     findings->addWidget(titled(localized("What could be freed"), 1.15, true));
     findings->addWidget(m_findings);
@@ -190,17 +207,18 @@ OverviewPage::OverviewPage(Application& application)
 void OverviewPage::refresh() {
     const auto& controller = m_application.scanController();
     const auto units = m_application.units();
-    std::vector<std::pair<QString, std::uint64_t>> parts;
+    std::vector<std::pair<QString, Size>> parts;
     for (const auto& row : controller.rows()) {
         if (row->correspondingScanController()->workMode() == WorkMode::Cleaner && row->viewName() <= kExtensionsView)
-            parts.emplace_back(QString::fromStdString(row->name()), row->size());
+            parts.emplace_back(QString::fromStdString(row->name()),
+                               row->hasLooked() || row->filesFound() > 0 ? Size(row->size()) : std::nullopt);
     }
     m_findings->setParts(std::move(parts), units);
-    const QStorageInfo disk(QString::fromStdString(m_application.target().files->rootPath()));
-    if (disk.isValid())
-        m_disk->setFigures(static_cast<std::uint64_t>(disk.bytesTotal()),
-                           static_cast<std::uint64_t>(disk.bytesTotal() - disk.bytesFree()), controller.foundSize(),
-                           units);
+    const auto root = QString::fromStdString(m_application.target().files->rootPath());
+    const auto volume = volumeOf(root);
+    m_disk->setFigures(volume.total, volume.used, controller.foundSize(), units);
+    m_volume->setText(captionOf(volume, root));
+    m_readOnly->setVisible(volume.isReadOnly);
     const auto lastScan = controller.lastScannedOn();
     m_lastScan->setText(lastScan.empty() ? localized("Nothing was scanned yet. Press Scan to see what could be freed.")
                                          : QString::fromStdString(localizedFormat("Last scan: %@", {lastScan})));

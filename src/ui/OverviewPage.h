@@ -26,6 +26,8 @@ class OverviewPage final : public QWidget {
     QLabel* m_lastScan;
     QLabel* m_freed;
     DiskChart* m_disk;
+    QLabel* m_volume; ///< which one the ring shows
+    QLabel* m_readOnly;
     FindingsChart* m_findings;
 };
 

@@ -1,6 +1,11 @@
 #include "ui/ResultPage.h"
 
+#include "app/ModuleCatalog.h"
+#include "engine/ScanObject.h"
 #include "modules/draggedfiles/DropTargets.h"
+#include "ui/Drawings.h"
+#include "ui/ListAndMap.h"
+#include "ui/ResultMap.h"
 #include "ui/Text.h"
 
 #include <QApplication>
@@ -14,6 +19,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QStackedLayout>
+#include <QToolButton>
 #include <QTreeView>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -25,12 +31,17 @@ namespace {
 /// Expanding more than this by itself would hide what else there is.
 constexpr int kManyRows = 200;
 
+QColor colourOf(const ADScanControllerView& module) {
+    return drawings::moduleColour(module.scanObject() ? module.scanObject()->viewName() : kExtensionsView);
+}
+
 } // namespace
 
 ResultPage::ResultPage(ADScanControllerView& module, Services services, const QString& title, const QString& hint)
     : m_services(std::move(services)), m_model(module, m_services.treeLock, m_services.units, m_services.pictures),
       m_filter(new QLineEdit), m_outline(new QTreeView), m_hint(new QLabel(hint)), m_contents(new QStackedLayout),
-      m_anchor(*m_outline) {
+      m_anchor(*m_outline),
+      m_map(new ResultMap(*m_outline, m_model, m_services.treeLock, m_services.units, colourOf(module))) {
     auto* heading = new QLabel(title);
     auto font = heading->font();
     font.setPointSizeF(font.pointSizeF() * 1.4);
@@ -68,7 +79,9 @@ ResultPage::ResultPage(ADScanControllerView& module, Services services, const QS
     m_hint->setMargin(40);
     m_hint->setTextFormat(Qt::PlainText);
     m_contents->addWidget(m_hint);
-    m_contents->addWidget(m_outline);
+    auto* listAndMap = new ListAndMap(m_outline, m_map);
+    top->addWidget(listAndMap->makeButton());
+    m_contents->addWidget(listAndMap);
     auto* all = new QVBoxLayout(this);
     all->addLayout(top);
     all->addLayout(m_contents, 1);
@@ -119,6 +132,7 @@ void ResultPage::expandNew(const QModelIndex& parent, int first, int last) {
 }
 
 void ResultPage::filter(const QString& text) {
+    m_map->setFilter(text);
     // Unfiltered, the view works on the model itself: a filter costs a look at every item.
     QAbstractItemModel* wanted = &m_model;
     if (!text.isEmpty()) {
@@ -153,7 +167,10 @@ std::vector<Node::Pointer> ResultPage::selection() const {
     return nodes;
 }
 
-void ResultPage::showCurrent() { m_services.showInformation(module(), nodeAt(m_outline->currentIndex())); }
+void ResultPage::showCurrent() {
+    m_services.showInformation(module(), nodeAt(m_outline->currentIndex()));
+    m_map->showCurrent();
+}
 
 void ResultPage::showMenu(const QPoint& place) {
     const auto nodes = selection();

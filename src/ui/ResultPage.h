@@ -20,6 +20,7 @@ class QTreeView;
 namespace sweeply {
 
 class ADDropImageView;
+class ResultMap;
 struct Drag;
 class SystemLog;
 
@@ -76,6 +77,7 @@ class ResultPage final : public QWidget {
     QLabel* m_hint;
     QStackedLayout* m_contents;
     ScrollAnchor m_anchor;
+    ResultMap* m_map;
 };
 
 } // namespace sweeply

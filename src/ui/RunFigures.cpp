@@ -38,16 +38,19 @@ RunFigures::RunFigures() : m_figures(new QLabel), m_currentItem(new QLabel) {
 void RunFigures::show(Application& application) {
     const auto& controller = application.scanController();
     const auto size = [&](std::uint64_t bytes) { return stringSizeFromLong(bytes, application.units()); };
+    const bool isKnown = std::ranges::any_of(controller.rows(),
+                                             [](const auto& row) { return row->hasLooked() || row->filesFound() > 0; });
+    const auto found = [&](std::uint64_t bytes) { return isKnown ? size(bytes) : localizedString("not looked yet"); };
     const QString all = QString::fromStdString(localizedFormat(
         "Found: %@   Checked: %@   Freed now: %@, in all: %@",
-        {size(controller.totalSize()), size(controller.foundSize()),
+        {found(controller.totalSize()), found(controller.foundSize()),
          size(application.statistics().currentRemovedAmountOfSpace()), application.statistics().totalSizeSaved()}));
     const bool isRoomy = m_figures->fontMetrics().horizontalAdvance(all) <= width();
     m_figures->setText(
         isRoomy ? all
                 : QString::fromStdString(localizedFormat(
                       "Checked: %@   Freed now: %@",
-                      {size(controller.foundSize()), size(application.statistics().currentRemovedAmountOfSpace())})));
+                      {found(controller.foundSize()), size(application.statistics().currentRemovedAmountOfSpace())})));
     m_figures->setToolTip(isRoomy ? QString() : all);
     m_currentItem->setText(m_currentItem->fontMetrics().elidedText(shown(itemAtWork(controller)), Qt::ElideMiddle,
                                                                    m_currentItem->width()));

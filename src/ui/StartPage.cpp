@@ -1,6 +1,7 @@
 #include "ui/StartPage.h"
 
 #include "cli/sample/SampleVolume.h"
+#include "ui/DiskImageHelp.h"
 #include "ui/Drawings.h"
 #include "ui/Text.h"
 
@@ -11,7 +12,6 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QStorageInfo>
 #include <QVBoxLayout>
 
 namespace sweeply {
@@ -21,8 +21,9 @@ namespace {
 constexpr const char* kLastTargets = "lastTargets";
 constexpr int kTargetsKept = 5;
 
-bool holdsMac(const QString& folder) {
-    return QDir(folder).exists(QStringLiteral("System/Library/CoreServices/SystemVersion.plist"));
+/// A click on a place that cannot be chosen comes as one, too.
+QString chosenPlace(const QListWidgetItem& item) {
+    return item.flags().testFlag(Qt::ItemIsEnabled) ? item.data(Qt::UserRole).toString() : QString();
 }
 
 } // namespace
@@ -45,6 +46,8 @@ StartPage::StartPage(std::function<void(const QString&)> choose)
     text->setAlignment(Qt::AlignCenter);
     m_places->setAccessibleName(localized("Places that hold a Mac OS X system"));
     m_places->setMaximumHeight(180);
+    m_places->setWordWrap(true);
+    m_places->hide();
     m_problem->setWordWrap(true);
     m_problem->setTextFormat(Qt::PlainText);
     m_problem->setAlignment(Qt::AlignCenter);
@@ -52,10 +55,12 @@ StartPage::StartPage(std::function<void(const QString&)> choose)
     auto* folder = new QPushButton(localized("Choose a Folder…"));
     folder->setDefault(true);
     auto* sample = new QPushButton(localized("Try It on a Sample"));
+    auto* images = new QPushButton(localized("Disk Images…"));
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     buttons->addWidget(folder);
     buttons->addWidget(sample);
+    buttons->addWidget(images);
     buttons->addStretch(1);
     auto* column = new QVBoxLayout;
     column->setSpacing(14);
@@ -73,26 +78,37 @@ StartPage::StartPage(std::function<void(const QString&)> choose)
     row->addStretch(1);
     connect(folder, &QPushButton::clicked, this, [this] { chooseFolder(); });
     connect(sample, &QPushButton::clicked, this, [this] { makeSample(); });
-    connect(m_places, &QListWidget::itemActivated, this,
-            [this](QListWidgetItem* item) { m_choose(item->data(Qt::UserRole).toString()); });
-    connect(m_places, &QListWidget::itemClicked, this,
-            [this](QListWidgetItem* item) { m_choose(item->data(Qt::UserRole).toString()); });
-    fill();
+    connect(images, &QPushButton::clicked, this, [this] { showDiskImageHelp(this); });
+    const auto chosen = [this](const QListWidgetItem* item) {
+        if (const auto place = chosenPlace(*item); !place.isEmpty())
+            m_choose(place);
+    };
+    connect(m_places, &QListWidget::itemActivated, this, chosen);
+    connect(m_places, &QListWidget::itemClicked, this, chosen);
 }
 
-void StartPage::fill() {
-    QStringList places;
-    for (const auto& volume : QStorageInfo::mountedVolumes()) {
-        if (volume.isReady() && holdsMac(volume.rootPath()))
-            places << volume.rootPath();
-    }
-    for (const auto& last : QSettings().value(QLatin1String(kLastTargets)).toStringList()) {
-        if (!places.contains(last) && holdsMac(last))
-            places << last;
-    }
+void StartPage::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    lookForPlaces();
+}
+
+void StartPage::lookForPlaces() {
+    m_search.clear();
+    m_search.start([this, last = QSettings().value(QLatin1String(kLastTargets)).toStringList()] {
+        QMetaObject::invokeMethod(this, [this, places = findMacPlaces(last)] { showPlaces(places); });
+    });
+}
+
+void StartPage::showPlaces(const QList<MacPlace>& places) {
+    m_places->clear();
     for (const auto& place : places) {
-        auto* item = new QListWidgetItem(drawings::module(0), place, m_places);
-        item->setData(Qt::UserRole, place);
+        const bool canBeChosen = place.obstacle.isEmpty();
+        auto* item = new QListWidgetItem(
+            drawings::module(0),
+            shown(utf8(place.path)) + QLatin1Char('\n') + (canBeChosen ? place.system : place.obstacle), m_places);
+        item->setData(Qt::UserRole, place.path);
+        if (!canBeChosen)
+            item->setFlags(Qt::NoItemFlags);
     }
     m_places->setVisible(!places.isEmpty());
 }
@@ -119,7 +135,7 @@ void StartPage::chooseFolder() {
 void StartPage::makeSample() {
     const QString folder = QDir(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation))
                                .filePath(QStringLiteral("sweeply/sample"));
-    if (!holdsMac(folder)) {
+    if (!lookAtPlace(folder).obstacle.isEmpty()) {
         QDir().mkpath(QFileInfo(folder).absolutePath());
         if (const auto written = writeSampleVolume(utf8(folder), 1); !written) {
             showProblem(QString::fromStdString(written.error().message()));

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "ui/MacPlaces.h"
+
 #include <QString>
+#include <QThreadPool>
 #include <QWidget>
 #include <functional>
 
@@ -10,7 +13,7 @@ class QListWidget;
 namespace sweeply {
 
 /// Where a person says which Mac is meant: volumes found among the mounts, the last ones, a folder, or the sample to
-/// try things on. Main thread.
+/// try things on. Mounted volumes of a Mac's kind that cannot be chosen are listed with the reason. Main thread.
 class StartPage final : public QWidget {
   public:
     /// `choose` gets the folder on this machine that holds the system.
@@ -21,14 +24,20 @@ class StartPage final : public QWidget {
     /// Remembers a target that was opened.
     static void remember(const QString& folder);
 
+  protected:
+    /// Looks again: volumes come and go.
+    void showEvent(QShowEvent* event) override;
+
   private:
-    void fill();
+    void lookForPlaces();
+    void showPlaces(const QList<MacPlace>& places);
     void chooseFolder();
     void makeSample();
 
     const std::function<void(const QString&)> m_choose;
     QListWidget* m_places;
     QLabel* m_problem;
+    QThreadPool m_search; ///< last: it ends before the rest goes
 };
 
 } // namespace sweeply

@@ -69,7 +69,6 @@ int main(int argc, char** argv) {
 
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("sweeply"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Sweeply"));
     QApplication::setOrganizationName(QStringLiteral("sweeply"));
     QApplication::setDesktopFileName(QStringLiteral("com.brindle.Sweeply"));
     QApplication::setWindowIcon(drawings::application());
