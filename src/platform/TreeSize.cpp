@@ -4,6 +4,7 @@
 #include "platform/DirectoryEnumerator.h"
 #include "platform/DirectoryReader.h"
 #include "platform/TargetPath.h"
+#include "platform/VolumeBoundary.h"
 #include "platform/WorkQueue.h"
 
 #include <cerrno>
@@ -11,6 +12,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
@@ -33,6 +35,7 @@ constexpr long kFewBlocks = 64;
 constexpr std::size_t kBatchBytes = 4096;
 /// Folders below are walked by one thread with few descriptors.
 constexpr std::size_t kSharedLevels = 32;
+constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 struct OpenFolder {
     UniqueFd fd;
@@ -53,7 +56,11 @@ std::string joinedRelative(const std::string& folder, std::string_view name) {
 
 class Sum final {
   public:
-    Sum(std::uint64_t block, const FolderMet& met) : m_block(block), m_met(met) {}
+    Sum(std::uint64_t block, const FolderMet& met, const std::stop_token& stop)
+        : m_block(block), m_met(met), m_stop(stop) {}
+
+    /// Before the sum: what is on another volume than this folder counts nothing.
+    void stayOnVolumeOf(int folder) { m_boundary.emplace(folder); }
 
     MeasuredItem of(UniqueFd folder) {
         Worker worker{{}, kBigTree, kFilesBetweenLooks, {}};
@@ -93,6 +100,11 @@ class Sum final {
 
     void walk(Worker& worker) {
         while (!worker.levels.empty()) {
+            if (m_stop.stop_requested()) {
+                worker.levels.clear();
+                worker.total.isWhole = false;
+                return;
+            }
             Level& level = worker.levels.back();
             const auto entry = level.reader.next();
             if (!entry) {
@@ -150,9 +162,10 @@ class Sum final {
         worker.total.identity.addEntry(name, size, modified);
     }
 
-    /// Something could not be looked at. It is no loss when it was removed or replaced since it was listed.
+    /// Something could not be looked at. It is no loss when it was removed or replaced since it was listed, or when it
+    /// is another volume that is passed over.
     static void lose(Worker& worker, int errorNumber) {
-        if (errorNumber != ENOENT && errorNumber != ENOTDIR && errorNumber != ELOOP)
+        if (errorNumber != ENOENT && errorNumber != ENOTDIR && errorNumber != ELOOP && errorNumber != EXDEV)
             worker.total.isWhole = false;
     }
 
@@ -160,7 +173,8 @@ class Sum final {
         std::string path;
         if (m_met)
             m_met(path = joinedRelative(parent.path, name));
-        UniqueFd fd(::openat(parent.fd.get(), name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        UniqueFd fd(m_boundary ? m_boundary->openFolder(parent.fd.get(), name)
+                               : UniqueFd(::openat(parent.fd.get(), name, kFolderFlags)));
         if (!fd)
             return lose(worker, errno);
         if (worker.levels.size() < kSharedLevels)
@@ -179,8 +193,15 @@ class Sum final {
     void walkAlone(Worker& worker, UniqueFd fd, const std::string& path) const {
         DirectoryEnumerator enumerator(std::move(fd));
         while (const auto entry = enumerator.next()) {
+            if (m_stop.stop_requested()) {
+                worker.total.isWhole = false;
+                return;
+            }
             if (entry->type == FileType::Directory) {
                 worker.total.identity.addEntry(lastPathComponent(entry->path));
+                if (m_boundary && !m_boundary->openFolder(enumerator.folder(), enumerator.name().c_str()) &&
+                    errno == EXDEV)
+                    enumerator.skipDescendants();
                 if (m_met)
                     m_met(joinedRelative(path, entry->path));
             } else if (const auto attributes = enumerator.attributes()) {
@@ -202,6 +223,8 @@ class Sum final {
 
     const std::uint64_t m_block;
     const FolderMet& m_met;
+    const std::stop_token& m_stop;
+    std::optional<VolumeBoundary> m_boundary; ///< none where mounts are entered
     const long m_blocksReadBefore = blocksReadByThisThread();
     std::mutex m_totalMutex;
     MeasuredItem m_total;    ///< guarded by m_totalMutex while helpers work
@@ -210,8 +233,12 @@ class Sum final {
 
 } // namespace
 
-MeasuredItem measureTree(UniqueFd folder, std::uint64_t block, const FolderMet& met) {
-    return Sum(block, met).of(std::move(folder));
+MeasuredItem measureTree(UniqueFd folder, std::uint64_t block, const FolderMet& met, const std::stop_token& stop,
+                         Mounts mounts) {
+    Sum sum(block, met, stop);
+    if (mounts == Mounts::PassOver)
+        sum.stayOnVolumeOf(folder.get());
+    return sum.of(std::move(folder));
 }
 
 } // namespace sweeply

@@ -1,5 +1,7 @@
 #include "ui/Drawings.h"
 
+#include "ui/PageCodes.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QPainter>
@@ -72,6 +74,8 @@ constexpr const char* kBroom =
     "<path d='M17.500 5l-5 7M9 11l5.500 3.800M9 11c-1.500 2.500-3.200 3.500-4.500 4c2 2.500 4.500 4 8 "
     "4.500c1.200-1.300 1.800-3 2-4.700M8.200 16.600l1.500-1.600'/>";
 
+constexpr const char* kMap = "<path d='M5 6h14v12H5zM12.500 6v12M12.500 11h6.500M16 11v7'/>";
+
 /// By view code; the overview's first.
 constexpr const char* kModuleColours[] = {"#1d7f8c", "#3f7ad8", "#c98a1b", "#2f9e63", "#7b5cc4",
                                           "#56616e", "#c2558c", "#d2622f", "#b23b3b"};
@@ -98,6 +102,8 @@ QIcon module(std::uint8_t viewCode) {
         return tile(kModuleColours[7], kBox);
     case 8:
         return tile(kModuleColours[8], kShredder);
+    case kSpaceView:
+        return tile("#4d8a3d", kMap);
     default:
         return tile(kModuleColours[0], kScreen);
     }

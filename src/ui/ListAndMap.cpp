@@ -16,13 +16,13 @@ bool isMapWanted() { return QSettings().value(QLatin1String(kShowsMap)).toBool()
 
 } // namespace
 
-ListAndMap::ListAndMap(QWidget* list, QWidget* map) : m_map(map) {
+ListAndMap::ListAndMap(QWidget* list, QWidget* map, Shows shows) : m_map(map) {
     addWidget(list);
     addWidget(map);
     setChildrenCollapsible(false);
     setStretchFactor(0, 3);
     setStretchFactor(1, 2);
-    m_map->setVisible(isMapWanted());
+    m_map->setVisible(shows == Shows::Both || isMapWanted());
 }
 
 QToolButton* ListAndMap::makeButton() {

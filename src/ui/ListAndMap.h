@@ -10,8 +10,10 @@ namespace sweeply {
 /// Whether it is wanted is remembered for all pages. Main thread.
 class ListAndMap final : public QSplitter {
   public:
+    enum class Shows { WhatIsWanted, Both };
+
     /// Takes both over.
-    ListAndMap(QWidget* list, QWidget* map);
+    ListAndMap(QWidget* list, QWidget* map, Shows shows = Shows::WhatIsWanted);
 
     /// The button that shows and hides the map; whoever asks for it lays it out and owns it.
     [[nodiscard]] QToolButton* makeButton();

@@ -4,6 +4,7 @@
 #include "appcore/sizes/SizeDisplay.h"
 #include "platform/Localization.h"
 #include "ui/Drawings.h"
+#include "ui/PageCodes.h"
 #include "ui/Text.h"
 
 #include <QPainter>
@@ -71,6 +72,7 @@ ModuleList::ModuleList(ScanController& controller, SizeUnits units, std::functio
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     addRow(0, localized("My Mac"));
+    addRow(kSpaceView, localized("What Takes the Space?"));
     addHeading(translatable("Cleaner"));
     bool isUninstallerReached = false;
     for (const auto& row : controller.rows()) {

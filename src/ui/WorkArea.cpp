@@ -5,8 +5,10 @@
 #include "ui/InformationPanel.h"
 #include "ui/ModuleList.h"
 #include "ui/OverviewPage.h"
+#include "ui/PageCodes.h"
 #include "ui/RebuildRow.h"
 #include "ui/Scrolled.h"
+#include "ui/SpacePage.h"
 #include "ui/TargetSession.h"
 #include "ui/Text.h"
 #include "ui/UnreadRow.h"
@@ -54,6 +56,7 @@ WorkArea::WorkArea(TargetSession& session, InformationPanel& information, Window
       m_unread(new UnreadRow(session.application())) {
     auto& application = session.application();
     addPage(kOverview, scrolled(m_overview, localized("My Mac")));
+    addPage(kSpaceView, new SpacePage({*application.target().files, application.units(), m_services.targetPath}));
     for (const auto& row : application.scanController().rows())
         addPage(row->viewName(), pageFor(*row));
     m_pictures.setChanged([this] {
