@@ -19,6 +19,8 @@ namespace {
 constexpr int kMarkSide = 15;
 constexpr int kGap = 4; ///< between a box's edge and what is written in it
 
+constexpr int kFewestLetters = 5; ///< that are worth writing
+
 QRectF rectangleOf(const MapArea& area) { return {area.x, area.y, area.width, area.height}; }
 
 bool isDark(const QColor& colour) { return qGray(colour.rgb()) < 140; }
@@ -120,6 +122,8 @@ void MapView::paintBox(QPainter& painter, const MapBox& box) const {
     painter.setPen(isDark(colour) ? Qt::white : Qt::black);
     const bool isMirrored = layoutDirection() == Qt::RightToLeft;
     const auto text = rectangle.adjusted(isMirrored ? kGap : before, 1, isMirrored ? -before : -kGap, 0);
+    if (text.width() < kFewestLetters * fontMetrics().averageCharWidth())
+        return;
     const auto write = [&](double top, const QString& words) {
         painter.drawText(QRectF(text.left(), text.top() + top, text.width(), line),
                          static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignVCenter),
@@ -131,7 +135,8 @@ void MapView::paintBox(QPainter& painter, const MapBox& box) const {
         return;
     }
     write(0, look.name);
-    write(line, look.size);
+    if (fontMetrics().horizontalAdvance(look.size) <= text.width())
+        write(line, look.size);
 }
 
 void MapView::paintEvent(QPaintEvent*) {

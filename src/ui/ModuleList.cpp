@@ -72,7 +72,7 @@ ModuleList::ModuleList(ScanController& controller, SizeUnits units, std::functio
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     addRow(0, localized("My Mac"));
-    addRow(kSpaceView, localized("What Takes the Space?"));
+    addRow(kSpaceView, localized("What takes the space?"));
     addHeading(translatable("Cleaner"));
     bool isUninstallerReached = false;
     for (const auto& row : controller.rows()) {
