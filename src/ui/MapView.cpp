@@ -11,6 +11,8 @@
 #include <QStyleOption>
 #include <QToolTip>
 #include <algorithm>
+#include <stop_token>
+#include <utility>
 
 namespace sweeply {
 
@@ -28,7 +30,6 @@ bool isDark(const QColor& colour) { return qGray(colour.rgb()) < 140; }
 } // namespace
 
 MapView::MapView(MapSource& source, const QString& name) : m_source(source) {
-    m_layouts.setMaxThreadCount(1);
     setAccessibleName(name);
     setFocusPolicy(Qt::StrongFocus);
     setMinimumSize(120, 90);
@@ -57,16 +58,12 @@ void MapView::setCurrent(std::optional<std::size_t> item) {
 
 void MapView::layOutLater() {
     const MapArea area{0, 0, static_cast<double>(width()), static_cast<double>(height())};
-    m_layouts.clear();
-    m_layouts.start([this, items = m_items, whole = m_whole, area, measures = m_measures, number = ++m_layout] {
-        auto boxes = layOut(*items, whole, area, measures);
-        QMetaObject::invokeMethod(this, [this, items, boxes = std::move(boxes), number]() mutable {
-            if (number != m_layout)
-                return;
+    m_layouts.start([this, items = m_items, whole = m_whole, area, measures = m_measures](const std::stop_token&) {
+        return [this, items, boxes = layOut(*items, whole, area, measures)]() mutable {
             m_boxes = std::move(boxes);
             m_drawn = items;
             update();
-        });
+        };
     });
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "ui/BackgroundJobs.h"
 #include "ui/MapLayout.h"
 
 #include <QColor>
 #include <QString>
-#include <QThreadPool>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -76,8 +76,7 @@ class MapView final : public QWidget {
     std::vector<MapBox> m_boxes;
     std::shared_ptr<const MapItems> m_drawn = m_items; ///< that m_boxes are of
     std::optional<std::size_t> m_current;
-    unsigned m_layout = 0; ///< number of the newest
-    QThreadPool m_layouts; ///< last: its thread ends before the rest goes
+    BackgroundJobs m_layouts;
 };
 
 } // namespace sweeply

@@ -13,6 +13,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QVBoxLayout>
+#include <stop_token>
 
 namespace sweeply {
 
@@ -93,10 +94,10 @@ void StartPage::showEvent(QShowEvent* event) {
 }
 
 void StartPage::lookForPlaces() {
-    m_search.clear();
-    m_search.start([this, last = QSettings().value(QLatin1String(kLastTargets)).toStringList()] {
-        QMetaObject::invokeMethod(this, [this, places = findMacPlaces(last)] { showPlaces(places); });
-    });
+    m_search.start(
+        [this, last = QSettings().value(QLatin1String(kLastTargets)).toStringList()](const std::stop_token&) {
+            return [this, places = findMacPlaces(last)] { showPlaces(places); };
+        });
 }
 
 void StartPage::showPlaces(const QList<MacPlace>& places) {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "ui/BackgroundJobs.h"
 #include "ui/MacPlaces.h"
 
 #include <QString>
-#include <QThreadPool>
 #include <QWidget>
 #include <functional>
 
@@ -37,7 +37,7 @@ class StartPage final : public QWidget {
     const std::function<void(const QString&)> m_choose;
     QListWidget* m_places;
     QLabel* m_problem;
-    QThreadPool m_search; ///< last: it ends before the rest goes
+    BackgroundJobs m_search;
 };
 
 } // namespace sweeply

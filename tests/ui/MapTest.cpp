@@ -2,14 +2,9 @@
 
 #include "ui/ResultMap.h"
 #include "ui/SpacePage.h"
-#include "ui/UserMenu.h"
 
-#include <QDialog>
 #include <QLabel>
 #include <QListWidget>
-#include <QMenu>
-#include <QMenuBar>
-#include <QPushButton>
 #include <QToolButton>
 #include <QTreeView>
 
@@ -113,37 +108,6 @@ TEST_F(MapTest, FoldersAreMeasuredEnteredAndLeftAndLinksLeadNowhere) {
     EXPECT_EQ(space.folder(), "/Users/sam/Space");
     std::filesystem::permissions(root() + "/Users/sam/Space/closed", std::filesystem::perms::owner_all);
     space.showFolder("/"); // and closed while it measures
-}
-
-TEST_F(MapTest, OneOfSeveralUsersIsAskedForAndChangedInTheMenu) {
-    EXPECT_EQ(m_window->windowTitle(), QStringLiteral("Sweeply – volume"));
-    EXPECT_FALSE(m_window->findChild<UserMenu*>()->menuAction()->isVisible());
-    m_window.reset();
-    m_folder.makeFile("volume/Users/ada/Library/Caches/of ada", 5000);
-    const auto openAs = [this](int row) {
-        QTimer::singleShot(50, [row] {
-            auto* dialog = QApplication::activeModalWidget();
-            ASSERT_NE(dialog, nullptr);
-            auto* list = dialog->findChild<QListWidget*>();
-            ASSERT_EQ(list->count(), 2);
-            list->setCurrentRow(row);
-            QTest::keyClick(list, Qt::Key_Return);
-        });
-        openWindow();
-    };
-    openAs(1);
-    const auto user = [this] { return m_window->session()->application().target().folders.userName; };
-    ASSERT_EQ(user(), "sam");
-    auto* menu = m_window->findChild<UserMenu*>();
-    ASSERT_TRUE(menu->menuAction()->isVisible());
-    tool("Scan")->trigger();
-    menu->actions().front()->trigger();
-    QTest::qWait(20);
-    EXPECT_EQ(user(), "sam") << "not while something runs";
-    ASSERT_TRUE(waitUntil([this] { return !controller().isScanning(); }));
-    menu->actions().front()->trigger();
-    ASSERT_TRUE(waitUntil([&] { return user() == "ada"; }));
-    EXPECT_TRUE(menu->actions().front()->isChecked());
 }
 
 } // namespace
