@@ -7,6 +7,7 @@
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace sweeply {
@@ -42,6 +43,7 @@ void showDiskImageHelp(QWidget* parent) {
     commands->setAccessibleName(localized("Commands"));
     commands->setMinimumHeight(commands->fontMetrics().lineSpacing() * 11);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    buttons->button(QDialogButtonBox::Close)->setText(localizedTitle("Close"));
     QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
     auto* all = new QVBoxLayout(&dialog);
     all->addWidget(

@@ -138,10 +138,7 @@ QString MainWindow::openTargetAt(const TargetOptions& options) {
     const auto root = QString::fromStdString(application.target().files->rootPath());
     StartPage::remember(root);
     m_users->showUsers(users, application.target().folders.userName);
-    const auto volume = volumeOf(root);
-    setWindowTitle(QStringLiteral("Sweeply – ") + nameOfTarget(volume, root));
-    if (volume.isReadOnly)
-        say(localized("This volume is read-only: nothing can be removed."));
+    setWindowTitle(QStringLiteral("Sweeply – ") + nameOfTarget(volumeOf(root), root));
     return {};
 }
 
