@@ -42,9 +42,10 @@ class SWApplicationCore final {
     /// The applications offered to the user, once they are known; what is known so far (nothing, mostly) when `control`
     /// is stopped meanwhile. Null waits without end.
     [[nodiscard]] Paths createApplicationsArrayForController(const WorkControl* control) const;
-    /// The same without an end to the waiting, for somebody who does not work with the list himself: what is missing
-    /// from it is no problem of his.
-    [[nodiscard]] Paths applicationsOnceKnown() const { return waitForApplications({}); }
+    /// The same for somebody who does not work with the list himself: what is missing from it is no problem of his.
+    [[nodiscard]] Paths applicationsOnceKnown(const std::stop_token& stop = {}) const {
+        return waitForApplications(stop);
+    }
     /// Everything the registry knew, unfiltered and with repetitions, or the list offered to the user when the registry
     /// was not asked. Does not wait.
     [[nodiscard]] Paths getAllApllicationArray() const;

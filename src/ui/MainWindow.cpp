@@ -78,6 +78,11 @@ MainWindow::~MainWindow() {
 
 void MainWindow::makeMenus() {
     auto* file = menuBar()->addMenu(localized("&File"));
+    m_addFiles = file->addAction(localized("&Add Files…"), QKeySequence::Open, this, [this] {
+        if (m_work)
+            m_work->addFiles();
+    });
+    m_addFiles->setEnabled(false);
     file->addAction(localized("Choose Another Mac…"), this, [this] { chooseAnotherTarget(); });
     file->addAction(localized("&Preferences…"), QKeySequence(QStringLiteral("Ctrl+,")), this,
                     [this] { showPreferences(); });
@@ -254,6 +259,7 @@ void MainWindow::terminate() {
 }
 
 void MainWindow::refresh() {
+    m_addFiles->setEnabled(m_work && m_work->takesFiles());
     if (!m_work)
         return;
     m_work->refresh();

@@ -79,6 +79,7 @@ class MainWindow final : public QMainWindow, private MainView {
     // Of the session; gone with it
     WorkArea* m_work = nullptr;
     InformationDock* m_dock = nullptr;
+    QAction* m_addFiles = nullptr; ///< in the menu
     QTimer m_refreshing;
     bool m_mayClose = false;
 };

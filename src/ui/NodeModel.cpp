@@ -1,6 +1,7 @@
 #include "ui/NodeModel.h"
 
 #include "appcore/sizes/SizeDisplay.h"
+#include "engine/tree/EvidenceText.h"
 #include "ui/Pictures.h"
 #include "ui/Text.h"
 
@@ -242,6 +243,14 @@ void NodeModel::update(Branch& branch, bool rearranges) {
         update(*child, rearranges);
 }
 
+QString NodeModel::reasonFor(const Node& node) {
+    const auto* evidence = node.evidence();
+    if (!evidence)
+        return {};
+    const auto against = node.ifEnabled() ? claimsBeside(*evidence) : reasonAgainstChecking(*evidence);
+    return shown(wordFor(evidence->strength) + ": " + sentenceFor(*evidence) + (against.empty() ? "" : " " + against));
+}
+
 // Qt's questions
 
 QModelIndex NodeModel::index(int row, int column, const QModelIndex& parent) const {
@@ -292,7 +301,7 @@ QVariant NodeModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid())
         return {};
     const auto node = nodeAt(index);
-    if (role == Qt::TextAlignmentRole && index.column() != Name)
+    if (role == Qt::TextAlignmentRole && index.column() != Name && index.column() != Why)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     std::string path;
     Icon icon = Icon::None;
@@ -302,6 +311,8 @@ QVariant NodeModel::data(const QModelIndex& index, int role) const {
             return shown(node->name());
         if (role == Qt::DisplayRole && index.column() == Size)
             return QString::fromStdString(stringSizeFromLong(node->longSize(), m_units));
+        if (index.column() == Why && (role == Qt::DisplayRole || role == Qt::ToolTipRole))
+            return reasonFor(*node);
         if (role == Qt::DisplayRole)
             return QString::fromStdString(node->stringCount());
         if (role == Qt::CheckStateRole && index.column() == Name)
@@ -319,7 +330,16 @@ QVariant NodeModel::data(const QModelIndex& index, int role) const {
 QVariant NodeModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    return section == Name ? localized("Name") : section == Size ? localized("Size") : localized("Items");
+    switch (section) {
+    case Name:
+        return localized("Name");
+    case Size:
+        return localized("Size");
+    case Count:
+        return localized("Items");
+    default:
+        return localized("Why it is listed");
+    }
 }
 
 Qt::ItemFlags NodeModel::flags(const QModelIndex& index) const {
@@ -337,6 +357,8 @@ bool NodeModel::setData(const QModelIndex& index, const QVariant&, int role) {
 }
 
 void NodeModel::sort(int column, Qt::SortOrder order) {
+    if (column == Why)
+        return; // nobody knows an order of reasons
     constexpr NodeKey kKeys[] = {NodeKey::Name, NodeKey::Size, NodeKey::Number};
     m_order = {kKeys[column], order == Qt::DescendingOrder};
     // The tree as well: what is equal keeps the order of the sorting before. The engine's arrows point the other way

@@ -26,7 +26,7 @@ class Pictures;
 /// persistent index keeps the item.
 class NodeModel final : public QAbstractItemModel, public ContentOutline {
   public:
-    enum Column { Name, Size, Count, ColumnCount };
+    enum Column { Name, Size, Count, Why, ColumnCount };
     enum Role { PathRole = Qt::UserRole };
 
     /// All outlive this.
@@ -88,6 +88,8 @@ class NodeModel final : public QAbstractItemModel, public ContentOutline {
     /// Gives the rows this order of the same nodes.
     void arrange(Branch& branch, std::vector<Node::Pointer> rows);
     static void renumber(Branch& branch);
+    /// Why an item is listed and how sure that is; empty for one without evidence. Under the tree lock.
+    [[nodiscard]] static QString reasonFor(const Node& node);
 
     ADScanControllerView& m_module;
     TreeLock& m_treeLock;

@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QPushButton>
 #include <QStackedLayout>
 #include <QToolButton>
 #include <QTreeView>
@@ -86,7 +87,12 @@ ResultPage::ResultPage(ADScanControllerView& module, Services services, const QS
     all->addLayout(top);
     all->addLayout(m_contents, 1);
 
+    showColumns();
     if (module.shouldRespondToDragEvents()) {
+        auto* add = new QPushButton(localized("Add…"));
+        add->setToolTip(localized("Choose files and folders of the Mac (Ctrl+O)"));
+        connect(add, &QPushButton::clicked, this, [this] { addFiles(); });
+        top->addWidget(add);
         m_dropTarget = std::make_unique<ADDropImageView>(module, m_services.log);
         m_dropTarget->setNeedsDisplay([this] {
             m_hint->setStyleSheet(m_dropTarget->showsFullImage()
@@ -110,7 +116,39 @@ ResultPage::ResultPage(ADScanControllerView& module, Services services, const QS
 
 ResultPage::~ResultPage() = default;
 
+void ResultPage::setPurpose(const QString& sentence) {
+    auto* purpose = new QLabel(sentence);
+    purpose->setWordWrap(true);
+    purpose->setTextFormat(Qt::PlainText);
+    static_cast<QVBoxLayout*>(layout())->insertWidget(1, purpose);
+}
+
 void ResultPage::addBelow(QWidget* row) { layout()->addWidget(row); }
+
+void ResultPage::showReasons() {
+    m_showsReasons = true;
+    m_outline->setTextElideMode(Qt::ElideMiddle); // paths, which differ at their ends
+    m_outline->header()->resizeSection(NodeModel::Why, 260);
+    showColumns();
+}
+
+void ResultPage::showColumns() {
+    m_outline->setColumnHidden(NodeModel::Count, m_showsReasons);
+    m_outline->setColumnHidden(NodeModel::Why, !m_showsReasons);
+}
+
+void ResultPage::addFiles() {
+    const auto isFree = [this] {
+        if (!module().validateDrop())
+            m_services.say(localized("Something is running. Add files when that has ended."));
+        return module().validateDrop();
+    };
+    if (!takesFiles() || !isFree())
+        return;
+    const auto paths = m_services.chooseFiles(QString::fromStdString(module().scanObject()->name()));
+    if (!paths.empty() && isFree())
+        module().receiveDragData(paths);
+}
 
 void ResultPage::showContents() { m_contents->setCurrentIndex(m_model.rowCount() > 0 ? 1 : 0); }
 
@@ -144,6 +182,7 @@ void ResultPage::filter(const QString& text) {
     if (m_outline->model() != wanted) {
         m_outline->setModel(wanted);
         m_anchor.watchModel();
+        showColumns();
         connect(m_outline->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { showCurrent(); });
     }
     if (text.isEmpty()) {

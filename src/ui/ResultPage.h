@@ -40,6 +40,8 @@ class ResultPage final : public QWidget {
         std::function<std::optional<std::string>(const QString&)> targetPath;
         /// Shows a line to the person.
         std::function<void(const QString&)> say;
+        /// Has the person choose files and folders of the target; none when nothing was chosen.
+        std::function<std::vector<std::string>(const QString& title)> chooseFiles;
     };
 
     /// All outlive this. `hint` says what to do while there is nothing to show.
@@ -49,6 +51,14 @@ class ResultPage final : public QWidget {
     [[nodiscard]] ADScanControllerView& module() const { return m_model.module(); }
     [[nodiscard]] NodeModel& model() { return m_model; }
     [[nodiscard]] QTreeView& outline() const { return *m_outline; }
+    /// May files be given to the module?
+    [[nodiscard]] bool takesFiles() const { return m_dropTarget != nullptr; }
+    /// Has the person choose files for the module, as if they were dropped here.
+    void addFiles();
+    /// Shows beside each item why it is listed, in place of how many it holds.
+    void showReasons();
+    /// Says below the heading what the module finds.
+    void setPurpose(const QString& sentence);
     /// A row of its own below the results; the page owns it.
     void addBelow(QWidget* row);
     /// Tells the information panel what is current here.
@@ -63,6 +73,7 @@ class ResultPage final : public QWidget {
     [[nodiscard]] Drag dragOf(const QDropEvent& event, bool isDropped) const;
     void filter(const QString& text);
     void showContents();
+    void showColumns();
     void expandNew(const QModelIndex& parent, int first, int last);
     void showMenu(const QPoint& place);
     [[nodiscard]] Node::Pointer nodeAt(const QModelIndex& index) const;
@@ -72,6 +83,7 @@ class ResultPage final : public QWidget {
     NodeModel m_model;
     QSortFilterProxyModel m_filtered;
     std::unique_ptr<ADDropImageView> m_dropTarget; ///< none where nothing may be dropped
+    bool m_showsReasons = false;
     QLineEdit* m_filter;
     QTreeView* m_outline;
     QLabel* m_hint;

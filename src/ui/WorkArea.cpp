@@ -1,6 +1,7 @@
 #include "ui/WorkArea.h"
 
 #include "app/ModuleCatalog.h"
+#include "ui/ApplicationsPage.h"
 #include "ui/ExtensionsPage.h"
 #include "ui/InformationPanel.h"
 #include "ui/ModuleList.h"
@@ -9,14 +10,15 @@
 #include "ui/RebuildRow.h"
 #include "ui/Scrolled.h"
 #include "ui/SpacePage.h"
+#include "ui/TargetChooser.h"
 #include "ui/TargetSession.h"
 #include "ui/Text.h"
 #include "ui/UnreadRow.h"
-#include "ui/WeakMatchesBox.h"
 
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace sweeply {
 
@@ -28,8 +30,8 @@ QString hintFor(std::uint8_t viewCode) {
     switch (viewCode) {
     case kUninstallerView:
         return localized(
-            "Drop applications or installer packages here. Everything that belongs to them is found and shown "
-            "before anything is removed.");
+            "Select applications in the list, or drop applications and installer packages here. Everything that "
+            "belongs to them is found and shown before anything is removed.");
     case kEraserView:
         return localized("Drop files and folders here. They are removed for good, and overwritten first if that is "
                          "switched on in the preferences.");
@@ -51,7 +53,8 @@ WorkArea::WorkArea(TargetSession& session, InformationPanel& information, Window
                      return QString::fromStdString(files.hostPath(path).value_or(std::string()));
                  },
                  std::move(window.targetPath),
-                 std::move(window.say)},
+                 std::move(window.say),
+                 [this](const QString& title) { return chooseFiles(title); }},
       m_pages(new QStackedWidget), m_overview(new OverviewPage(session.application())),
       m_unread(new UnreadRow(session.application())) {
     auto& application = session.application();
@@ -62,6 +65,7 @@ WorkArea::WorkArea(TargetSession& session, InformationPanel& information, Window
     m_pictures.setChanged([this] {
         for (auto* page : m_resultPages)
             page->model().reloadData();
+        m_applications->model().redraw();
     });
     m_modules = new ModuleList(application.scanController(), application.units(),
                                [this](std::uint8_t view) { showPage(view); });
@@ -90,14 +94,16 @@ QWidget* WorkArea::pageFor(const ScanObject& row) {
     if (row.viewName() == kExtensionsView)
         return new ExtensionsPage(m_session.application().extensions(),
                                   [this](auto&... how) { return makePage(how...); });
-    auto* page =
-        makePage(*row.correspondingScanController(), QString::fromStdString(row.name()), hintFor(row.viewName()));
-    if (row.viewName() == kUninstallerView) {
-        m_weakMatches = new WeakMatchesBox(m_session.application());
-        page->addBelow(m_weakMatches);
-        page->addBelow(new RebuildRow(m_session.launchDatabase()));
-    }
-    return page;
+    const bool isUninstaller = row.viewName() == kUninstallerView;
+    auto* page = makePage(*row.correspondingScanController(),
+                          isUninstaller ? localized("What Belongs to Them") : QString::fromStdString(row.name()),
+                          hintFor(row.viewName()));
+    page->setPurpose(QString::fromStdString(row.purpose()));
+    if (!isUninstaller)
+        return page;
+    m_applications = new ApplicationsPage(m_session.application(), m_pictures, *page);
+    page->addBelow(new RebuildRow(m_session.launchDatabase()));
+    return m_applications;
 }
 
 ResultPage* WorkArea::makePage(ADScanControllerView& module, const QString& title, const QString& hint) {
@@ -135,13 +141,30 @@ void WorkArea::showInformation(ADScanControllerView& module, const Node::Pointer
     m_information.show(node, {row->viewName(), QString::fromStdString(row->purpose()), module.pathsBehind(*node)});
 }
 
+ResultPage* WorkArea::pageThatTakesFiles() const {
+    const auto found =
+        std::ranges::find_if(m_resultPages, [](const auto* page) { return page->takesFiles() && page->isVisible(); });
+    return found == m_resultPages.end() ? nullptr : *found;
+}
+
+void WorkArea::addFiles() {
+    if (auto* page = pageThatTakesFiles())
+        page->addFiles();
+}
+
+std::vector<std::string> WorkArea::chooseFiles(const QString& title) {
+    TargetChooser chooser(*m_session.application().target().files, title, m_folderToChooseIn, window());
+    chooser.exec();
+    m_folderToChooseIn = chooser.folder();
+    return chooser.chosen();
+}
+
 void WorkArea::select(std::uint8_t viewCode) { m_modules->select(viewCode); }
 
 bool WorkArea::isShowingOverview() const { return m_pages->currentWidget() == m_pageOfView.at(kOverview); }
 
 void WorkArea::refresh() {
     m_modules->refresh();
-    m_weakMatches->refresh();
     m_information.refresh();
     m_unread->refresh();
     if (isShowingOverview())

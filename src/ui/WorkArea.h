@@ -15,12 +15,12 @@ class QStackedWidget;
 
 namespace sweeply {
 
+class ApplicationsPage;
 class InformationPanel;
 class ModuleList;
 class OverviewPage;
 class TargetSession;
 class UnreadRow;
-class WeakMatchesBox;
 
 /// The window's middle while a Mac is open: the list of modules, and the page of the one that is selected. Main thread.
 class WorkArea final : public QSplitter {
@@ -40,12 +40,18 @@ class WorkArea final : public QSplitter {
     /// Selects the module with that view code and shows its page; nothing when there is none.
     void select(std::uint8_t viewCode);
     [[nodiscard]] bool isShowingOverview() const;
+    /// May files be added where the person is?
+    [[nodiscard]] bool takesFiles() const { return pageThatTakesFiles() != nullptr; }
+    /// Has the person choose files there.
+    void addFiles();
     /// Takes over what has changed in the list, and on the overview while that is shown.
     void refresh();
 
   private:
     [[nodiscard]] QWidget* pageFor(const ScanObject& row);
     [[nodiscard]] ResultPage* makePage(ADScanControllerView& module, const QString& title, const QString& hint);
+    [[nodiscard]] ResultPage* pageThatTakesFiles() const;
+    [[nodiscard]] std::vector<std::string> chooseFiles(const QString& title);
     void addPage(std::uint8_t viewCode, QWidget* page);
     void showPage(std::uint8_t viewCode);
     void showInformation(ADScanControllerView& module, const Node::Pointer& node);
@@ -59,7 +65,8 @@ class WorkArea final : public QSplitter {
     UnreadRow* m_unread;
     std::map<std::uint8_t, QWidget*> m_pageOfView;
     std::vector<ResultPage*> m_resultPages;
-    WeakMatchesBox* m_weakMatches = nullptr;
+    ApplicationsPage* m_applications = nullptr;
+    std::string m_folderToChooseIn = "/";
     ModuleList* m_modules = nullptr;
 };
 

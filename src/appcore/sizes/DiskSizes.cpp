@@ -15,19 +15,19 @@ namespace sweeply {
 
 std::uint64_t DiskSizes::charged(std::uint64_t size) const { return roundedUp(size, allocationBlock(units())); }
 
-MeasuredItem DiskSizes::measure(std::string_view path, const FolderMet& met) const {
+MeasuredItem DiskSizes::measure(std::string_view path, const FolderMet& met, const std::stop_token& stop) const {
     if (path.empty())
         return {};
     if (normalisedPath(path) == "/") {
         auto root = m_fileManager.openDirectory(path);
-        auto item = root ? measureTree(std::move(*root), allocationBlock(units()), met) : MeasuredItem();
-        if (!item.isWhole)
+        auto item = root ? measureTree(std::move(*root), allocationBlock(units()), met, stop) : MeasuredItem();
+        if (!item.isWhole && !stop.stop_requested())
             tellWhatIsMissing("/");
         return item;
     }
     const auto item = m_fileManager.locate(path);
     if (item)
-        return measureItem(item->parent.get(), item->name.c_str(), std::string(path), met);
+        return measureItem(item->parent.get(), item->name.c_str(), std::string(path), met, stop);
     m_fileManager.addUnreadable(item.error());
     return {};
 }
@@ -46,23 +46,24 @@ MeasuredItem DiskSizes::measureFile(const FileAttributes& attributes) const {
     return item;
 }
 
-MeasuredItem DiskSizes::measureItem(int folder, const char* name, const std::string& path, const FolderMet& met) const {
+MeasuredItem DiskSizes::measureItem(int folder, const char* name, const std::string& path, const FolderMet& met,
+                                    const std::stop_token& stop) const {
     struct stat status {};
     if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return unreadable(errno, path);
     if (S_ISDIR(status.st_mode))
-        return measureFolder(folder, name, path, met);
+        return measureFolder(folder, name, path, met, stop);
     return measureFile(attributesFrom(status));
 }
 
-MeasuredItem DiskSizes::measureFolder(int folder, const char* name, const std::string& path,
-                                      const FolderMet& met) const {
+MeasuredItem DiskSizes::measureFolder(int folder, const char* name, const std::string& path, const FolderMet& met,
+                                      const std::stop_token& stop) const {
     UniqueFd opened(::openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     const int errorNumber = errno;
     MeasuredItem item;
     if (opened) {
-        item = measureTree(std::move(opened), allocationBlock(units()), met);
-        if (!item.isWhole)
+        item = measureTree(std::move(opened), allocationBlock(units()), met, stop);
+        if (!item.isWhole && !stop.stop_requested())
             tellWhatIsMissing(path);
     } else {
         item = unreadable(errorNumber, path);

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 
@@ -29,8 +30,9 @@ class DiskSizes final {
     [[nodiscard]] std::uint64_t folderSizeAtPath(std::string_view path) const { return measure(path).size; }
     /// A file's own size; else that of all below. A link in the tree is charged for itself, a folder nothing. Nothing
     /// is below a link at `path` itself. With it, what the item is now; of nothing, that nobody looked.
-    /// `met` is called with the folders in it.
-    [[nodiscard]] MeasuredItem measure(std::string_view path, const FolderMet& met = {}) const;
+    /// `met` is called with the folders in it. A stop ends it at once; the item is not whole then.
+    [[nodiscard]] MeasuredItem measure(std::string_view path, const FolderMet& met = {},
+                                       const std::stop_token& stop = {}) const;
     /// The same for an entry of a folder that is open, for those who ask for many of one folder. `path` is the entry's.
     [[nodiscard]] MeasuredItem measureEntry(int folder, const std::string& path) const;
     /// The same for what has these attributes and is no folder.
@@ -47,9 +49,9 @@ class DiskSizes final {
 
   private:
     [[nodiscard]] MeasuredItem measureItem(int folder, const char* name, const std::string& path,
-                                           const FolderMet& met = {}) const;
+                                           const FolderMet& met = {}, const std::stop_token& stop = {}) const;
     [[nodiscard]] MeasuredItem measureFolder(int folder, const char* name, const std::string& path,
-                                             const FolderMet& met) const;
+                                             const FolderMet& met, const std::stop_token& stop) const;
     [[nodiscard]] MeasuredItem unreadable(int errorNumber, std::string_view path) const;
     /// Looks once more, to say what it is that could not be read.
     void tellWhatIsMissing(const std::string& path) const;

@@ -87,6 +87,18 @@ std::string sentenceFor(const Evidence& evidence) {
     return localizedString("You named it.");
 }
 
+std::string wordFor(EvidenceStrength strength) {
+    switch (strength) {
+    case EvidenceStrength::Certain:
+        return localizedString("Certain");
+    case EvidenceStrength::Likely:
+        return localizedString("Likely");
+    case EvidenceStrength::Weak:
+        break;
+    }
+    return localizedString("Weak");
+}
+
 std::string claimsBeside(const Evidence& evidence) {
     return evidence.isClaimed() ? localizedFormat("It may also belong to %@.", {claimantsOf(evidence)}) : std::string();
 }

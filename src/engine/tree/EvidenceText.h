@@ -10,6 +10,9 @@ namespace sweeply {
 /// them harmless where it is shown.
 [[nodiscard]] std::string sentenceFor(const Evidence& evidence);
 
+/// How sure that is, as a word for people.
+[[nodiscard]] std::string wordFor(EvidenceStrength strength);
+
 /// Who else claims such an item, for one that is checked all the same; empty where nobody does.
 [[nodiscard]] std::string claimsBeside(const Evidence& evidence);
 
