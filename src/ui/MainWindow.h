@@ -76,10 +76,10 @@ class MainWindow final : public QMainWindow, private MainView {
     RunFigures* m_figures;
     QAction* m_showsInformation;
     UserMenu* m_users;
+    QAction* m_addFiles = nullptr; ///< in the menu
     // Of the session; gone with it
     WorkArea* m_work = nullptr;
     InformationDock* m_dock = nullptr;
-    QAction* m_addFiles = nullptr; ///< in the menu
     QTimer m_refreshing;
     bool m_mayClose = false;
 };
