@@ -6,6 +6,7 @@
 #include "ui/Drawings.h"
 #include "ui/InformationDock.h"
 #include "ui/InformationPanel.h"
+#include "ui/ManualPage.h"
 #include "ui/NewsLine.h"
 #include "ui/PreferencesDialog.h"
 #include "ui/RunFigures.h"
@@ -14,6 +15,7 @@
 #include "ui/TargetVolume.h"
 #include "ui/Text.h"
 #include "ui/UserMenu.h"
+#include "ui/TourBar.h"
 #include "ui/WorkArea.h"
 
 #include <QAction>
@@ -26,6 +28,7 @@
 #include <QSettings>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QVBoxLayout>
 #include <sstream>
 #include <utility>
 
@@ -49,8 +52,13 @@ void showAbout(QWidget* parent) {
 } // namespace
 
 MainWindow::MainWindow(Desktop& desktop, std::vector<std::string> arguments)
-    : m_desktop(desktop), m_arguments(std::move(arguments)), m_central(new QStackedWidget),
-      m_startPage(new StartPage([this](const QString& folder) { chooseTarget(folder); })),
+    : m_desktop(desktop), m_arguments(std::move(arguments)), m_central(new QStackedWidget), m_tour(new TourBar),
+      m_startPage(new StartPage({[this](const QString& folder) { chooseTarget(folder); },
+                                 [this](const QString& folder) {
+                                     chooseTarget(folder);
+                                     if (m_session)
+                                         m_tour->start();
+                                 }})),
       m_toolBar(new RunToolBar([this] { refresh(); })), m_figures(new RunFigures),
       m_showsInformation(new QAction(localized("&Information"), this)),
       m_users(new UserMenu(this, [this](const std::string& user) { changeUser(user); })) {
@@ -58,7 +66,13 @@ MainWindow::MainWindow(Desktop& desktop, std::vector<std::string> arguments)
     setWindowIcon(drawings::application());
     m_desktop.alerts.setParent(this);
     m_central->addWidget(m_startPage);
-    setCentralWidget(m_central);
+    auto* middle = new QWidget;
+    auto* column = new QVBoxLayout(middle);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_tour);
+    column->addWidget(m_central, 1);
+    setCentralWidget(middle);
     addToolBar(m_toolBar);
     makeMenus();
     statusBar()->addWidget(m_figures, 1);
@@ -101,6 +115,7 @@ void MainWindow::makeMenus() {
     menuBar()->addMenu(localized("&View"))->addAction(m_showsInformation);
     menuBar()->addMenu(m_users);
     auto* help = menuBar()->addMenu(localized("&Help"));
+    help->addAction(localized("&Manual"), QKeySequence::HelpContents, this, [this] { showManual(); });
     help->addAction(localized("&About Sweeply"), this, [this] { showAbout(this); });
 }
 
@@ -222,6 +237,7 @@ void MainWindow::leaveTarget() {
     m_desktop.mainThread.open();
     m_figures->clear();
     m_users->hideUsers();
+    m_tour->hide();
     setWindowTitle(QStringLiteral("Sweeply"));
 }
 
@@ -249,8 +265,10 @@ void MainWindow::reloadModuleList() {
 void MainWindow::actionButtonsChanged(const ActionButtons& buttons) { m_toolBar->showButtons(buttons); }
 
 void MainWindow::changeViewTo(std::uint8_t viewCode) {
-    if (m_work)
-        m_work->select(viewCode);
+    if (!m_work)
+        return;
+    showMac();
+    m_work->select(viewCode);
 }
 
 void MainWindow::terminate() {
@@ -264,7 +282,26 @@ void MainWindow::refresh() {
         return;
     m_work->refresh();
     m_figures->show(m_session->application());
+    showTour();
 }
+
+void MainWindow::showTour() {
+    auto& application = m_session->application();
+    const auto& controller = application.scanController();
+    m_tour->see({controller.isScanning() || controller.isRemoving(), controller.totalSize(), controller.foundSize(),
+                 application.statistics().currentRemovedAmountOfSpace(), !m_work->isShowingOverview()});
+}
+
+void MainWindow::showManual() {
+    if (!m_manual) {
+        m_manual = new ManualPage([this] { showMac(); });
+        m_central->addWidget(m_manual);
+    }
+    m_central->setCurrentWidget(m_manual);
+    m_manual->setFocus();
+}
+
+void MainWindow::showMac() { m_central->setCurrentWidget(m_work ? static_cast<QWidget*>(m_work) : m_startPage); }
 
 void MainWindow::say(const QString& text) { statusBar()->showMessage(text, kMessageTime); }
 

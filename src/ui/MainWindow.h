@@ -18,8 +18,10 @@ namespace sweeply {
 class InformationDock;
 class RunFigures;
 class RunToolBar;
+class ManualPage;
 class StartPage;
 class UserMenu;
+class TourBar;
 class WorkArea;
 
 /// The window: first where to choose a target, then everything about the one that was chosen. It opens and leaves
@@ -63,6 +65,10 @@ class MainWindow final : public QMainWindow, private MainView {
     void refresh();
     void say(const QString& text);
     void showPreferences();
+    void showManual();
+    /// The start page or the work on the target.
+    void showMac();
+    void showTour();
 
     Desktop& m_desktop;
     const std::vector<std::string> m_arguments;
@@ -71,7 +77,9 @@ class MainWindow final : public QMainWindow, private MainView {
     std::unique_ptr<TargetSession> m_session;
 
     QStackedWidget* m_central;
+    TourBar* m_tour;
     StartPage* m_startPage;
+    ManualPage* m_manual = nullptr; ///< made when it is asked for
     RunToolBar* m_toolBar;
     RunFigures* m_figures;
     QAction* m_showsInformation;

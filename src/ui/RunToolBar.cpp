@@ -1,6 +1,7 @@
 #include "ui/RunToolBar.h"
 
 #include "app/Application.h"
+#include "platform/Localization.h"
 #include "ui/Glyphs.h"
 #include "ui/RemovalSheet.h"
 #include "ui/Text.h"
@@ -27,6 +28,25 @@ Glyph glyphOf(Action action) {
         return Glyph::Uninstall;
     }
     return Glyph::Scan;
+}
+
+/// What the button does, in a sentence.
+const char* explanationOf(Action action) {
+    switch (action) {
+    case Action::StartScan:
+        return translatable("Look through the modules that are checked; nothing is changed");
+    case Action::StopScan:
+        return translatable("Stop; what was found so far stays listed");
+    case Action::PauseScan:
+        return translatable("Rest, and go on from here later");
+    case Action::Remove:
+        return translatable("Remove what is checked in all modules");
+    case Action::Uninstall:
+        return translatable("Uninstall what is checked, with what belongs to it");
+    case Action::StopRemoval:
+        return translatable("Stop; what was removed so far stays removed");
+    }
+    return "";
 }
 
 } // namespace
@@ -72,6 +92,8 @@ void RunToolBar::showButtons(const ActionButtons& buttons) {
     const auto set = [](QAction* action, const ActionButton& button) {
         action->setText(localizedTitle(button.title));
         action->setEnabled(button.isEnabled);
+        action->setToolTip(localized(explanationOf(button.action)) + QStringLiteral(" (") +
+                           action->shortcut().toString(QKeySequence::NativeText) + QLatin1Char(')'));
     };
     set(m_scan, buttons.scan);
     set(m_pause, buttons.pause);

@@ -1,8 +1,8 @@
 #include "ui/StartPage.h"
 
-#include "cli/sample/SampleVolume.h"
 #include "ui/DiskImageHelp.h"
 #include "ui/Drawings.h"
+#include "ui/SampleButton.h"
 #include "ui/Text.h"
 
 #include <QDir>
@@ -29,8 +29,8 @@ QString chosenPlace(const QListWidgetItem& item) {
 
 } // namespace
 
-StartPage::StartPage(std::function<void(const QString&)> choose)
-    : m_choose(std::move(choose)), m_places(new QListWidget), m_problem(new QLabel) {
+StartPage::StartPage(Choices choices)
+    : m_choices(std::move(choices)), m_places(new QListWidget), m_problem(new QLabel) {
     auto* picture = new QLabel;
     picture->setPixmap(drawings::application().pixmap(96, 96));
     picture->setAlignment(Qt::AlignCenter);
@@ -55,7 +55,7 @@ StartPage::StartPage(std::function<void(const QString&)> choose)
     m_problem->hide();
     auto* folder = new QPushButton(localized("Choose a Folder…"));
     folder->setDefault(true);
-    auto* sample = new QPushButton(localized("Try It on a Sample"));
+    auto* sample = new SampleButton(m_choices.tour, [this](const QString& problem) { showProblem(problem); });
     auto* images = new QPushButton(localized("Disk Images…"));
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -78,11 +78,10 @@ StartPage::StartPage(std::function<void(const QString&)> choose)
     row->addLayout(column, 3);
     row->addStretch(1);
     connect(folder, &QPushButton::clicked, this, [this] { chooseFolder(); });
-    connect(sample, &QPushButton::clicked, this, [this] { makeSample(); });
     connect(images, &QPushButton::clicked, this, [this] { showDiskImageHelp(this); });
     const auto chosen = [this](const QListWidgetItem* item) {
         if (const auto place = chosenPlace(*item); !place.isEmpty())
-            m_choose(place);
+            m_choices.choose(place);
     };
     connect(m_places, &QListWidget::itemActivated, this, chosen);
     connect(m_places, &QListWidget::itemClicked, this, chosen);
@@ -130,20 +129,7 @@ void StartPage::showProblem(const QString& text) {
 void StartPage::chooseFolder() {
     const auto folder = QFileDialog::getExistingDirectory(this, localized("The Folder That Holds the Mac's Files"));
     if (!folder.isEmpty())
-        m_choose(folder);
-}
-
-void StartPage::makeSample() {
-    const QString folder = QDir(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation))
-                               .filePath(QStringLiteral("sweeply/sample"));
-    if (!lookAtPlace(folder).obstacle.isEmpty()) {
-        QDir().mkpath(QFileInfo(folder).absolutePath());
-        if (const auto written = writeSampleVolume(utf8(folder), 1); !written) {
-            showProblem(QString::fromStdString(written.error().message()));
-            return;
-        }
-    }
-    m_choose(folder);
+        m_choices.choose(folder);
 }
 
 } // namespace sweeply

@@ -16,8 +16,12 @@ namespace sweeply {
 /// try things on. Mounted volumes of a Mac's kind that cannot be chosen are listed with the reason. Main thread.
 class StartPage final : public QWidget {
   public:
-    /// `choose` gets the folder on this machine that holds the system.
-    explicit StartPage(std::function<void(const QString&)> choose);
+    /// Both get the folder on this machine that holds the system.
+    struct Choices {
+        std::function<void(const QString&)> choose;
+        std::function<void(const QString&)> tour; ///< of a sample
+    };
+    explicit StartPage(Choices choices);
 
     /// Shows why the last choice could not be opened.
     void showProblem(const QString& text);
@@ -32,9 +36,8 @@ class StartPage final : public QWidget {
     void lookForPlaces();
     void showPlaces(const QList<MacPlace>& places);
     void chooseFolder();
-    void makeSample();
 
-    const std::function<void(const QString&)> m_choose;
+    const Choices m_choices;
     QListWidget* m_places;
     QLabel* m_problem;
     BackgroundJobs m_search;
