@@ -11,7 +11,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QSettings>
-#include <QStandardPaths>
 #include <QVBoxLayout>
 #include <stop_token>
 
