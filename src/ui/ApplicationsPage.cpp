@@ -28,6 +28,7 @@ namespace {
 constexpr int kKeepUpInterval = 100; // milliseconds
 /// From this width on, the list and what belongs to the selected stand side by side.
 constexpr int kWide = 900;
+constexpr int kFewRows = 3;
 
 } // namespace
 
@@ -110,6 +111,7 @@ QWidget* ApplicationsPage::makeList() {
     m_list->setAllColumnsShowFocus(true);
     m_list->setIconSize({20, 20});
     m_list->setFrameShape(QFrame::NoFrame);
+    m_list->setMinimumHeight(kFewRows * fontMetrics().height()); // in a low window
     m_list->setSortingEnabled(true);
     m_list->sortByColumn(ApplicationsModel::Name, Qt::AscendingOrder);
     auto* header = m_list->header();
@@ -130,6 +132,9 @@ QWidget* ApplicationsPage::makeList() {
 
     auto* half = new QWidget;
     auto* column = new QVBoxLayout(half);
+    auto margins = column->contentsMargins();
+    margins.setBottom(0);
+    column->setContentsMargins(margins);
     column->addLayout(top);
     column->addWidget(m_list, 1);
     column->addWidget(m_figures);

@@ -127,6 +127,7 @@ void ResultPage::addBelow(QWidget* row) { layout()->addWidget(row); }
 
 void ResultPage::showReasons() {
     m_showsReasons = true;
+    m_hint->setMargin(8);                         // there is less room beside a list
     m_outline->setTextElideMode(Qt::ElideMiddle); // paths, which differ at their ends
     m_outline->header()->resizeSection(NodeModel::Why, 260);
     showColumns();
