@@ -3,6 +3,7 @@
 #include "cli/Session.h"
 #include "cli/TargetPaths.h"
 #include "cli/TextOutput.h"
+#include "engine/PuttingBack.h"
 #include "formats/Utf8.h"
 #include "platform/Localization.h"
 
@@ -158,7 +159,7 @@ ExitCode runUndo(Session& session) {
     const auto paths = namedItems(application.target(), operands);
     if (!paths)
         return refuse(session, paths.error());
-    const auto undone = session.undo(run, *paths);
+    const auto undone = putBack(runs, application.authorisation(), run, *paths);
     if (!undone)
         return refuse(session, undone.error());
     const auto restored = std::ranges::count(*undone, "restored", &UndoneItem::outcome);

@@ -87,24 +87,6 @@ void Session::listExtensions() {
     }
 }
 
-Result<std::vector<UndoneItem>> Session::undo(const std::string& run, const std::vector<std::string>& paths) {
-    auto& runs = m_application.runs();
-    auto undone = runs.undo(run, paths);
-    const auto needsRights = [](const UndoneItem& item) { return item.needsRights; };
-    auto& authorisation = m_application.authorisation();
-    if (!undone || authorisation.isAuthorised() || std::ranges::none_of(*undone, needsRights))
-        return undone;
-    authorisation.startRun();
-    if (!authorisation.demanded([] {}))
-        return undone;
-    auto again = runs.undo(run, paths);
-    if (again) {
-        std::erase_if(*undone, needsRights);
-        undone->insert(undone->end(), again->begin(), again->end());
-    }
-    return undone;
-}
-
 std::optional<UpdateReport> Session::updateSharedList() {
     std::optional<UpdateReport> outcome;
     m_application.ignoreList().updateButtonClick([&outcome](const UpdateReport& report) { outcome = report; });

@@ -51,8 +51,6 @@ class Session final {
     void listExtensions();
     /// Fetches a newer shared list of applications and shows how that went. Nothing when it was interrupted.
     std::optional<UpdateReport> updateSharedList();
-    /// Puts back what a run kept; asks for rights when it takes some.
-    Result<std::vector<UndoneItem>> undo(const std::string& run, const std::vector<std::string>& paths);
 
   private:
     void waitFor(const std::function<bool()>& isRunning, const std::function<void()>& stop, const char* activity);

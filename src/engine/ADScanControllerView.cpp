@@ -251,7 +251,8 @@ void ADScanControllerView::staysWithoutRights(ADScanController& controller) {
         }
     }
     for (const auto& request : requests)
-        m_globalScanController.couldntRemove(request, "only an administrator may remove it");
+        m_globalScanController.couldntRemove(request, "only an administrator may remove it",
+                                             ErrorKind::PermissionDenied);
 }
 
 ChangeOutcome ADScanControllerView::perform(const ChangeRequest& request) {

@@ -33,6 +33,12 @@ struct RemovedAmountOfSpace {
     std::uint64_t removedSize = 0; ///< bytes
 };
 
+/// A removal is over, or could not begin: the gate and the last run's record tell how it went. Posted on the main
+/// thread.
+struct RemovalEnded {
+    static constexpr const char* kName = "removalEnded";
+};
+
 /// Something in the target could not be read; the scan goes on without it. Posted once for each path, on the thread
 /// that met it.
 struct ProblemFound {

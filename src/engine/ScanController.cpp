@@ -3,6 +3,7 @@
 #include "appcore/changes/ChangeGate.h"
 #include "engine/AuthorisationSession.h"
 #include "engine/CoordinatorPreferences.h"
+#include "engine/EngineEvents.h"
 #include "engine/RunReports.h"
 #include "engine/SpaceStatistics.h"
 #include "platform/Localization.h"
@@ -18,8 +19,8 @@ namespace sweeply {
 ScanController::ScanController(EngineServices services, Helpers helpers)
     : m_services(services), m_helpers(std::move(helpers)), m_requests(services.notifications),
       m_removal(m_services, m_helpers.runs, m_helpers.authorisation, m_helpers.statistics),
-      m_analysing(
-          services.notifications.observe<PrepareInterfaceForAnaliz>([this](const auto&) { beginScan(false); })) {
+      m_alone(services.mainThread), m_analysing(services.notifications.observe<PrepareInterfaceForAnaliz>(
+                                        [this](const auto&) { beginScan(false); })) {
     m_helpers.gate.setStop([this] { stopRun(); });
 }
 
@@ -28,6 +29,7 @@ ScanController::~ScanController() {
         module->stopRun();
     m_services.notifications.post(RunningStopped{});
     m_removal.join();
+    m_alone.stopAndJoin();
     for (const auto& module : m_rows.modules())
         module->stopAndJoin();
 }
@@ -162,7 +164,7 @@ void ScanController::remove() {
 bool ScanController::isFreeForRemoval() {
     // A removal under way keeps its own figures: asking for a second one changes nothing. Nor does one begin during a
     // scan: it would take what the scan has yet to find and nobody has seen.
-    if (isRemoving() || ifScanRunning())
+    if (isRemoving() || m_alone.isRunning() || ifScanRunning())
         return false;
     m_rows.joinScanThreads(); // here and not by the removal's thread: the scan's last message may be waiting for us
     return true;
@@ -185,7 +187,8 @@ void ScanController::uninstallWith(const std::vector<ADScanController*>& modules
 void ScanController::startRemoval(const std::string& command, std::function<void()> work,
                                   std::function<void()> report) {
     if (const auto begun = m_removal.begin(command); !begun) {
-        m_helpers.gate.stays({}, begun.error().message());
+        m_helpers.gate.stays({}, begun.error().message(), begun.error().kind);
+        m_services.notifications.post(RemovalEnded{});
         report();
         return;
     }
@@ -203,11 +206,25 @@ void ScanController::finishRemoval(const std::function<void()>& report) {
     if (!goesOnAfterRun())
         return;
     refreshInterface();
+    m_services.notifications.post(RemovalEnded{});
     report();
+}
+
+bool ScanController::doAlone(LoneWork::Work work, std::function<void()> ended) {
+    if (!isFreeForRemoval())
+        return false;
+    m_window.showStopping(); // nothing can be begun, and nothing stopped
+    m_alone.start(std::move(work), [this, ended = std::move(ended)] {
+        m_window.showIdle(hasSomethingToRemove());
+        ended();
+    });
+    return true;
 }
 
 void ScanController::uninstall() {
     m_services.log.log("Uninstall button clicked");
+    if (m_alone.isRunning())
+        return;
     if (!isRemoving())
         m_helpers.gate.startRun();
     auto* module = m_rows.moduleOfRow(m_selectedRow);
@@ -225,9 +242,9 @@ bool ScanController::authorisationDemanded() {
     return m_helpers.authorisation.demanded([this] { stopRun(); });
 }
 
-void ScanController::couldntRemove(const ChangeRequest& request, const std::string& reason) {
+void ScanController::couldntRemove(const ChangeRequest& request, const std::string& reason, ErrorKind kind) {
     if (!isStopped()) // who stopped the run knows that things stay
-        m_helpers.gate.stays(request, reason);
+        m_helpers.gate.stays(request, reason, kind);
 }
 
 } // namespace sweeply

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/LoneWork.h"
 #include "engine/ModuleRows.h"
 #include "engine/RemovalRun.h"
 #include "engine/RunRequests.h"
@@ -65,6 +66,10 @@ class ScanController final : public ScanCoordinator {
     void changeSecureEraseValue() { m_useSecureErase = !m_useSecureErase; }
     void setUseSecureErase(bool use) { m_useSecureErase = use; }
     void authentificate();
+    /// For what changes files and is no removal: does `work` on a thread of its own, while nothing else can begin, and
+    /// then `ended` on the main thread. False, and nothing is done, while anything runs. Who leaves the program
+    /// meanwhile has the work asked to stop, and waits for it.
+    bool doAlone(LoneWork::Work work, std::function<void()> ended);
     /// The row whose module uninstall() asks.
     void setSelectedRow(std::size_t row) { m_selectedRow = row; }
     /// Takes the stored switches over into the list.
@@ -94,7 +99,9 @@ class ScanController final : public ScanCoordinator {
     // Asked by modules
 
     [[nodiscard]] bool ifScanRunning() const override { return m_rows.ifScanRunning(); }
-    [[nodiscard]] bool ifCleanRunning() const override { return m_removal.isRunning() || m_rows.ifCleanRunning(); }
+    [[nodiscard]] bool ifCleanRunning() const override {
+        return m_removal.isRunning() || m_alone.isRunning() || m_rows.ifCleanRunning();
+    }
     void changeViewTo(std::uint8_t viewCode) override { m_window.view().changeViewTo(viewCode); }
     void gotoCleanerMode() override;
     void gotoUninstallerMode() override;
@@ -105,7 +112,7 @@ class ScanController final : public ScanCoordinator {
     void setTerminating(bool terminating) override { m_terminating = terminating; }
     bool authorisationDemanded() override;
     ChangeGate& gate() override { return m_helpers.gate; }
-    void couldntRemove(const ChangeRequest& request, const std::string& reason) override;
+    void couldntRemove(const ChangeRequest& request, const std::string& reason, ErrorKind kind) override;
     IgnoreList& ignoreListController() override { return m_helpers.ignoreList; }
 
   private:
@@ -130,6 +137,7 @@ class ScanController final : public ScanCoordinator {
     std::atomic<bool> m_scanning{false};
     ModuleRows m_rows;
     RemovalRun m_removal;
+    LoneWork m_alone;
     NotificationCenter::Subscription m_analysing;
 };
 

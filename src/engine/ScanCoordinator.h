@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Error.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -37,7 +39,7 @@ class ScanCoordinator {
     /// What changes the target.
     virtual ChangeGate& gate() = 0;
     /// Any thread. Counts an item that stays as one that could not be removed.
-    virtual void couldntRemove(const ChangeRequest& request, const std::string& reason) = 0;
+    virtual void couldntRemove(const ChangeRequest& request, const std::string& reason, ErrorKind kind) = 0;
 
     virtual IgnoreList& ignoreListController() = 0;
 };

@@ -63,6 +63,7 @@ constexpr const char* kShredder =
 constexpr const char* kScreen =
     "<rect x='5' y='6' width='14' height='9.500' rx='1.200'/><path d='M12 15.500V18.500M8.500 "
     "18.500h7'/>";
+constexpr const char* kClock = "<path d='M6.200 8.500A7 7 0 1 1 5 12M5 5.500v3.200h3.200M12 8v4.300l3 1.700'/>";
 constexpr const char* kFolder = "<path d='M5 8v9.500h14V9.500h-7L10.500 7H5z'/>";
 constexpr const char* kGear =
     "<circle cx='12' cy='12' r='3'/><path d='M12 5.500v2M12 16.500v2M5.500 12h2M16.500 12h2M7.400 "
@@ -102,6 +103,8 @@ QIcon module(std::uint8_t viewCode) {
         return tile(kModuleColours[7], kBox);
     case 8:
         return tile(kModuleColours[8], kShredder);
+    case kHistoryView:
+        return tile("#8a6d3b", kClock);
     case kSpaceView:
         return tile("#4d8a3d", kMap);
     default:

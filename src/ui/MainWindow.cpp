@@ -8,6 +8,7 @@
 #include "ui/InformationPanel.h"
 #include "ui/ManualPage.h"
 #include "ui/NewsLine.h"
+#include "ui/PageCodes.h"
 #include "ui/PreferencesDialog.h"
 #include "ui/RunFigures.h"
 #include "ui/RunToolBar.h"
@@ -105,6 +106,8 @@ void MainWindow::makeMenus() {
     auto* run = menuBar()->addMenu(localized("&Run"));
     run->addActions(m_toolBar->runActions());
     run->addSeparator();
+    run->addAction(localized("&History"), QKeySequence(QStringLiteral("Ctrl+H")), this,
+                   [this] { changeViewTo(kHistoryView); });
     run->addAction(localized("&Copy How Much Was Freed"), this, [this] {
         if (m_session)
             QApplication::clipboard()->setText(QString::fromStdString(localizedFormat(
@@ -216,7 +219,7 @@ void MainWindow::showWork() {
     auto* information = new InformationPanel(*application.target().files, application.treeLock(), application.units());
     m_dock = new InformationDock(*this, information, *m_showsInformation);
     m_work = new WorkArea(*m_session, *information,
-                          {m_desktop.log, [this](const QString& path) { return targetPathOf(path); },
+                          {m_desktop.log, m_desktop.alerts, [this](const QString& path) { return targetPathOf(path); },
                            [this](const QString& text) { say(text); }});
     m_central->addWidget(m_work);
     m_central->setCurrentWidget(m_work);

@@ -73,6 +73,7 @@ ModuleList::ModuleList(ScanController& controller, SizeUnits units, std::functio
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     addRow(0, localized("My Mac"));
     addRow(kSpaceView, localized("What takes the space?"));
+    addRow(kHistoryView, localized("History"));
     addHeading(translatable("Cleaner"));
     bool isUninstallerReached = false;
     for (const auto& row : controller.rows()) {

@@ -4,7 +4,8 @@
 
 namespace sweeply {
 
-/// The page of the list on the left that belongs to no module, beside the modules' view codes.
+// The pages of the list on the left that belong to no module, beside the modules' view codes.
 inline constexpr std::uint8_t kSpaceView = 20;
+inline constexpr std::uint8_t kHistoryView = 21;
 
 } // namespace sweeply

@@ -1,8 +1,10 @@
 #include "ui/WorkArea.h"
 
 #include "app/ModuleCatalog.h"
+#include "engine/EngineEvents.h"
 #include "ui/ApplicationsPage.h"
 #include "ui/ExtensionsPage.h"
+#include "ui/HistoryPage.h"
 #include "ui/InformationPanel.h"
 #include "ui/ModuleList.h"
 #include "ui/OverviewPage.h"
@@ -56,8 +58,9 @@ WorkArea::WorkArea(TargetSession& session, InformationPanel& information, Window
                  std::move(window.say),
                  [this](const QString& title) { return chooseFiles(title); }},
       m_pages(new QStackedWidget), m_overview(new OverviewPage(session.application())),
-      m_unread(new UnreadRow(session.application())) {
+      m_history(new HistoryPage(session.application(), window.alerts)), m_unread(new UnreadRow(session.application())) {
     auto& application = session.application();
+    addPage(kHistoryView, m_history);
     addPage(kOverview, scrolled(m_overview, localized("My Mac")));
     addPage(kSpaceView, new SpacePage({*application.target().files, application.units(), m_services.targetPath}));
     for (const auto& row : application.scanController().rows())
@@ -82,6 +85,7 @@ WorkArea::WorkArea(TargetSession& session, InformationPanel& information, Window
     setStretchFactor(1, 1);
     setSizes({230, 850});
     select(kOverview);
+    m_removalEnded = application.notifications().observe<RemovalEnded>([this](const auto&) { showRemoval(); });
 }
 
 WorkArea::~WorkArea() {
@@ -118,6 +122,8 @@ void WorkArea::addPage(std::uint8_t viewCode, QWidget* page) {
 
 void WorkArea::showPage(std::uint8_t viewCode) {
     m_pages->setCurrentWidget(m_pageOfView.at(viewCode));
+    if (viewCode == kHistoryView)
+        m_history->showNewest();
     m_information.showNothing();
     if (auto* page = dynamic_cast<ResultPage*>(m_pages->currentWidget()))
         page->showCurrent();
@@ -157,6 +163,14 @@ std::vector<std::string> WorkArea::chooseFiles(const QString& title) {
     chooser.exec();
     m_folderToChooseIn = chooser.folder();
     return chooser.chosen();
+}
+
+void WorkArea::showRemoval() {
+    // Of a removal that the person called off at once there is nothing to tell.
+    if (m_session.application().gate().reports().empty())
+        return;
+    select(kHistoryView);
+    m_history->showLastRemoval();
 }
 
 void WorkArea::select(std::uint8_t viewCode) { m_modules->select(viewCode); }

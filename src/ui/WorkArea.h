@@ -15,7 +15,9 @@ class QStackedWidget;
 
 namespace sweeply {
 
+class Alerts;
 class ApplicationsPage;
+class HistoryPage;
 class InformationPanel;
 class ModuleList;
 class OverviewPage;
@@ -28,6 +30,7 @@ class WorkArea final : public QSplitter {
     /// What a page asks of the window.
     struct Window {
         SystemLog& log;
+        Alerts& alerts;
         /// As in the pages' services.
         std::function<std::optional<std::string>(const QString&)> targetPath;
         std::function<void(const QString&)> say;
@@ -54,6 +57,7 @@ class WorkArea final : public QSplitter {
     [[nodiscard]] std::vector<std::string> chooseFiles(const QString& title);
     void addPage(std::uint8_t viewCode, QWidget* page);
     void showPage(std::uint8_t viewCode);
+    void showRemoval();
     void showInformation(ADScanControllerView& module, const Node::Pointer& node);
 
     TargetSession& m_session;
@@ -62,12 +66,14 @@ class WorkArea final : public QSplitter {
     const ResultPage::Services m_services;
     QStackedWidget* m_pages;
     OverviewPage* m_overview;
+    HistoryPage* m_history;
     UnreadRow* m_unread;
     std::map<std::uint8_t, QWidget*> m_pageOfView;
     std::vector<ResultPage*> m_resultPages;
     ApplicationsPage* m_applications = nullptr;
     std::string m_folderToChooseIn = "/";
     ModuleList* m_modules = nullptr;
+    NotificationCenter::Subscription m_removalEnded;
 };
 
 } // namespace sweeply

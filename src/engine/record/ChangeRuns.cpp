@@ -79,8 +79,9 @@ Result<void> ChangeRuns::begin(const std::string& usualCommand) {
         leaveAlone();
         return locked;
     }
-    if (const auto old = expired(); !old.empty() && (command == "clean" || command == "uninstall" || command == "apply"))
-        purgeLocked(old);
+    if (const auto old = expired();
+        !old.empty() && (command == "clean" || command == "uninstall" || command == "apply"))
+        purgeLocked(old, [] { return false; });
     m_writer.emplace(m_services.files, m_archive, header(command));
     m_services.gate.startRun(&*m_writer, kept);
     return {};
@@ -140,15 +141,17 @@ RunRecord ChangeRuns::completed(RunRecord record) const {
     return record;
 }
 
+std::string ChangeRuns::keptUntil(const RunRecord& record) {
+    return timeText(timeIn(record.header.started).value_or(0) + record.header.keepDays * kDay);
+}
+
 std::vector<KeptEntry> ChangeRuns::kept() const {
     std::vector<KeptEntry> entries;
     for (const auto& record : records()) {
-        const auto started = timeIn(record.header.started);
         for (const auto& item : record.kept) {
             if (const auto status = statusOf(record, item);
                 status == KeptStatus::Kept || status == KeptStatus::HalfPurged)
-                entries.push_back(
-                    {record.header.run, item, timeText(started.value_or(0) + record.header.keepDays * kDay)});
+                entries.push_back({record.header.run, item, keptUntil(record)});
         }
     }
     return entries;
@@ -183,7 +186,8 @@ UndoneItem ChangeRuns::undo(const RunRecord& record, const KeptItem& item) {
     return {item.path, "restored"};
 }
 
-Result<std::vector<UndoneItem>> ChangeRuns::undo(const std::string& run, const std::vector<std::string>& paths) {
+Result<std::vector<UndoneItem>> ChangeRuns::undo(const std::string& run, const std::vector<std::string>& paths,
+                                                 const std::function<bool()>& isStopped) {
     m_run.reset();
     if (const auto locked = lock(); !locked)
         return Failure(locked.error());
@@ -199,7 +203,7 @@ Result<std::vector<UndoneItem>> ChangeRuns::undo(const std::string& run, const s
     std::vector<UndoneItem> items;
     std::uint64_t failed = 0;
     // The last one first: a list is then as it was before each.
-    for (auto item = record->kept.rbegin(); item != record->kept.rend(); ++item) {
+    for (auto item = record->kept.rbegin(); item != record->kept.rend() && !isStopped(); ++item) {
         const auto status = statusOf(*record, *item);
         if (status == KeptStatus::Restored || status == KeptStatus::Purged || status == KeptStatus::NotMoved ||
             (!paths.empty() && std::ranges::find(paths, item->path) == paths.end()))
@@ -219,21 +223,25 @@ Result<std::vector<UndoneItem>> ChangeRuns::undo(const std::string& run, const s
     return items;
 }
 
-Result<std::vector<RecordedItem>> ChangeRuns::purge(const std::vector<KeptEntry>& entries) {
+Result<std::vector<RecordedItem>> ChangeRuns::purge(const std::vector<KeptEntry>& entries,
+                                                    const std::function<bool()>& isStopped) {
     m_run.reset();
     if (const auto locked = lock(); !locked)
         return Failure(locked.error());
-    auto items = purgeLocked(entries);
+    auto items = purgeLocked(entries, isStopped);
     m_lock.reset();
     return items;
 }
 
-std::vector<RecordedItem> ChangeRuns::purgeLocked(const std::vector<KeptEntry>& entries) {
+std::vector<RecordedItem> ChangeRuns::purgeLocked(const std::vector<KeptEntry>& entries,
+                                                  const std::function<bool()>& isStopped) {
     RecordWriter writer(m_services.files, m_archive, header("purge"));
     m_services.gate.startRun();
     std::vector<RecordedItem> items;
     RunSums sums;
     for (const auto& [run, item, until] : entries) {
+        if (isStopped())
+            break;
         RecordedItem done{item.path, item.module, std::string(nameOf(item.kind)), item.size, "removed"};
         // Written down first: what is half gone must not be put back.
         const auto gone =
@@ -248,6 +256,7 @@ std::vector<RecordedItem> ChangeRuns::purgeLocked(const std::vector<KeptEntry>& 
             ++sums.failed;
             done.outcome = "failed";
             done.reason = gone.error().message();
+            done.remedy = remedyFor(gone.error());
         }
         writer.add(done);
         items.push_back(std::move(done));

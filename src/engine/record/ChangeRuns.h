@@ -29,8 +29,8 @@ enum class KeptStatus : std::uint8_t {
     Restored,
     Purged,
     HalfPurged, ///< a purge of it did not come to its end: to be purged again, and not to be put back
-    Missing,  ///< neither kept any more nor in its place
-    NotMoved, ///< the run ended before that
+    Missing,    ///< neither kept any more nor in its place
+    NotMoved,   ///< the run ended before that
 };
 
 /// One item of an undo: "restored", "occupied", "missing" or "failed".
@@ -82,24 +82,31 @@ class ChangeRuns final {
     [[nodiscard]] const std::string& runsFolder() const { return m_archive.runsFolder(); }
     [[nodiscard]] const std::string& keptFolder() const { return m_archive.keptFolder(); }
 
-    // History
+    // History; any thread
 
     [[nodiscard]] std::vector<RunRecord> records() const { return m_archive.records(); }
+    /// As RunArchive::forEachRecord.
+    void forEachRecord(const std::function<bool(RunRecord)>& visit) const { m_archive.forEachRecord(visit); }
     [[nodiscard]] Result<RunRecord> record(const std::string& run) const { return m_archive.record(run); }
     [[nodiscard]] KeptStatus statusOf(const RunRecord& record, const KeptItem& item) const;
     /// "done", "interrupted", "undone" or "partly undone".
     [[nodiscard]] std::string stateOf(const RunRecord& record) const;
     /// With the items of an interrupted run that are kept though it could not say so any more.
     [[nodiscard]] RunRecord completed(RunRecord record) const;
+    /// By when what a run kept may go.
+    [[nodiscard]] static std::string keptUntil(const RunRecord& record);
     /// Everything that takes space among what is kept, of the newest run first.
     [[nodiscard]] std::vector<KeptEntry> kept() const;
 
-    // The way back; each is a run of its own
+    // The way back; each is a run of its own, and ends before its next item when `isStopped` says so
 
     /// Puts back what a run kept, all of it or what is at the paths. Protected for a run of another user.
-    Result<std::vector<UndoneItem>> undo(const std::string& run, const std::vector<std::string>& paths);
+    Result<std::vector<UndoneItem>> undo(
+        const std::string& run, const std::vector<std::string>& paths,
+        const std::function<bool()>& isStopped = [] { return false; });
     /// Removes kept items for good.
-    Result<std::vector<RecordedItem>> purge(const std::vector<KeptEntry>& entries);
+    Result<std::vector<RecordedItem>> purge(
+        const std::vector<KeptEntry>& entries, const std::function<bool()>& isStopped = [] { return false; });
     [[nodiscard]] std::vector<KeptEntry> expired() const;
 
   private:
@@ -107,7 +114,8 @@ class ChangeRuns final {
     void leaveAlone();
     [[nodiscard]] RunHeader header(const std::string& command) const;
     [[nodiscard]] UndoneItem undo(const RunRecord& record, const KeptItem& item);
-    std::vector<RecordedItem> purgeLocked(const std::vector<KeptEntry>& entries);
+    std::vector<RecordedItem> purgeLocked(const std::vector<KeptEntry>& entries,
+                                          const std::function<bool()>& isStopped);
 
     const Services m_services;
     RunArchive m_archive; ///< uses m_report

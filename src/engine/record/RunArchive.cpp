@@ -80,14 +80,22 @@ Result<RunRecord> RunArchive::record(const std::string& run) const {
     return record;
 }
 
+void RunArchive::forEachRecord(const std::function<bool(RunRecord)>& visit) const {
+    for (const auto& run : runs()) {
+        auto found = record(run);
+        if (!found)
+            m_reportProblem(found.error());
+        else if (!visit(*std::move(found)))
+            return;
+    }
+}
+
 std::vector<RunRecord> RunArchive::records() const {
     std::vector<RunRecord> records;
-    for (const auto& run : runs()) {
-        if (auto found = record(run))
-            records.push_back(*std::move(found));
-        else
-            m_reportProblem(found.error());
-    }
+    forEachRecord([&](RunRecord record) {
+        records.push_back(std::move(record));
+        return true;
+    });
     return records;
 }
 

@@ -28,7 +28,8 @@ class RunArchive final {
     /// Is that folder still there?
     [[nodiscard]] bool holdsAnythingOf(const std::string& run, std::uint32_t number) const;
 
-    /// The newest first.
+    /// The newest first; on to the next one as long as `visit` says so. Any thread.
+    void forEachRecord(const std::function<bool(RunRecord)>& visit) const;
     [[nodiscard]] std::vector<RunRecord> records() const;
     /// NotFound for one that is not there; other errors name the file.
     [[nodiscard]] Result<RunRecord> record(const std::string& run) const;

@@ -56,6 +56,7 @@ RecordedItem itemIn(const Json& json) {
         item.reason = bytesIn(json.at("reason"));
     item.why = json.at("why").dump();
     item.number = json.value("number", 0U);
+    item.remedy = valueNamed(json.value("remedy", std::string()), Remedy::Room).value_or(Remedy::None);
     return item;
 }
 
@@ -101,12 +102,41 @@ const RecordedItem* RunRecord::itemOfKept(std::uint32_t number) const {
     return number == 0 || found == items.end() ? nullptr : &*found;
 }
 
+std::string_view nameOf(Remedy remedy) {
+    switch (remedy) {
+    case Remedy::Administrator:
+        return "administrator";
+    case Remedy::WritableVolume:
+        return "writable-volume";
+    case Remedy::Room:
+        return "room";
+    case Remedy::None:
+        break;
+    }
+    return {};
+}
+
+Remedy remedyFor(const Error& error) {
+    switch (error.kind) {
+    case ErrorKind::PermissionDenied:
+        return Remedy::Administrator;
+    case ErrorKind::ReadOnly:
+        return Remedy::WritableVolume;
+    case ErrorKind::NoSpace:
+        return Remedy::Room;
+    default:
+        return Remedy::None;
+    }
+}
+
 RecordedItem recordedItem(const ChangeReport& report) {
     RecordedItem item{report.path, std::string(report.module), std::string(nameOf(report.kind)), report.size,
                       std::string(nameOf(report.outcome.kind))};
     const auto& error = report.outcome.error;
-    if (!report.outcome.isDone())
+    if (!report.outcome.isDone()) {
         item.reason = error.path == report.path ? error.reason : error.message();
+        item.remedy = remedyFor(error);
+    }
     item.why = evidenceText(report.why.get());
     return item;
 }
@@ -154,6 +184,8 @@ std::string itemLine(const RecordedItem& item) {
               {"why", Json::parse(item.why)}};
     if (item.number != 0)
         json["number"] = item.number;
+    if (item.remedy != Remedy::None)
+        json["remedy"] = nameOf(item.remedy);
     return line("item", std::move(json));
 }
 

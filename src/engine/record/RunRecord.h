@@ -23,6 +23,13 @@ struct RunHeader {
     unsigned keepDays = 0; ///< how long what it kept is to be kept
 };
 
+/// What would help an item that stayed to go.
+enum class Remedy : std::uint8_t { None, Administrator, WritableVolume, Room };
+
+/// "administrator" and so on: the words of records, which never change. Empty for none.
+[[nodiscard]] std::string_view nameOf(Remedy remedy);
+[[nodiscard]] Remedy remedyFor(const Error& error);
+
 /// One item of a run, in the words of the record.
 struct RecordedItem {
     std::string path;
@@ -34,6 +41,7 @@ struct RecordedItem {
     std::string why = "null"; ///< JSON
     /// Of the kept item that it is about: in its own record, or, where it was put back or purged, in that of `of`.
     std::uint32_t number = 0;
+    Remedy remedy = Remedy::None;
 };
 
 /// A change as its record tells of it.
