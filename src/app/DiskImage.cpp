@@ -72,6 +72,13 @@ bool applicationIsRunningFromDiskImage() {
     return (volume.f_flag & ST_RDONLY) != 0 || isMountedFromFile(status.st_dev);
 }
 
+std::optional<ProgramBundle> bundleOfProgram(const std::string& program, const std::string& home) {
+    const fs::path folder = fs::path(program).parent_path().parent_path();
+    if (folder.extension() != ".app" || folder.stem().empty() || home.empty())
+        return std::nullopt;
+    return ProgramBundle{folder.string(), folder.stem().string(), (fs::path(home) / "Applications").string()};
+}
+
 void handleApplicationLaunchFromDiskImage(const ProgramBundle& program, Alerts& alerts) {
     if (ask(alerts, localizedString("Sweeply is currently running from a disk image"),
             localizedString("Would you like to install Sweeply into your Applications folder before quitting?"),

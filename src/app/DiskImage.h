@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace sweeply {
@@ -15,6 +16,10 @@ struct ProgramBundle {
     std::string name;
     std::string applicationsFolder;
 };
+
+/// The folder that a program (an absolute path, ".../Sweeply.app/bin/sweeply") lies in alone, to be carried about;
+/// nothing for one that was installed among others. It belongs into "Applications" in the folder `home`.
+[[nodiscard]] std::optional<ProgramBundle> bundleOfProgram(const std::string& program, const std::string& home);
 
 /// The offer, at the end of a program that runs from a disk image, to install it: copies it into the applications
 /// folder if the person wants that, over a copy that is there only if he wants that too. A copy that fails leaves

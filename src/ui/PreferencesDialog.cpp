@@ -6,6 +6,7 @@
 #include "platform/Localization.h"
 #include "ui/RemovalSheet.h"
 #include "ui/Text.h"
+#include "ui/UncheckedItemsPage.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -46,6 +47,7 @@ PreferencesDialog::PreferencesDialog(TargetSession& session, QWidget* parent) : 
     tabs->addTab(languagesPage(), localized("General"));
     tabs->addTab(modulesPage(), localized("Modules"));
     tabs->addTab(ignoredPage(), localized("Ignore List"));
+    tabs->addTab(new UncheckedItemsPage(m_session.application().ignoreList().uncheckedItems()), localized("Unchecked"));
     tabs->addTab(advancedPage(), localized("Advanced"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -168,8 +170,15 @@ QWidget* PreferencesDialog::advancedPage() {
     addSwitch(translatable("Share the ignore list with its maker"), ignorelist::kSharingPermission);
     column->addSpacing(12);
     auto* agents = m_session.watcherAgents();
+    const auto reasonAgainstWatchers =
+        localized("Watchers work on the Mac that the program runs on, and this is another one's volume.");
     const auto addWatcher = [&](const char* text, bool isOn, std::function<void(bool)> change) {
-        addCheckBox(*column, localized(text), isOn, std::move(change))->setEnabled(agents != nullptr);
+        auto* box = addCheckBox(*column, localized(text), isOn, std::move(change));
+        box->setEnabled(agents != nullptr);
+        if (!agents) {
+            box->setToolTip(reasonAgainstWatchers);
+            box->setAccessibleDescription(reasonAgainstWatchers);
+        }
     };
     addWatcher(translatable("Offer to uninstall applications that are moved to the Trash"),
                agents && agents->trashWatcherInstalled(),
@@ -182,8 +191,7 @@ QWidget* PreferencesDialog::advancedPage() {
     addCleaner(translatable("Remove the Finder's files from volumes that are mounted"), WatcherAgents::kCleanMacOSJunk);
     addCleaner(translatable("Remove Windows' files from volumes that are mounted"), WatcherAgents::kCleanWinJunk);
     if (!agents)
-        column->addWidget(explanation(
-            localized("Watchers work on the Mac that the program runs on, and this is another one's volume.")));
+        column->addWidget(explanation(reasonAgainstWatchers));
     column->addStretch(1);
     return page;
 }

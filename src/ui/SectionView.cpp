@@ -1,6 +1,7 @@
 #include "ui/SectionView.h"
 
 #include <QHeaderView>
+#include <algorithm>
 #include <utility>
 
 namespace sweeply {
@@ -20,7 +21,13 @@ SectionView::SectionView(SizeUnits units, const QString& accessibleName) : m_mod
     const QFontMetrics metrics(font());
     columns.resizeSection(SectionModel::Count, metrics.horizontalAdvance(QStringLiteral("0")) * 9);
     columns.resizeSection(SectionModel::Size, metrics.horizontalAdvance(QStringLiteral("0")) * 12);
-    columns.resizeSection(SectionModel::Note, metrics.horizontalAdvance(QStringLiteral("0")) * 28);
+}
+
+void SectionView::resizeEvent(QResizeEvent* event) {
+    QTreeView::resizeEvent(event);
+    // In a narrow view the names need the room more; a note is whole in its tool tip.
+    const int wide = QFontMetrics(font()).horizontalAdvance(QStringLiteral("0")) * 28;
+    header()->resizeSection(SectionModel::Note, std::min(wide, viewport()->width() * 3 / 10));
 }
 
 void SectionView::setSections(std::vector<ListedSection> sections) {

@@ -16,6 +16,9 @@ class SectionView final : public QTreeView {
     void setSections(std::vector<ListedSection> sections);
     [[nodiscard]] std::vector<const ListedItem*> selectedItems() const;
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     SectionModel m_model;
 };

@@ -4,7 +4,9 @@
 #include "app/ModuleCatalog.h"
 #include "app/OwnProcess.h"
 #include "platform/TargetPath.h"
+#include "ui/Text.h"
 
+#include <QDir>
 #include <QSettings>
 #include <utility>
 
@@ -34,9 +36,9 @@ TargetSession::TargetSession(Target target, Desktop& desktop, std::vector<std::s
                                                         joinedPath(besideProgram("libexec"), "SweeplyHelperTool")})
                           : nullptr),
       m_app(m_application, *this, desktop.log, std::move(arguments)),
-      m_quitController(
-          m_application.scanController(), desktop.alerts, desktop.log,
-          {m_hooks.isShowingScanView, [] {}, [&log = desktop.log] { killOurselves(besideProgram("bin"), log); }}),
+      m_quitController(m_application.scanController(), desktop.alerts, desktop.log,
+                       {m_hooks.isShowingScanView, [this] { offerInstallation(); },
+                        [&log = desktop.log] { killOurselves(besideProgram("bin"), log); }}),
       m_commands(m_application.defaults(), m_application.target().version, desktop.alerts, desktop.log,
                  {[this](const std::vector<std::string>& paths) {
                       m_hooks.showUninstaller();
@@ -56,6 +58,12 @@ TargetSession::~TargetSession() = default;
 bool TargetSession::takeRequests(const std::vector<std::string>& files) {
     m_requests.emplace(m_commands, m_desktop.mainThread, m_desktop.log, m_hooks.activate);
     return m_requests->start(files);
+}
+
+void TargetSession::offerInstallation() {
+    const auto bundle = m_app.runningFromDMG() ? bundleOfProgram(ownProgram(), utf8(QDir::homePath())) : std::nullopt;
+    if (bundle)
+        handleApplicationLaunchFromDiskImage(*bundle, m_desktop.alerts);
 }
 
 bool TargetSession::shouldUpdateTrashWatcher() const {

@@ -61,6 +61,7 @@ class TargetSession final : private Watchers {
     void droppedFilesAreDone() { m_commands.finishProcessingDraggedFiles(); }
 
   private:
+    void offerInstallation();
     [[nodiscard]] bool shouldUpdateTrashWatcher() const override;
     void installTrashWatcher() override;
     void installVolumeWatcher() override;

@@ -173,6 +173,14 @@ TEST_F(DiskImageTest, ProgramIsCopiedWhenThePersonWantsItAndOverAnOldOneOnlyThen
     EXPECT_FALSE(m_folder.contains("Applications/Sweeply.app.new"));
 }
 
+TEST_F(DiskImageTest, OnlyAProgramInAFolderOfItsOwnIsEverOffered) {
+    EXPECT_EQ(bundleOfProgram("/media/disk/Sweeply.app/bin/sweeply", "/home/sam")->path, "/media/disk/Sweeply.app");
+    EXPECT_EQ(bundleOfProgram("/media/disk/Sweeply.app/bin/sweeply", "/home/sam")->applicationsFolder,
+              "/home/sam/Applications");
+    for (const char* program : {"/usr/bin/sweeply", "/bin/sweeply", "sweeply", ""})
+        EXPECT_FALSE(bundleOfProgram(program, "/home/sam")) << program;
+}
+
 TEST_F(DiskImageTest, FailedCopyIsSaidAndLeavesNothing) {
     m_alerts.answers["Sweeply is currently running from a disk image"] = 0;
     m_folder.makeFile("Applications");

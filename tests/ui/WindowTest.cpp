@@ -1,6 +1,7 @@
 #include "ui/WindowWorld.h"
 
 #include "ui/ProblemReport.h"
+#include "ui/UncheckedItemsPage.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -8,6 +9,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTreeView>
+#include <QTreeWidget>
 #include <fstream>
 #include <sys/wait.h>
 #include <thread>
@@ -91,6 +93,20 @@ TEST_F(WindowTest, DroppedApplicationIsUninstalledAndDroppedFileErased) {
     ASSERT_TRUE(waitUntil([this] { return !controller().isRemoving(); }));
     EXPECT_FALSE(isThere("/Users/sam/Library/Cookies/Cookies.plist"));
     EXPECT_EQ(m_asked.size(), 3) << "what waits in the uninstaller is not even asked about";
+}
+
+TEST_F(WindowTest, WhatWasUncheckedIsForgottenInThePreferences) {
+    auto& items = m_window->session()->application().ignoreList().uncheckedItems();
+    const std::string odd = "/Users/sam/Library/Caches/two\nlines";
+    items.addKeys({odd, odd, "/b"}, "CleanCaches");
+    UncheckedItemsPage preferences(items);
+    auto* list = preferences.findChild<QTreeWidget*>();
+    ASSERT_EQ(list->topLevelItemCount(), 2);
+    list->topLevelItem(0)->setSelected(list->topLevelItem(0)->text(0) != QStringLiteral("/b"));
+    list->topLevelItem(1)->setSelected(list->topLevelItem(1)->text(0) != QStringLiteral("/b"));
+    preferences.findChild<QPushButton*>()->click();
+    EXPECT_EQ(items.ignoreListForController("CleanCaches"), std::vector<std::string>{"/b"});
+    EXPECT_EQ(list->topLevelItemCount(), 1);
 }
 
 TEST_F(WindowTest, LaunchDatabaseIsRebuiltByItsButton) {
