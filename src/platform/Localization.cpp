@@ -1,37 +1,61 @@
 #include "platform/Localization.h"
 
+#include "platform/MessageCatalogue.h"
+#include "platform/MessageLanguage.h"
+
 #include <clocale>
-#include <libintl.h>
+#include <fstream>
+#include <iterator>
+#include <optional>
 
 namespace sweeply {
 
 namespace {
 
-constexpr const char* kDomain = "sweeply";
-/// What gettext puts between a context and its key.
+/// What msgfmt puts between a context and its key.
 constexpr char kContextEnd = '\004';
 
-std::string translated(const std::string& entry, std::string_view key) {
-    // gettext gives its argument back when it knows nothing better. The empty key is the catalogue's own header.
-    const char* text = key.empty() ? entry.c_str() : dgettext(kDomain, entry.c_str());
-    return text == entry.c_str() ? std::string(key) : text;
+/// Of the process; set before threads start.
+struct Messages {
+    std::string language;
+    std::optional<MessageCatalogue> catalogue;
+};
+
+Messages& messages() {
+    static Messages ours;
+    return ours;
+}
+
+std::string translated(std::string_view entry, std::string_view key) {
+    const auto& catalogue = messages().catalogue;
+    return std::string(catalogue ? catalogue->find(entry).value_or(key) : key);
 }
 
 } // namespace
 
 void bindTextDomain(const std::string& directory) {
-    // Only these two: numbers must stay as programs write them.
-    std::setlocale(LC_CTYPE, "");
+    // Only these two: numbers must stay as programs write them. Where the system has not generated the locale, names
+    // are still UTF-8.
+    if (!std::setlocale(LC_CTYPE, ""))
+        std::setlocale(LC_CTYPE, "C.UTF-8");
     std::setlocale(LC_MESSAGES, "");
-    bindtextdomain(kDomain, directory.c_str());
-    bind_textdomain_codeset(kDomain, "UTF-8");
+    messages() = {};
+    for (const auto& language : wantedCatalogues()) {
+        std::ifstream file(directory + "/" + language + "/LC_MESSAGES/sweeply.mo", std::ios::binary);
+        auto catalogue = MessageCatalogue::parse(std::string(std::istreambuf_iterator<char>(file), {}));
+        if (!catalogue)
+            continue;
+        messages() = {language, std::move(catalogue)};
+        return;
+    }
 }
 
-std::string localizedString(std::string_view key) { return translated(std::string(key), key); }
+std::string messageLanguage() { return messages().language; }
+
+std::string localizedString(std::string_view key) { return translated(key, key); }
 
 std::string localizedButton(std::string_view key) {
-    const std::string entry = std::string("Buttons") + kContextEnd + std::string(key);
-    return translated(entry, key);
+    return translated(std::string("Buttons") + kContextEnd + std::string(key), key);
 }
 
 std::string localizedFormat(std::string_view key, std::initializer_list<FormatArgument> arguments) {

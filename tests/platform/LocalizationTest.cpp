@@ -66,6 +66,29 @@ std::string catalogue(const std::map<std::string, std::string>& entries) {
            word(textsStart) + tables[0] + tables[1] + texts;
 }
 
+using Variables = std::map<std::string, std::string>;
+
+/// The process's, for the time being. What is not named is not set.
+class Environment final {
+  public:
+    explicit Environment(const Variables& variables) {
+        forgetAll();
+        for (const auto& [name, value] : variables)
+            setenv(name.c_str(), value.c_str(), 1);
+    }
+    ~Environment() {
+        forgetAll();
+        bindTextDomain("/nothing");
+        std::setlocale(LC_ALL, "C");
+    }
+
+  private:
+    static void forgetAll() {
+        for (const char* name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"})
+            unsetenv(name);
+    }
+};
+
 TEST(Localization, TranslationsAreUsedUnlessTheirPlaceholdersLie) {
     const TestFolder folder;
     folder.write("de/LC_MESSAGES/sweeply.mo", catalogue({{"", "Content-Type: text/plain; charset=UTF-8\n"},
@@ -75,12 +98,7 @@ TEST(Localization, TranslationsAreUsedUnlessTheirPlaceholdersLie) {
                                                          {"Found: %@", "Gefunden: %@"},
                                                          {"%@ of %i", "%i von %@"},
                                                          {"%@ files", "%s%n%n Dateien"}}));
-    // gettext translates nothing in the C locale, and this machine may have no other: give it one by another name.
-    std::filesystem::copy("/usr/lib/locale/C.utf8", folder.path("de_DE.UTF-8"),
-                          std::filesystem::copy_options::recursive);
-    setenv("LOCPATH", folder.path().c_str(), 1);
-    setenv("LC_ALL", "de_DE.UTF-8", 1);
-    unsetenv("LANGUAGE");
+    const Environment environment(Variables{{"LANG", "de_DE.UTF-8"}}); // which nobody has generated
     bindTextDomain(folder.path());
     EXPECT_EQ(localizedString("Quit Sweeply?"), "Sweeply beenden?");
     EXPECT_EQ(localizedString("Scan"), "Suche");
@@ -93,9 +111,37 @@ TEST(Localization, TranslationsAreUsedUnlessTheirPlaceholdersLie) {
     EXPECT_EQ(localizedFormat("%@ files", {"3"}), "3 files");
     bindTextDomain(folder.path("missing"));
     EXPECT_EQ(localizedFormat("Found: %@", {"4 KB"}), "Found: 4 KB");
-    std::setlocale(LC_ALL, "C");
-    unsetenv("LOCPATH");
-    unsetenv("LC_ALL");
+}
+
+TEST(Localization, LanguageIsTheEnvironmentsWithoutAnyLocale) {
+    const TestFolder folder;
+    for (const char* language : {"de", "fr", "pt_BR"})
+        folder.write(std::string(language) + "/LC_MESSAGES/sweeply.mo", catalogue({{"Scan", language}}));
+    folder.write("es/LC_MESSAGES/sweeply.mo", catalogue({{"Scan", "es"}}).substr(0, 40));
+    const struct {
+        Variables variables;
+        const char* language;
+    } rows[] = {
+        {{}, "Scan"},
+        {{{"LANG", "de_DE.UTF-8"}}, "de"},
+        {{{"LANG", "de_AT@euro"}}, "de"},
+        {{{"LANG", "pt_BR"}}, "pt_BR"},
+        {{{"LANG", "pt_PT.UTF-8"}}, "Scan"},
+        {{{"LANG", "de_DE"}, {"LC_MESSAGES", "fr_FR"}}, "fr"},
+        {{{"LANG", "de_DE"}, {"LC_MESSAGES", "fr_FR"}, {"LC_ALL", "C"}}, "Scan"},
+        {{{"LANG", "de_DE"}, {"LC_ALL", ""}}, "de"},
+        {{{"LANG", "de_DE"}, {"LANGUAGE", "it:fr:de"}}, "fr"},
+        {{{"LANG", "C.UTF-8"}, {"LANGUAGE", "de"}}, "de"},
+        {{{"LANG", "C"}, {"LANGUAGE", "de"}}, "Scan"},
+        {{{"LANGUAGE", "de"}}, "Scan"},
+        {{{"LANG", "de_DE"}, {"LANGUAGE", "en_GB:de"}}, "Scan"},
+        {{{"LANG", "de_DE"}, {"LANGUAGE", "es:../de:/de::fr"}}, "fr"},
+    };
+    for (const auto& row : rows) {
+        const Environment environment(row.variables);
+        bindTextDomain(folder.path());
+        EXPECT_EQ(localizedString("Scan"), row.language) << testing::PrintToString(row.variables);
+    }
 }
 
 TEST(Locale, DatesFallBackToEnglish) {

@@ -1,13 +1,17 @@
 #include "app/OwnProcess.h"
 #include "appcore/CommandLineController.h"
 #include "platform/Localization.h"
+#include "platform/MessageLanguage.h"
 #include "ui/Drawings.h"
 #include "ui/MainWindow.h"
 #include "ui/ProblemReport.h"
 #include "ui/Text.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QStandardPaths>
+#include <QTranslator>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -56,18 +60,22 @@ std::optional<Request> requestIn(const std::vector<std::string>& arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const auto program = std::filesystem::read_symlink("/proc/self/exe");
+    bindTextDomain(program.parent_path().parent_path() / "share" / "locale");
+    // sudo asks for the password by a dialog of ours; we never see it.
+    ::setenv("SUDO_ASKPASS", (besideProgram("libexec") + "/askpass").c_str(), 0);
+
+    QApplication application(argc, argv); // takes its own options (-style, -reverse) away
     const std::vector<std::string> arguments(argv, argv + argc);
     const auto request = requestIn(arguments);
     if (!request) {
         std::fputs(kUsage, stderr);
         return 2;
     }
-    const auto program = std::filesystem::read_symlink("/proc/self/exe");
-    bindTextDomain(program.parent_path().parent_path() / "share" / "locale");
-    // sudo asks for the password by a dialog of ours; we never see it.
-    ::setenv("SUDO_ASKPASS", (besideProgram("libexec") + "/askpass").c_str(), 0);
-
-    QApplication application(argc, argv);
+    QTranslator ownTexts; // of Qt: the menus of text fields, the dialog that chooses files
+    if (ownTexts.load(QLocale(QString::fromStdString(messageLanguage())), QStringLiteral("qtbase"), QStringLiteral("_"),
+                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&ownTexts);
     QApplication::setApplicationName(QStringLiteral("sweeply"));
     QApplication::setOrganizationName(QStringLiteral("sweeply"));
     QApplication::setDesktopFileName(QStringLiteral("com.brindle.Sweeply"));
