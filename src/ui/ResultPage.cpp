@@ -20,6 +20,7 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QStackedLayout>
+#include <QStyle>
 #include <QToolButton>
 #include <QTreeView>
 #include <QUrl>
@@ -67,6 +68,12 @@ ResultPage::ResultPage(ADScanControllerView& module, Services services, const QS
     m_outline->setFrameShape(QFrame::NoFrame);
     m_outline->header()->setStretchLastSection(false);
     m_outline->header()->setSectionResizeMode(NodeModel::Name, QHeaderView::Stretch);
+    // What is beside the names takes no more than it needs: the map may stand there too.
+    const auto padding = 2 * (m_outline->style()->pixelMetric(QStyle::PM_HeaderMargin) + 6);
+    m_outline->header()->resizeSection(
+        NodeModel::Size, m_outline->fontMetrics().horizontalAdvance(QStringLiteral("8,888.88 MB")) + padding);
+    m_outline->header()->resizeSection(NodeModel::Count,
+                                       m_outline->header()->sectionSizeHint(NodeModel::Count) + padding);
     m_outline->header()->setSectionsClickable(true);
     m_outline->header()->setSortIndicatorShown(true);
     m_outline->header()->setSortIndicator(NodeModel::Size, Qt::DescendingOrder);

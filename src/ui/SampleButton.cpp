@@ -23,7 +23,7 @@ SampleButton::SampleButton(std::function<void(const QString&)> made, std::functi
 SampleButton::~SampleButton() = default;
 
 void SampleButton::makeTemporary() {
-    auto folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/sweeply-sample-XXXXXX"));
+    auto folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/sweeply-sample"));
     if (!folder->isValid())
         return m_failed(folder->errorString());
     // The one before goes only now: it may still be open.

@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QPalette>
 #include <QStandardPaths>
 #include <QTranslator>
 #include <cstdio>
@@ -80,6 +81,11 @@ int main(int argc, char** argv) {
     QApplication::setOrganizationName(QStringLiteral("sweeply"));
     QApplication::setDesktopFileName(QStringLiteral("com.brindle.Sweeply"));
     QApplication::setWindowIcon(drawings::application());
+    // Desktops that give dark colours forget this one, and black on black nobody can read. Seen on either; the rest
+    // stays theirs.
+    QPalette hints;
+    hints.setColor(QPalette::PlaceholderText, QColor(128, 128, 128));
+    QApplication::setPalette(hints);
     reportUncaughtExceptions(utf8(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)), SWEEPLY_VERSION);
     Desktop desktop;
     MainWindow window(desktop, arguments);
