@@ -187,6 +187,7 @@ OverviewPage::OverviewPage(Application& application)
     auto* disk = new QVBoxLayout;
     disk->addWidget(m_disk, 1);
     m_volume->setWordWrap(true);
+    m_lastScan->setWordWrap(true);
     m_volume->setAlignment(Qt::AlignCenter);
     m_volume->setAccessibleName(localized("What the ring shows"));
     disk->addWidget(m_volume);

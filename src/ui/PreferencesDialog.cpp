@@ -50,6 +50,7 @@ PreferencesDialog::PreferencesDialog(TargetSession& session, QWidget* parent) : 
     tabs->addTab(new UncheckedItemsPage(m_session.application().ignoreList().uncheckedItems()), localized("Unchecked"));
     tabs->addTab(advancedPage(), localized("Advanced"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    buttons->button(QDialogButtonBox::Close)->setText(localizedTitle("Close"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* all = new QVBoxLayout(this);
     all->addWidget(tabs);

@@ -84,6 +84,7 @@ TEST_F(InformationPanelTest, ClaimedItemsNameTheirClaimantsAndWeakOnesFollowTheB
     const auto weak = QStringLiteral("~/Library/Application Support/My Ledger");
     auto* box = m_window->findChild<QCheckBox*>();
     ASSERT_EQ(box->text(), QStringLiteral("Check weak matches too"));
+    ASSERT_TRUE(waitUntil([box] { return box->isEnabled(); }));
     box->click();
     EXPECT_EQ(markOf(weak), Qt::Checked);
     box->click();
