@@ -114,6 +114,7 @@ void ModuleList::resizeEvent(QResizeEvent* event) {
 void ModuleList::addHeading(const char* title) {
     auto* item = new QListWidgetItem(localized(title).toUpper(), this);
     item->setFlags(Qt::NoItemFlags);
+    item->setForeground(QColor(128, 128, 128)); // seen on any ground, which what is disabled is not with every desktop
     item->setData(Progress, -1.0);
     auto font = item->font();
     font.setPointSizeF(font.pointSizeF() * 0.8);
