@@ -23,14 +23,10 @@ namespace {
 
 /// Starting a helper costs about as much as looking at some hundred files.
 constexpr unsigned kBigTree = 500;
-/// From memory, more threads than processors only get in each other's way. From the disk they keep eight requests under
-/// way, and wait rather than work.
+/// From memory, more threads than processors only get in each other's way.
 constexpr unsigned kHelpersFromMemory = 1;
-constexpr unsigned kHelpersFromDisk = 6;
 /// How often the first worker looks whether it reads from the disk: seldom enough to cost nothing.
 constexpr unsigned kFilesBetweenLooks = 64;
-/// Blocks of 512 bytes that the first worker may have read from the disk in what still counts as from memory.
-constexpr long kFewBlocks = 64;
 /// Of names: some 200 files, long enough to be worth the hand-over.
 constexpr std::size_t kBatchBytes = 4096;
 /// Folders below are walked by one thread with few descriptors.

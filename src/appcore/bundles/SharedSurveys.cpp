@@ -22,11 +22,8 @@ namespace {
 
 /// More who take part would each look alone.
 constexpr unsigned kMostMembers = 31;
-/// From memory as many as most machines have processors; the disk is kept busy with more.
+/// As many as most machines have processors.
 constexpr unsigned kHelpersFromMemory = 2;
-constexpr unsigned kHelpersFromDisk = 6;
-/// Blocks of 512 bytes that one bundle may take from the disk and still count as read from memory.
-constexpr long kFewBlocks = 64;
 /// So many bundles the helpers are ahead of whoever is furthest: enough never to be waited for, and few enough that
 /// they rest as soon as everybody is paused.
 constexpr std::size_t kBundlesAhead = 16;

@@ -56,9 +56,14 @@ Result<void> measureContents(const FileManager& files, std::string_view path, Si
             }
         } else {
             struct stat status {};
-            if (::fstatat(folder->get(), entry->name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+            if (::fstatat(folder->get(), entry->name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+                part.size = roundedUp(static_cast<std::uint64_t>(status.st_size), block);
+            } else if (const int reason = errno; reason != ENOENT) {
+                part.isWhole = false; // the folder shows names and nothing else
+                problems.addFailure(systemError(reason, place));
+            } else {
                 continue; // gone meanwhile
-            part.size = roundedUp(static_cast<std::uint64_t>(status.st_size), block);
+            }
         }
         found(std::move(part));
     }
